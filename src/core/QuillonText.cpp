@@ -1,0 +1,104 @@
+#include "QuillonText.h"
+
+#include <utf8.h>
+#include <utf8proc.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+
+namespace {
+
+bool IsAscii(std::string_view AText) {
+  return std::all_of(AText.begin(), AText.end(), [](char C) { return static_cast<signed char>(C) >= 0; });
+}
+
+constexpr char AsciiLower(char C) { return C >= 'A' && C <= 'Z' ? static_cast<char>(C + ('a' - 'A')) : C; }
+constexpr char AsciiUpper(char C) { return C >= 'a' && C <= 'z' ? static_cast<char>(C - ('a' - 'A')) : C; }
+
+/// Maps each code point; bytes that are no UTF-8 stay as they are.
+template <class TAsciiMap, class TMap>
+std::string MapCase(std::string_view AText, TAsciiMap AAsciiMap, TMap AMap) {
+  std::string Result;
+  Result.reserve(AText.size());
+  if (IsAscii(AText)) {
+    std::transform(AText.begin(), AText.end(), std::back_inserter(Result), AAsciiMap);
+    return Result;
+  }
+  const auto* Next = reinterpret_cast<const utf8proc_uint8_t*>(AText.data());
+  auto Left = static_cast<utf8proc_ssize_t>(AText.size());
+  while (Left > 0) {
+    utf8proc_int32_t CodePoint = 0;
+    const utf8proc_ssize_t Length = utf8proc_iterate(Next, Left, &CodePoint);
+    if (Length <= 0) {
+      Result.push_back(static_cast<char>(*Next));
+      ++Next;
+      --Left;
+      continue;
+    }
+    utf8::append(static_cast<utf8::utfchar32_t>(AMap(CodePoint)), std::back_inserter(Result));
+    Next += Length;
+    Left -= Length;
+  }
+  return Result;
+}
+
+}  // namespace
+
+namespace QuillonText {
+
+int CompareOrdinal(std::string_view A, std::string_view B) {
+  const auto [InA, InB] = std::mismatch(A.begin(), A.end(), B.begin(), B.end());
+  if (InA == A.end() || InB == B.end()) {
+    return static_cast<int>(InA != A.end()) - static_cast<int>(InB != B.end());
+  }
+  const auto ByteA = static_cast<std::uint8_t>(*InA);
+  const auto ByteB = static_cast<std::uint8_t>(*InB);
+  // Code points past U+FFFF are surrogates in UTF-16 and stand ahead of U+E000 to U+FFFF there.
+  constexpr std::uint8_t FourByteLead = 0xF0;
+  constexpr std::uint8_t PrivateUseLead = 0xEE;
+  const bool LongA = ByteA >= FourByteLead;
+  const bool LongB = ByteB >= FourByteLead;
+  if (LongA != LongB && std::min(ByteA, ByteB) >= PrivateUseLead) {
+    return LongA ? -1 : 1;
+  }
+  return ByteA < ByteB ? -1 : 1;
+}
+
+int CompareIgnoreCase(std::string_view A, std::string_view B) { return CompareOrdinal(ToLower(A), ToLower(B)); }
+
+bool EqualsIgnoreCase(std::string_view A, std::string_view B) { return CompareIgnoreCase(A, B) == 0; }
+
+std::string ToLower(std::string_view AText) { return MapCase(AText, AsciiLower, utf8proc_tolower); }
+
+std::string ToUpper(std::string_view AText) { return MapCase(AText, AsciiUpper, utf8proc_toupper); }
+
+std::size_t FindInvalidUtf8(std::string_view AText) {
+  const char* Next = AText.data();
+  const char* const End = Next + AText.size();
+  while (Next != End) {
+    // Plain ASCII, eight bytes at a time: nearly all of a data file.
+    std::uint64_t Word = 0;
+    if (End - Next >= static_cast<std::ptrdiff_t>(sizeof Word)) {
+      std::memcpy(&Word, Next, sizeof Word);
+      if ((Word & 0x8080808080808080U) == 0) {
+        Next += sizeof Word;
+        continue;
+      }
+    }
+    if (static_cast<signed char>(*Next) >= 0) {
+      ++Next;
+      continue;
+    }
+    const char* const Start = Next;
+    try {
+      utf8::next(Next, End);
+    } catch (const utf8::exception&) {
+      return static_cast<std::size_t>(Start - AText.data());
+    }
+  }
+  return std::string_view::npos;
+}
+
+}  // namespace QuillonText

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// Text is UTF-8 throughout; these are the few operations that must know so.
+namespace QuillonText {
+
+/// Negative, zero or positive: order by UTF-16 code units, the ordinal order of the product's text.
+int CompareOrdinal(std::string_view A, std::string_view B);
+
+/// As CompareOrdinal, after both sides were put into lower case.
+int CompareIgnoreCase(std::string_view A, std::string_view B);
+bool EqualsIgnoreCase(std::string_view A, std::string_view B);
+
+/// Simple case mapping of Unicode, one code point to one: "ß" stays as it is.
+std::string ToLower(std::string_view AText);
+std::string ToUpper(std::string_view AText);
+
+/// Offset of the first byte that is no well-formed UTF-8, or npos.
+std::size_t FindInvalidUtf8(std::string_view AText);
+
+}  // namespace QuillonText

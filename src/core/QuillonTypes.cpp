@@ -1,0 +1,29 @@
+#include "QuillonTypes.h"
+
+#include <system_error>
+
+namespace {
+
+std::string SystemText(int AnErrorCode, std::string_view ASubject) {
+  std::string Text = std::system_category().message(AnErrorCode);
+  if (!ASubject.empty()) {
+    Text.append(": ").append(ASubject);
+  }
+  return Text;
+}
+
+}  // namespace
+
+EQuillonWin32Error::EQuillonWin32Error(int AnErrorCode, std::string_view ASubject)
+    : EQuillonWin32Error(AnErrorCode, SystemText(AnErrorCode, ASubject)) {}
+
+EQuillonWin32Error::EQuillonWin32Error(int AnErrorCode, std::string&& AnErrorMsg)
+    : EQuillonException("Systemfehler (Fehlercode: " + std::to_string(AnErrorCode) + ").\r\n" + AnErrorMsg),
+      FErrorCode(AnErrorCode),
+      FErrorMsg(std::move(AnErrorMsg)) {}
+
+void TQuillonObject::Assign(const TQuillonObject& /*AnObject*/) {
+  throw EQuillonAssignError("Inhaltszweisung wird nicht unterstützt.");
+}
+
+int TQuillonObject::Compare(const TQuillonObject& /*AnObject*/) const { return 0; }
