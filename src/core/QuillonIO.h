@@ -1,0 +1,143 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "QuillonTypes.h"
+
+namespace Platform {
+class File;
+}
+
+/// A failed call on an open file, or a file that could not be opened; the message names the file.
+class EQuillonFileHandleError : public EQuillonWin32Error {
+ public:
+  using EQuillonWin32Error::EQuillonWin32Error;
+};
+
+/// Fewer bytes than asked for, or a position outside of the stream.
+class EQuillonStreamError : public EQuillonException {
+ public:
+  using EQuillonException::EQuillonException;
+};
+
+enum class TQuillonSeekOrigin { Begin, Current, End };
+
+/// A sequence of bytes with a position. Every operation raises on failure.
+class TQuillonStream {
+ public:
+  TQuillonStream() = default;
+  TQuillonStream(const TQuillonStream&) = delete;
+  TQuillonStream& operator=(const TQuillonStream&) = delete;
+  virtual ~TQuillonStream() = default;
+
+  /// Reads up to the buffer's size. @return bytes read; 0 only at the end or for an empty buffer
+  virtual std::size_t Read(std::span<char> ABuffer) = 0;
+  /// Writes all bytes at the position, over what is there.
+  virtual void Write(std::string_view ABytes) = 0;
+  /// Moves the position. @return the new one, counted from the begin
+  virtual std::int64_t Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) = 0;
+  /// Makes the position the end.
+  virtual void SetEndOfFile() = 0;
+
+  /// @throws EQuillonStreamError where the stream ends before the buffer is full
+  void ReadBuffer(std::span<char> ABuffer);
+  std::int64_t Position() { return Seek(0, TQuillonSeekOrigin::Current); }
+  /// The size; the position stays.
+  std::int64_t Size();
+  /// Empties the stream.
+  void Clear();
+};
+
+/// A stream over a text in memory.
+class TQuillonMemoryStream : public TQuillonStream {
+ public:
+  TQuillonMemoryStream() = default;
+  explicit TQuillonMemoryStream(std::string AContent) : FContent(std::move(AContent)) {}
+
+  std::size_t Read(std::span<char> ABuffer) override;
+  void Write(std::string_view ABytes) override;
+  std::int64_t Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) override;
+  void SetEndOfFile() override;
+
+  const std::string& Content() const { return FContent; }
+  /// Hands the content out and is empty afterwards.
+  std::string TakeContent();
+
+ private:
+  std::string FContent;
+  std::size_t FPosition = 0;
+};
+
+enum TQuillonFileOpenMode {
+  fomCreate,  ///< a new file; one that exists is emptied
+  fomOpenRead,
+  fomOpenWrite,
+  fomOpenReadWrite,
+  fomOpenReadWriteOrCreate  ///< fomOpenReadWrite for a file that exists, else fomCreate
+};
+
+/// What others may do with the file while it is open. On POSIX systems this is an advisory lock (flock) that holds
+/// between all who ask for one; it is refused at once, not waited for.
+enum TQuillonFileAccessMode { famShareExclusive, famShareDenyWrite, famShareDenyRead, famShareDenyNone };
+
+/// A stream over a file. Every failure raises EQuillonFileHandleError.
+class TQuillonFileStream : public TQuillonStream {
+ public:
+  TQuillonFileStream(const std::string& AFileName, TQuillonFileOpenMode AnOpenMode,
+                     TQuillonFileAccessMode AnAccessMode);
+  /// If the first way of opening fails, the other one is tried, once.
+  TQuillonFileStream(const std::string& AFileName, TQuillonFileOpenMode AnOpenMode, TQuillonFileAccessMode AnAccessMode,
+                     TQuillonFileOpenMode AFallbackOpenMode, TQuillonFileAccessMode AFallbackAccessMode);
+  /// Where access is denied, opening is tried again every 100 milliseconds until more than ATimeOut has been waited.
+  /// After that the stream is not open, and no error is raised until it is used. Other errors are raised at once.
+  TQuillonFileStream(const std::string& AFileName, TQuillonFileOpenMode AnOpenMode, TQuillonFileAccessMode AnAccessMode,
+                     std::chrono::milliseconds ATimeOut);
+  /// Closes the file; call Close to see whether that worked.
+  ~TQuillonFileStream() override;
+
+  std::size_t Read(std::span<char> ABuffer) override;
+  void Write(std::string_view ABytes) override;
+  std::int64_t Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) override;
+  void SetEndOfFile() override;
+
+  /// Returns when the content has reached the disk.
+  void Flush();
+  void Close();
+  bool IsOpen() const { return FFileObject != nullptr; }
+
+  const std::string& FileName() const { return FFileName; }
+  TQuillonFileOpenMode OpenMode() const { return FOpenMode; }
+  TQuillonFileAccessMode AccessMode() const { return FAccessMode; }
+
+ private:
+  void Open(TQuillonFileOpenMode AnOpenMode, TQuillonFileAccessMode AnAccessMode);
+  Platform::File& Handle() const;
+
+  std::string FFileName;
+  TQuillonFileOpenMode FOpenMode;
+  TQuillonFileAccessMode FAccessMode;
+  std::unique_ptr<Platform::File> FFileObject;
+};
+
+namespace QuillonIO {
+
+/// Everything from the position to the end. The memory taken grows with what really comes, whatever size the stream
+/// claims to have.
+std::string ReadWholeFile(TQuillonStream& AStream);
+/// @throws EQuillonFileHandleError
+std::string ReadWholeFile(const std::string& AFileName);
+
+/// Makes AContent the file's content, whole or not at all: it is written to a hidden file beside the target, flushed to
+/// the disk and renamed. A replaced file's permissions are kept, its owner where the system lets us; a symbolic link
+/// stays one, and the file it points to is replaced. A file that is not ours to write is refused. Only where the folder
+/// takes no new file, or the target is no regular file, the target is written in place.
+/// @throws EQuillonFileHandleError; the hidden file is gone then
+void ReplaceFile(const std::string& AFileName, std::string_view AContent);
+
+}  // namespace QuillonIO
