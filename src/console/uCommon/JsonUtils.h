@@ -1,0 +1,26 @@
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+
+#include "QuillonTypes.h"
+
+/// A file, or a part of it that a job cannot do without, is not there.
+class EQuillonFileNotFound : public EQuillonException {
+ public:
+  using EQuillonException::EQuillonException;
+};
+
+class TJsonUtils {
+ public:
+  TJsonUtils() = delete;
+
+  /// Reads a file that holds one JSON object (RFC 8259) in UTF-8, with or without byte order mark.
+  /// @throws EQuillonException where the text is none, is nested deeper than a settings file has reason to be, or
+  ///         passes the size that one may have; EQuillonFileHandleError where the file cannot be read
+  static nlohmann::json LoadJson(const std::string& AFileName);
+
+  /// The settings in a file: the member "Velmora" of its object, which must be an object. Case counts for this name.
+  /// @throws EQuillonFileNotFound without such a member, and what LoadJson throws
+  static nlohmann::json LoadSettings(const std::string& AFileName);
+};

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Platform {
+
+/// Standard output and the argument list of this process. One object is made per process, before any file is opened.
+class TConsole {
+ public:
+  /// Makes the process survive a standard output that is closed, full or no longer read: such an output fails in
+  /// WriteLine and nowhere else. A closed standard handle is kept from being given to the next file that is opened.
+  TConsole();
+
+  /// The arguments behind the program's name, in UTF-8.
+  /// @param ACount, AValues what `main` was given
+  std::vector<std::string> Arguments(int ACount, const char* const* AValues) const;
+
+  /// Writes one line with the platform's line break, past any buffer. Bytes that are no UTF-8 become U+FFFD.
+  /// @throws EQuillonWin32Error when standard output does not take it
+  void WriteLine(std::string_view ALine);
+};
+
+}  // namespace Platform

@@ -1,0 +1,7 @@
+#include "platform/Paths.h"
+
+namespace Platform {
+
+bool PathsBeginWithSlash() { return true; }
+
+}  // namespace Platform
