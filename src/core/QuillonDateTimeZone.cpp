@@ -1,0 +1,87 @@
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+#include "QuillonDateTime.h"
+#include "QuillonDateTimeCalendar.h"
+#include "platform/Clock.h"
+
+namespace {
+
+using QuillonDateTimeCalendar::FirstDay;
+using QuillonDateTimeCalendar::FromAbsolute;
+using QuillonDateTimeCalendar::Join;
+using QuillonDateTimeCalendar::MillisecondsPerDay;
+using QuillonDateTimeCalendar::Split;
+using QuillonDateTimeCalendar::UnixDay;
+
+constexpr std::int64_t SecondsPerDay = 86'400;
+constexpr std::int64_t SecondsPerHour = 3'600;
+constexpr std::int64_t HoursPerDay = 24;
+
+/// @param AWall a wall time in seconds, counted as if it were UTC since 1970
+int ComputeOffset(std::int64_t AWall) {
+  Platform::Clock& Clock = Platform::TheClock();
+  const int Before = Clock.OffsetAt(AWall - SecondsPerDay);
+  if (Clock.OffsetAt(AWall - Before) == Before) {
+    return Before;
+  }
+  const int After = Clock.OffsetAt(AWall + SecondsPerDay);
+  return Clock.OffsetAt(AWall - After) == After ? After : Before;
+}
+
+/// Offsets by hour of the wall time, for hours without a change of the offset.
+struct OffsetCache {
+  struct Entry {
+    std::int64_t Key;  ///< the hour counted from the first one that a value can have, plus 1; 0 for an empty entry
+    int Offset;
+  };
+
+  std::array<Entry, 4096> Entries{};
+  unsigned Generation = 0;
+};
+
+std::atomic<unsigned> CacheGeneration = 0;
+
+int CachedOffset(std::int64_t AWall) {
+  static thread_local OffsetCache Cache;
+  if (const unsigned Generation = CacheGeneration.load(std::memory_order_relaxed); Cache.Generation != Generation) {
+    Cache.Entries.fill({});
+    Cache.Generation = Generation;
+  }
+  constexpr std::int64_t FirstHour = (FirstDay - UnixDay) * HoursPerDay;
+  const std::int64_t HourFromFirst = AWall / SecondsPerHour - (AWall % SecondsPerHour < 0 ? 1 : 0) - FirstHour;
+  const std::int64_t Key = HourFromFirst + 1;
+  OffsetCache::Entry& Entry = Cache.Entries[static_cast<std::size_t>(Key) % Cache.Entries.size()];
+  if (Entry.Key == Key) {
+    return Entry.Offset;
+  }
+  const std::int64_t HourStart = (HourFromFirst + FirstHour) * SecondsPerHour;
+  const int AtStart = ComputeOffset(HourStart);
+  if (ComputeOffset(HourStart + SecondsPerHour) != AtStart) {
+    return ComputeOffset(AWall);
+  }
+  Entry = {Key, AtStart};
+  return AtStart;
+}
+
+}  // namespace
+
+namespace QuillonDateTime {
+
+double Now() {
+  Platform::Clock& Clock = Platform::TheClock();
+  const std::int64_t Utc = Clock.UtcMilliseconds();
+  const std::int64_t UtcSeconds = Utc / 1000 - (Utc % 1000 < 0 ? 1 : 0);
+  return Join(FromAbsolute(Utc + Clock.OffsetAt(UtcSeconds) * std::int64_t{1000} + UnixDay * MillisecondsPerDay));
+}
+
+int LocalOffset(double ALocal) {
+  const auto [Day, Milliseconds] = Split(ALocal);
+  return CachedOffset((Day - UnixDay) * SecondsPerDay + Milliseconds / 1000);
+}
+
+void ForgetLocalOffsets() { CacheGeneration.fetch_add(1, std::memory_order_relaxed); }
+
+}  // namespace QuillonDateTime
