@@ -120,8 +120,8 @@ class TQuillonFileStream : public TQuillonStream {
   Platform::File& Handle() const;
 
   std::string FFileName;
-  TQuillonFileOpenMode FOpenMode;
-  TQuillonFileAccessMode FAccessMode;
+  TQuillonFileOpenMode FOpenMode = fomOpenRead;
+  TQuillonFileAccessMode FAccessMode = famShareExclusive;
   std::unique_ptr<Platform::File> FFileObject;
 };
 

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+/// Files as the operating system has them. Every failed call raises EQuillonWin32Error with the system's code.
+namespace Platform {
+
+enum class SeekFrom { Begin, Current, End };
+
+/// An open file; the destructor closes it without a word.
+class File {
+ public:
+  File() = default;
+  File(const File&) = delete;
+  File& operator=(const File&) = delete;
+  virtual ~File() = default;
+
+  /// Reads up to the buffer's size; 0 only at the end or for an empty buffer.
+  virtual std::size_t Read(std::span<char> ABuffer) = 0;
+  /// Writes all bytes.
+  virtual void Write(std::string_view ABytes) = 0;
+  virtual std::int64_t Seek(std::int64_t AnOffset, SeekFrom AnOrigin) = 0;
+  virtual void SetSize(std::int64_t ASize) = 0;
+  /// Returns when the content has reached the disk. A file that has no disk behind it is no error.
+  virtual void Flush() = 0;
+  /// Takes over permissions and, where the system lets us, the owner of another file. Where its group cannot be kept,
+  /// the group gets no more than everybody.
+  virtual void TakeAttributes(const std::string& APath) = 0;
+  virtual void Close() = 0;
+};
+
+enum class Access { Read, Write, ReadWrite };
+enum class Creation {
+  Never,
+  IfMissing,
+  New,        ///< the file must not exist
+  NewPrivate  ///< as New; nobody but its owner may read it until TakeAttributes
+};
+/// What others that ask for a lock are refused.
+enum class Lock { None, Shared, Exclusive };
+
+/// What a path names; links are followed.
+enum class EntryKind { None, File, Directory, Other };
+
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+
+  /// Opens a file as it is; a lock that is not free is refused at once.
+  virtual std::unique_ptr<File> Open(const std::string& APath, Access AnAccess, Creation ACreation, Lock ALock) = 0;
+  virtual EntryKind Look(const std::string& APath) = 0;
+  virtual std::int64_t SizeOf(const std::string& APath) = 0;
+  /// Whether the file may be written, as far as that can be told without opening it.
+  virtual bool IsWriteable(const std::string& APath) = 0;
+  /// The path that a symbolic link leads to, whether that exists or not; any other path as it is.
+  virtual std::string FollowLinks(const std::string& APath) = 0;
+  virtual void Remove(const std::string& APath) = 0;
+  /// @param DoReplace whether a file of the new name is replaced; otherwise it is an error
+  virtual void Rename(const std::string& APath, const std::string& ANewPath, bool DoReplace) = 0;
+  virtual void MakeDirectory(const std::string& APath) = 0;
+  /// Returns when the folder's entries have reached the disk.
+  virtual void FlushDirectory(const std::string& APath) = 0;
+};
+
+/// The files in use: the system's, if none were put in their place.
+FileSystem& Files();
+
+/// Puts other files in the system's place, for tests, as long as it lives. Not for use beside running threads.
+class FilesReplacement {
+ public:
+  explicit FilesReplacement(FileSystem& AFiles);
+  FilesReplacement(const FilesReplacement&) = delete;
+  FilesReplacement& operator=(const FilesReplacement&) = delete;
+  ~FilesReplacement();
+
+ private:
+  FileSystem* FReplaced;
+};
+
+/// Meanings of the system's error codes.
+bool IsAccessDenied(int AnErrorCode);
+bool IsMissing(int AnErrorCode);
+/// Whether a folder takes no new files although files in it may be open to us.
+bool IsCreationRefused(int AnErrorCode);
+/// The code of a call on a file that is not open.
+extern const int NotOpenError;
+/// The code of a file that may not be written.
+extern const int NotWriteableError;
+
+/// The characters that part a path; the first one is what new paths are built with.
+extern const std::string_view PathDelimiters;
+/// Length of the part of a path that names a root: "/" here, a drive elsewhere; 0 for a relative path.
+std::size_t RootLength(std::string_view APath);
+
+}  // namespace Platform

@@ -1,0 +1,270 @@
+#include "platform/Files.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <utility>
+
+#include "QuillonTypes.h"
+
+namespace {
+
+[[noreturn]] void Fail(const std::string& APath) { throw EQuillonWin32Error(errno, APath); }
+
+/// Repeats a call that a signal broke off.
+template <class TCall>
+auto Retried(TCall ACall) {
+  auto Result = ACall();
+  while (Result < 0 && errno == EINTR) {
+    Result = ACall();
+  }
+  return Result;
+}
+
+bool IsUnsupported(int AnErrorCode) {
+  return AnErrorCode == EINVAL || AnErrorCode == ENOSYS || AnErrorCode == ENOTSUP || AnErrorCode == EOPNOTSUPP ||
+         AnErrorCode == ENOLCK;
+}
+
+class PosixFile final : public Platform::File {
+ public:
+  PosixFile(int ADescriptor, std::string APath) : FDescriptor(ADescriptor), FPath(std::move(APath)) {}
+  ~PosixFile() override {
+    if (FDescriptor >= 0) {
+      ::close(FDescriptor);
+    }
+  }
+
+  std::size_t Read(std::span<char> ABuffer) override {
+    const std::size_t Wanted = std::min<std::size_t>(ABuffer.size(), SSIZE_MAX);
+    return Checked(Retried([&] { return ::read(FDescriptor, ABuffer.data(), Wanted); }));
+  }
+
+  void Write(std::string_view ABytes) override {
+    while (!ABytes.empty()) {
+      const std::size_t Wanted = std::min<std::size_t>(ABytes.size(), SSIZE_MAX);
+      ABytes.remove_prefix(Checked(Retried([&] { return ::write(FDescriptor, ABytes.data(), Wanted); })));
+    }
+  }
+
+  std::int64_t Seek(std::int64_t AnOffset, Platform::SeekFrom AnOrigin) override {
+    constexpr std::array Origins = {SEEK_SET, SEEK_CUR, SEEK_END};
+    const off_t Position = ::lseek(FDescriptor, AnOffset, Origins[static_cast<std::size_t>(AnOrigin)]);
+    if (Position < 0) {
+      Fail(FPath);
+    }
+    return Position;
+  }
+
+  void SetSize(std::int64_t ASize) override {
+    Checked(Retried([&] { return ::ftruncate(FDescriptor, ASize); }));
+  }
+
+  void Flush() override {
+    if (Retried([&] { return ::fsync(FDescriptor); }) < 0 && !IsUnsupported(errno) && errno != EROFS) {
+      Fail(FPath);
+    }
+  }
+
+  void TakeAttributes(const std::string& APath) override {
+    struct stat Info {};
+    struct stat Own {};
+    if (::stat(APath.c_str(), &Info) < 0 || ::fstat(FDescriptor, &Own) < 0) {
+      Fail(APath);
+    }
+    constexpr mode_t AllPermissions = 07777;
+    mode_t Mode = Info.st_mode & AllPermissions;
+    const bool IsOwnerSame = Own.st_uid == Info.st_uid || ::fchown(FDescriptor, Info.st_uid, Info.st_gid) == 0;
+    if (!IsOwnerSame) {
+      Mode &= ~static_cast<mode_t>(S_ISUID);
+    }
+    if (::fstat(FDescriptor, &Own) < 0) {
+      Fail(FPath);
+    }
+    if (Own.st_gid != Info.st_gid && ::fchown(FDescriptor, static_cast<uid_t>(-1), Info.st_gid) < 0) {
+      const mode_t OfOthers = Mode & S_IRWXO;
+      Mode = (Mode & ~static_cast<mode_t>(S_IRWXG | S_ISGID)) | ((OfOthers << 3) & Mode & S_IRWXG);
+    }
+    if (::fchmod(FDescriptor, Mode) < 0) {
+      Fail(FPath);
+    }
+  }
+
+  void Close() override {
+    const int Descriptor = std::exchange(FDescriptor, -1);
+    // After EINTR the descriptor is gone all the same on the systems that matter: closing again might hit another file.
+    if (Descriptor >= 0 && ::close(Descriptor) < 0 && errno != EINTR) {
+      Fail(FPath);
+    }
+  }
+
+ private:
+  template <class TResult>
+  std::size_t Checked(TResult AResult) const {
+    if (AResult < 0) {
+      Fail(FPath);
+    }
+    return static_cast<std::size_t>(AResult);
+  }
+
+  int FDescriptor;
+  std::string FPath;
+};
+
+int OpenFlags(Platform::Access AnAccess, Platform::Creation ACreation) {
+  constexpr std::array AccessFlags = {O_RDONLY, O_WRONLY, O_RDWR};
+  constexpr std::array CreationFlags = {0, O_CREAT, O_CREAT | O_EXCL, O_CREAT | O_EXCL};
+  return AccessFlags[static_cast<std::size_t>(AnAccess)] | CreationFlags[static_cast<std::size_t>(ACreation)] |
+         O_CLOEXEC | O_NOCTTY;
+}
+
+class PosixFileSystem final : public Platform::FileSystem {
+ public:
+  std::unique_ptr<Platform::File> Open(const std::string& APath, Platform::Access AnAccess,
+                                       Platform::Creation ACreation, Platform::Lock ALock) override {
+    const mode_t Mode = ACreation == Platform::Creation::NewPrivate ? 0600 : 0666;
+    const int Flags = OpenFlags(AnAccess, ACreation);
+    const int Descriptor = Retried([&] { return ::open(APath.c_str(), Flags, Mode); });
+    if (Descriptor < 0) {
+      Fail(APath);
+    }
+    auto Result = std::make_unique<PosixFile>(Descriptor, APath);
+    struct stat Info {};
+    if (::fstat(Descriptor, &Info) < 0) {
+      Fail(APath);
+    }
+    if (S_ISDIR(Info.st_mode)) {
+      throw EQuillonWin32Error(EISDIR, APath);
+    }
+    if (ALock != Platform::Lock::None) {
+      const int Operation = (ALock == Platform::Lock::Shared ? LOCK_SH : LOCK_EX) | LOCK_NB;
+      if (Retried([&] { return ::flock(Descriptor, Operation); }) < 0 && !IsUnsupported(errno)) {
+        Fail(APath);
+      }
+    }
+    return Result;
+  }
+
+  Platform::EntryKind Look(const std::string& APath) override {
+    struct stat Info {};
+    if (::stat(APath.c_str(), &Info) < 0) {
+      return Platform::EntryKind::None;
+    }
+    if (S_ISDIR(Info.st_mode)) {
+      return Platform::EntryKind::Directory;
+    }
+    return S_ISREG(Info.st_mode) ? Platform::EntryKind::File : Platform::EntryKind::Other;
+  }
+
+  std::int64_t SizeOf(const std::string& APath) override {
+    struct stat Info {};
+    if (::stat(APath.c_str(), &Info) < 0) {
+      Fail(APath);
+    }
+    return Info.st_size;
+  }
+
+  bool IsWriteable(const std::string& APath) override {
+    return ::faccessat(AT_FDCWD, APath.c_str(), W_OK, AT_EACCESS) == 0;
+  }
+
+  std::string FollowLinks(const std::string& APath) override {
+    constexpr int MostLinks = 40;
+    std::string Path = APath;
+    for (int Links = 0; Links < MostLinks; ++Links) {
+      std::array<char, PATH_MAX> Target;
+      const ssize_t Length = ::readlink(Path.c_str(), Target.data(), Target.size());
+      if (Length < 0) {
+        return Path;
+      }
+      const std::string_view Next(Target.data(), static_cast<std::size_t>(Length));
+      const std::size_t FolderLength = Next.starts_with('/') ? 0 : Path.rfind('/') + 1;
+      Path.replace(FolderLength, std::string::npos, Next);
+    }
+    throw EQuillonWin32Error(ELOOP, APath);
+  }
+
+  void Remove(const std::string& APath) override { Check(::unlink(APath.c_str()), APath); }
+
+  void Rename(const std::string& APath, const std::string& ANewPath, bool DoReplace) override {
+    if (DoReplace) {
+      Check(::rename(APath.c_str(), ANewPath.c_str()), ANewPath);
+      return;
+    }
+    // A second link cannot come to stand over another file, as a renamed one does.
+    if (::linkat(AT_FDCWD, APath.c_str(), AT_FDCWD, ANewPath.c_str(), 0) == 0) {
+      Check(::unlink(APath.c_str()), APath);
+      return;
+    }
+    if (errno != EPERM && errno != EMLINK && !IsUnsupported(errno)) {
+      Fail(ANewPath);
+    }
+    struct stat Info {};
+    if (::lstat(ANewPath.c_str(), &Info) == 0) {
+      throw EQuillonWin32Error(EEXIST, ANewPath);
+    }
+    Check(::rename(APath.c_str(), ANewPath.c_str()), ANewPath);
+  }
+
+  void MakeDirectory(const std::string& APath) override { Check(::mkdir(APath.c_str(), 0777), APath); }
+
+  void FlushDirectory(const std::string& APath) override {
+    const int Descriptor = Retried([&] { return ::open(APath.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+    if (Descriptor < 0) {
+      // A folder that may be written but not read cannot be flushed.
+      if (errno == EACCES) {
+        return;
+      }
+      Fail(APath);
+    }
+    PosixFile Folder(Descriptor, APath);
+    Folder.Flush();
+  }
+
+ private:
+  static void Check(int AResult, const std::string& APath) {
+    if (AResult < 0) {
+      Fail(APath);
+    }
+  }
+};
+
+Platform::FileSystem& System() {
+  static PosixFileSystem Files;
+  return Files;
+}
+
+Platform::FileSystem* Current = nullptr;
+
+}  // namespace
+
+namespace Platform {
+
+FileSystem& Files() { return Current != nullptr ? *Current : System(); }
+
+FilesReplacement::FilesReplacement(FileSystem& AFiles) : FReplaced(Current) { Current = &AFiles; }
+
+FilesReplacement::~FilesReplacement() { Current = FReplaced; }
+
+bool IsAccessDenied(int AnErrorCode) { return AnErrorCode == EACCES; }
+
+bool IsMissing(int AnErrorCode) { return AnErrorCode == ENOENT || AnErrorCode == ENOTDIR; }
+
+bool IsCreationRefused(int AnErrorCode) {
+  return AnErrorCode == EACCES || AnErrorCode == EPERM || AnErrorCode == EROFS;
+}
+
+const int NotOpenError = EBADF;
+const int NotWriteableError = EACCES;
+
+const std::string_view PathDelimiters = "/";
+
+std::size_t RootLength(std::string_view APath) { return APath.starts_with('/') ? 1 : 0; }
+
+}  // namespace Platform
