@@ -149,7 +149,7 @@ void TQuillonFileSystem::DeleteFile(const std::string& APath, bool CheckExistenc
       if (CheckExistence && Platform::IsMissing(Error.ErrorCode())) {
         return;
       }
-      if (Waited >= ALockedFileTimeout) {
+      if (ALockedFileTimeout.count() <= 0 || Waited > ALockedFileTimeout) {
         throw EQuillonFileSystemError(Error.ErrorCode(), APath);
       }
     }

@@ -38,6 +38,8 @@ class TQuillonTextReader {
 
   TQuillonEncoding Encoding() const { return FEncoding; }
 
+  std::string FLineBreak = "\r\n";  ///< each of its characters ends a line
+
  private:
   bool ReadByte(std::uint8_t& AByte);
   bool ReadUnit(std::uint16_t& AUnit);
@@ -49,7 +51,6 @@ class TQuillonTextReader {
 
   TQuillonStream& FStream;
   TQuillonEncoding FEncoding;
-  std::string FLineBreak = "\r\n";
   std::string FBuffer;
   std::size_t FBufferSize;
   std::size_t FNext = 0;
@@ -77,13 +78,14 @@ class TQuillonTextWriter {
 
   TQuillonEncoding Encoding() const { return FEncoding; }
 
+  std::string FLineBreak = "\r\n";
+
  private:
   void Append(std::string_view AText);
 
   TQuillonStream& FStream;
   TQuillonEncoding FEncoding;
   bool FEndOfLine = false;
-  std::string FLineBreak = "\r\n";
   std::string FBuffer;
   std::size_t FBufferSize;
 };

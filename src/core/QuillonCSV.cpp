@@ -1,0 +1,208 @@
+#include "QuillonCSV.h"
+
+#include <utf8.h>
+
+#include <array>
+#include <iterator>
+
+namespace {
+
+/// What the reader has seen of a field.
+enum class State { Start, Plain, Quoted, AfterQuote, AfterQuoteSpace, Comment };
+
+enum class Action {
+  Stay,
+  Append,
+  AppendBlank,
+  AppendQuote,
+  BeginPlain,
+  BeginQuoted,
+  CloseQuote,
+  PassBlank,
+  BeginComment,
+  EndField,
+  EndLine,       ///< with the field that was read
+  EndEmptyLine,  ///< without a field
+  MissingOpeningQuote,
+  MissingSeparatorBehindQuote,
+  MissingSeparator
+};
+
+/// By state, then by class of the character: space, comment, end of line, quote, separator, normal.
+constexpr auto Actions = [] {
+  using enum Action;
+  return std::array<std::array<Action, 6>, 6>{{
+      {Stay, BeginComment, EndEmptyLine, BeginQuoted, EndField, BeginPlain},
+      {AppendBlank, Append, EndLine, MissingOpeningQuote, EndField, Append},
+      {Append, Append, Append, CloseQuote, Append, Append},
+      {PassBlank, MissingSeparatorBehindQuote, EndLine, AppendQuote, EndField, MissingSeparatorBehindQuote},
+      {Stay, BeginComment, EndLine, MissingSeparator, EndField, MissingSeparator},
+      {Stay, Stay, EndEmptyLine, Stay, Stay, Stay},
+  }};
+}();
+
+[[noreturn]] void ThrowFormatError(std::string_view AProblem, int ALine) {
+  throw EQuillonCSVReaderError("Falsches CSV-Format: " + std::string(AProblem) + " in Zeile " + std::to_string(ALine) +
+                               ".");
+}
+
+}  // namespace
+
+TQuillonCSVReader::TQuillonCSVReader(TQuillonStream& AStream, bool DoDetectBOM, std::size_t ABufferSize)
+    : FTextReader(AStream, DoDetectBOM, ABufferSize) {}
+
+TQuillonCSVReader::TQuillonCSVReader(TQuillonStream& AStream, TQuillonEncoding AnEncoding, bool DoDetectBOM,
+                                     std::size_t ABufferSize)
+    : FTextReader(AStream, AnEncoding, DoDetectBOM, ABufferSize) {}
+
+TQuillonCSVReader::CharClass TQuillonCSVReader::Classify(char32_t AChar) const {
+  constexpr char32_t FirstNormal = 0x15;
+  const auto Is = [AChar](char AnAscii) { return AChar == static_cast<unsigned char>(AnAscii); };
+  if (AChar == U' ') {
+    return CharClass::Space;
+  }
+  if (FAllowComments && Is(FComment)) {
+    return CharClass::Comment;
+  }
+  if (AChar == U'\n' || AChar == U'\r') {
+    return CharClass::EndOfLine;
+  }
+  if (!FIgnoreQuotes && AChar == U'"') {
+    return CharClass::Quote;
+  }
+  if (Is(FSeparator)) {
+    return CharClass::Separator;
+  }
+  return AChar >= FirstNormal ? CharClass::Normal : CharClass::Space;
+}
+
+TQuillonCSVReader::Token TQuillonCSVReader::ReadToken() {
+  FToken.clear();
+  State Now = State::Start;
+  for (char32_t C = 0; FTextReader.Read(C);) {
+    switch (Actions[static_cast<std::size_t>(Now)][static_cast<std::size_t>(Classify(C))]) {
+      case Action::Stay:
+        break;
+      case Action::BeginPlain:
+        Now = State::Plain;
+        [[fallthrough]];
+      case Action::Append:
+        utf8::append(C, std::back_inserter(FToken));
+        break;
+      case Action::AppendBlank:
+        FToken.push_back(' ');
+        break;
+      case Action::AppendQuote:
+        FToken.push_back('"');
+        [[fallthrough]];
+      case Action::BeginQuoted:
+        Now = State::Quoted;
+        break;
+      case Action::CloseQuote:
+        Now = State::AfterQuote;
+        break;
+      case Action::PassBlank:
+        Now = State::AfterQuoteSpace;
+        break;
+      case Action::BeginComment:
+        Now = State::Comment;
+        break;
+      case Action::EndField:
+        return {.Counts = true};
+      case Action::EndLine:
+        return {.Counts = true, .EndsLine = true};
+      case Action::EndEmptyLine:
+        return {.EndsLine = true};
+      case Action::MissingOpeningQuote:
+        ThrowFormatError("Fehlendes Begrenzungszeichen am Feldanfang", FLineCount);
+      case Action::MissingSeparatorBehindQuote:
+        ThrowFormatError("Fehlendes Trennzeichen nach Begrenzungszeichen", FLineCount);
+      case Action::MissingSeparator:
+        ThrowFormatError("Fehlendes Trennzeichen", FLineCount);
+    }
+  }
+  return {.Counts = !FToken.empty(), .EndsLine = true, .EndsFile = true};
+}
+
+std::optional<TQuillonCSVLine> TQuillonCSVReader::ReadLine() {
+  ++FLineCount;
+  std::optional<TQuillonCSVLine> Line;
+  for (;;) {
+    const Token Next = ReadToken();
+    if (Next.Counts) {
+      if (!Line) {
+        Line.emplace();
+      }
+      Line->push_back(FToken);
+    }
+    if (Next.EndsFile || (Next.EndsLine && Line)) {
+      return Line;
+    }
+  }
+}
+
+TQuillonCSVWriter::TQuillonCSVWriter(TQuillonStream& AStream, bool DoWriteBOM, std::size_t ABufferSize)
+    : FTextWriter(AStream, DoWriteBOM, ABufferSize) {}
+
+TQuillonCSVWriter::TQuillonCSVWriter(TQuillonStream& AStream, TQuillonEncoding AnEncoding, bool DoWriteBOM,
+                                     std::size_t ABufferSize)
+    : FTextWriter(AStream, AnEncoding, DoWriteBOM, ABufferSize) {}
+
+void TQuillonCSVWriter::WriteValue(std::string_view AValue) {
+  if (FWasPreviousField) {
+    FTextWriter.Write({&FSeparator, 1});
+  }
+  FWasPreviousField = true;
+  if (AValue.empty()) {
+    if (FForceQuotes && !FNoEmptyQuotes) {
+      FTextWriter.Write("\"\"");
+    }
+    return;
+  }
+  bool HasSpecial = FForceQuotes;
+  for (const char C : AValue) {
+    HasSpecial |= C == '"' || C == '\r' || C == '\n' || C == FSeparator;
+  }
+  if (HasSpecial) {
+    WriteQuoted(AValue);
+  } else {
+    FTextWriter.Write(AValue);
+  }
+}
+
+void TQuillonCSVWriter::WriteQuoted(std::string_view AValue) {
+  FTextWriter.Write("\"");
+  for (std::size_t Quote = AValue.find('"'); Quote != std::string_view::npos; Quote = AValue.find('"')) {
+    FTextWriter.Write(AValue.substr(0, Quote + 1));
+    FTextWriter.Write("\"");
+    AValue.remove_prefix(Quote + 1);
+  }
+  FTextWriter.Write(AValue);
+  FTextWriter.Write("\"");
+}
+
+void TQuillonCSVWriter::WriteValues(std::span<const std::string> AValues) {
+  for (const std::string& Value : AValues) {
+    WriteValue(Value);
+  }
+}
+
+void TQuillonCSVWriter::WriteLine() {
+  FWasPreviousField = false;
+  FTextWriter.WriteLine();
+}
+
+void TQuillonCSVWriter::WriteLine(const TQuillonCSVLine* ALine) {
+  if (ALine != nullptr) {
+    WriteValues(*ALine);
+    WriteLine();
+  }
+}
+
+void TQuillonCSVWriter::WriteComment(std::string_view AText) {
+  if (FWasPreviousField) {
+    WriteLine();
+  }
+  WriteValue(std::string(1, FComment).append(AText));
+  WriteLine();
+}
