@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -75,7 +76,8 @@ void Read(const nlohmann::json& AValue, std::vector<TItem>& ATarget, const TPlac
   }
   ATarget.clear();
   for (const auto& Value : AValue) {
-    Read(Value, ATarget.emplace_back(), APlace.Item(ATarget.size() - 1));
+    const TPlace Place = APlace.Item(ATarget.size());
+    Read(Value, ATarget.emplace_back(), Place);
   }
 }
 
