@@ -62,11 +62,17 @@ void WriteInPlace(const std::string& AFileName, std::string_view AContent) {
   File->Close();
 }
 
+std::string HiddenName() {
+  std::string Name = ".";
+  QuillonGuid::AppendPlain(Name, QuillonGuid::New());
+  return Name.append(".tmp");
+}
+
 /// A file that is removed again unless it was renamed.
 class TemporaryFile {
  public:
   TemporaryFile(const std::string& AFolder, Platform::Creation ACreation)
-      : FPath(TQuillonFilePath::Combine(AFolder, "." + QuillonGuid::Plain(QuillonGuid::New()) + ".tmp")),
+      : FPath(TQuillonFilePath::Combine(AFolder, HiddenName())),
         FFile(Platform::Files().Open(FPath, Platform::Access::Write, ACreation, Platform::Lock::None)) {}
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
