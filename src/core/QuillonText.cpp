@@ -37,7 +37,7 @@ std::string MapCase(std::string_view AText, TAsciiMap AAsciiMap, TMap AMap) {
       --Left;
       continue;
     }
-    utf8::append(static_cast<utf8::utfchar32_t>(AMap(CodePoint)), std::back_inserter(Result));
+    utf8::append(static_cast<std::uint32_t>(AMap(CodePoint)), std::back_inserter(Result));
     Next += Length;
     Left -= Length;
   }
@@ -72,7 +72,13 @@ bool EqualsIgnoreCase(std::string_view A, std::string_view B) { return CompareIg
 
 std::string ToLower(std::string_view AText) { return MapCase(AText, AsciiLower, utf8proc_tolower); }
 
-std::string ToUpper(std::string_view AText) { return MapCase(AText, AsciiUpper, utf8proc_toupper); }
+std::string ToUpper(std::string_view AText) {
+  return MapCase(AText, AsciiUpper, [](utf8proc_int32_t ACodePoint) {
+    // Unicode has no simple mapping for it; the library's own choice is the capital letter U+1E9E.
+    constexpr utf8proc_int32_t SharpS = 0xDF;
+    return ACodePoint == SharpS ? ACodePoint : utf8proc_toupper(ACodePoint);
+  });
+}
 
 std::size_t FindInvalidUtf8(std::string_view AText) {
   const char* Next = AText.data();

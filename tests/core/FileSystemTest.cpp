@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <chrono>
+#include <filesystem>
+
+#include "QuillonFileSystem.h"
+#include "QuillonIO.h"
+#include "core/TestFiles.h"
+
+TEST(FilePath, TakesPathsApartAndTogether) {
+  using Path = TQuillonFilePath;
+  struct Parts {
+    const char* Path;
+    const char* Directory;
+    const char* Name;
+    const char* Extension;
+  };
+  for (const auto& [Whole, Directory, Name, Extension] :
+       {Parts{"/home/plan.data", "/home", "plan", "data"}, Parts{"plan.tar.gz", "", "plan.tar", "gz"},
+        Parts{"/plan", "/", "plan", ""}, Parts{"a.b/plan", "a.b", "plan", ""}, Parts{"a//b/", "a//b", "", ""},
+        Parts{"/etc/.profile", "/etc", ".profile", ""}, Parts{"plan.", "", "plan.", ""}, Parts{"..", "", "..", ""},
+        Parts{"", "", "", ""}, Parts{"/", "/", "", ""}}) {
+    EXPECT_EQ(Path::GetDirectoryName(Whole), Directory) << Whole;
+    EXPECT_EQ(Path::GetFileNameWithoutExtension(Whole), Name) << Whole;
+    EXPECT_EQ(Path::GetExtension(Whole), Extension) << Whole;
+    EXPECT_EQ(Path::HasExtension(Whole), *Extension != '\0') << Whole;
+  }
+  EXPECT_EQ(Path::GetFileName("/home/plan.data"), "plan.data");
+
+  EXPECT_EQ(Path::AddExtension("plan.data", "bak"), "plan.data.bak");
+  EXPECT_EQ(Path::AddExtension("plan.", "bak"), "plan..bak");
+  EXPECT_EQ(Path::AddExtension("plan", ""), "plan");
+  EXPECT_EQ(Path::AddExtension("", "bak"), "");
+  EXPECT_EQ(Path::ChangeExtension("a.b/plan.data", "csv"), "a.b/plan.csv");
+  EXPECT_EQ(Path::ChangeExtension("a.b/plan", "csv"), "a.b/plan.csv");
+  EXPECT_EQ(Path::ChangeExtension("plan.data", ""), "plan");
+
+  EXPECT_EQ(Path::Combine("a", "b"), "a/b");
+  EXPECT_EQ(Path::Combine("a/", "b/"), "a/b/");
+  EXPECT_EQ(Path::Combine("", "b"), "b");
+  EXPECT_EQ(Path::Combine("a", ""), "a");
+  EXPECT_EQ(Path::Combine("a", "/b"), "/b");
+  const std::vector<std::string> Steps = {"/", "a", "", "b.txt"};
+  EXPECT_EQ(Path::Combine(Steps), "/a/b.txt");
+
+  EXPECT_EQ(Path::AddTrailingPathDelimiter("a"), "a/");
+  EXPECT_EQ(Path::AddTrailingPathDelimiter("a/"), "a/");
+  EXPECT_EQ(Path::RemoveTrailingPathDelimiter("a/"), "a");
+  EXPECT_EQ(Path::RemoveTrailingPathDelimiter("//"), "/");
+  EXPECT_TRUE(Path::IsRoot("/"));
+  EXPECT_FALSE(Path::IsRoot("/a"));
+  EXPECT_FALSE(Path::IsRoot(""));
+}
+
+TEST(FilePath, StampsStandBetweenNameAndExtension) {
+  const auto Time = TQuillonDateTime::Create(2026, 8, 1, 7, 45, 0);
+  EXPECT_EQ(TQuillonFilePath::GetDateStampedFileName("logs/plan.txt", TQuillonDate(Time)), "logs/plan-02026-08-01.txt");
+  EXPECT_EQ(TQuillonFilePath::GetTimeStampedFileName("v1.2/plan", Time), "v1.2/plan-02026-08-01-Sa-07-45-00");
+  EXPECT_EQ(TQuillonFilePath::GetTimeStampedFileName("plan.txt").size(),
+            std::string("plan-02026-08-01-Sa-07-45-00.txt").size());
+}
+
+TEST(FileSystem, FoldersAreForcedOnceAndForAll) {
+  const TemporaryFolder Folder;
+  const std::string Deep = Folder.Path("a/b/c");
+  TQuillonFileSystem::ForceDirectory(Deep + "/");
+  TQuillonFileSystem::ForceDirectory(Deep);
+  EXPECT_TRUE(TQuillonFileSystem::IsDirectory(Deep));
+  EXPECT_FALSE(TQuillonFileSystem::IsFile(Deep));
+  TQuillonFileSystem::ForceDirectory("/");
+  TQuillonFileSystem::ForceDirectory("");
+  EXPECT_THROW(TQuillonFileSystem::CreateDirectory(Deep), EQuillonFileSystemError);
+  QuillonIO::ReplaceFile(Folder.Path("file"), "");
+  EXPECT_THROW(TQuillonFileSystem::ForceDirectory(Folder.Path("file/sub")), EQuillonFileSystemError);
+
+  const auto Before = std::filesystem::current_path();
+  std::filesystem::current_path(Folder.Path(""));
+  TQuillonFileSystem::ForceDirectory("o");
+  std::filesystem::current_path(Before);
+  EXPECT_TRUE(TQuillonFileSystem::IsDirectory(Folder.Path("o")));
+}
+
+TEST(FileSystem, FilesAreMovedAndDeleted) {
+  const TemporaryFolder Folder;
+  const std::string One = Folder.Path("one.txt");
+  const std::string Two = Folder.Path("two.txt");
+  QuillonIO::ReplaceFile(One, "first");
+  QuillonIO::ReplaceFile(Two, "second");
+  EXPECT_EQ(TQuillonFileSystem::GetSize(Two), 6);
+  EXPECT_THROW(TQuillonFileSystem::MoveFile(One, Two, false), EQuillonFileSystemError);
+  EXPECT_EQ(QuillonIO::ReadWholeFile(Two), "second");
+  TQuillonFileSystem::MoveFile(One, Two, true);
+  EXPECT_FALSE(TQuillonFileSystem::Exists(One));
+  TQuillonFileSystem::MoveFile(Two, One, false);
+  EXPECT_EQ(QuillonIO::ReadWholeFile(One), "first");
+  EXPECT_FALSE(TQuillonFileSystem::Exists(Two));
+
+  EXPECT_EQ(TQuillonFileSystem::MakeFileNameUnique(Two), Two);
+  EXPECT_EQ(TQuillonFileSystem::MakeFileNameUnique(One), Folder.Path("one (1).txt"));
+  QuillonIO::ReplaceFile(Folder.Path("one (1).txt"), "");
+  EXPECT_EQ(TQuillonFileSystem::MakeFileNameUnique(One), Folder.Path("one (2).txt"));
+
+  TQuillonFileSystem::DeleteFile(One);
+  TQuillonFileSystem::DeleteFile(One, true);
+  EXPECT_THROW(TQuillonFileSystem::DeleteFile(One), EQuillonFileSystemError);
+  EXPECT_THROW(TQuillonFileSystem::GetSize(One), EQuillonFileSystemError);
+  const auto Start = std::chrono::steady_clock::now();
+  EXPECT_THROW(TQuillonFileSystem::DeleteFile(One, false, std::chrono::milliseconds(150)), EQuillonFileSystemError);
+  EXPECT_GE(std::chrono::steady_clock::now() - Start, std::chrono::milliseconds(150));
+}
