@@ -14,7 +14,8 @@ namespace {
 constexpr std::size_t QuotedLength = 100;
 
 [[noreturn]] void ThrowConvertError(std::string_view AText, std::string_view AWanted) {
-  throw EQuillonConvertError("\"" + std::string(AText.substr(0, QuotedLength)) + "\" ist " + std::string(AWanted) + ".");
+  throw EQuillonConvertError("\"" + std::string(AText.substr(0, QuotedLength)) + "\" ist " + std::string(AWanted) +
+                             ".");
 }
 
 }  // namespace
@@ -74,7 +75,8 @@ void AppendFloat(std::string& ATarget, double AValue) {
   // Scientific text gives the digits and the exponent; the layout is built from these.
   std::array<char, 40> Buffer{};
   const auto End =
-      std::to_chars(Buffer.data(), Buffer.data() + Buffer.size(), AValue, std::chars_format::scientific, Precision - 1).ptr;
+      std::to_chars(Buffer.data(), Buffer.data() + Buffer.size(), AValue, std::chars_format::scientific, Precision - 1)
+          .ptr;
   std::string_view Text(Buffer.data(), static_cast<std::size_t>(End - Buffer.data()));
   if (Text.front() == '-') {
     ATarget.push_back('-');

@@ -15,12 +15,10 @@ std::string SystemText(int AnErrorCode, std::string_view ASubject) {
 }  // namespace
 
 EQuillonWin32Error::EQuillonWin32Error(int AnErrorCode, std::string_view ASubject)
-    : EQuillonWin32Error(AnErrorCode, SystemText(AnErrorCode, ASubject)) {}
-
-EQuillonWin32Error::EQuillonWin32Error(int AnErrorCode, std::string&& AnErrorMsg)
-    : EQuillonException("Systemfehler (Fehlercode: " + std::to_string(AnErrorCode) + ").\r\n" + AnErrorMsg),
+    : EQuillonException("Systemfehler (Fehlercode: " + std::to_string(AnErrorCode) + ").\r\n" +
+                        SystemText(AnErrorCode, ASubject)),
       FErrorCode(AnErrorCode),
-      FErrorMsg(std::move(AnErrorMsg)) {}
+      FErrorMsg(SystemText(AnErrorCode, ASubject)) {}
 
 void TQuillonObject::Assign(const TQuillonObject& /*AnObject*/) {
   throw EQuillonAssignError("Inhaltszweisung wird nicht unterstützt.");

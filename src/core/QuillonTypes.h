@@ -22,8 +22,6 @@ class EQuillonWin32Error : public EQuillonException {
   const std::string& ErrorMsg() const { return FErrorMsg; }
 
  private:
-  EQuillonWin32Error(int AnErrorCode, std::string&& AnErrorMsg);
-
   int FErrorCode;
   std::string FErrorMsg;
 };

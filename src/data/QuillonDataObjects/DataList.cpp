@@ -1,0 +1,370 @@
+#include "QuillonDataObjects/DataList.h"
+
+#include <algorithm>
+#include <cassert>
+
+#include "QuillonDataObjects/DataClass.h"
+#include "QuillonDataObjects/Storage.h"
+
+TQuillonDataList::TQuillonDataList(TQuillonDataAbstractObject* AnOwner, TItems AnItems)
+    : FIsItemOwner(AnItems == TItems::Owned) {
+  FOwner = AnOwner;
+}
+
+TQuillonDataList::~TQuillonDataList() { assert(!FIsItemOwner || FItems.empty()); }
+
+const TQuillonDataClass& TQuillonDataList::DataClass() const {
+  static const TQuillonDataClass Class =
+      DescribeAbstractClass<TQuillonDataList, TQuillonDataAbstractObject>("TQuillonDataList");
+  return Class;
+}
+
+const TQuillonDataClass& TQuillonDataList::ItemClass() const { return TQuillonDataObject::Class(); }
+
+/// The one shape of every change. What records changes comes in here, ahead of the body, and keeps silent
+/// during it: a list's own Change and what its hooks do belong to the operation.
+template <class TBody>
+void TQuillonDataList::Perform(TBody&& ABody) {
+  ABody();
+  Change();
+}
+
+int TQuillonDataList::CheckedIndex(int AnIndex, int ALimit) const {
+  if (AnIndex < 0 || AnIndex >= ALimit) {
+    throw EQuillonCollectionError("Listenindex überschreitet das Maximum (" + std::to_string(AnIndex) + ")");
+  }
+  return AnIndex;
+}
+
+TQuillonDataObject* TQuillonDataList::GetItem(int AnIndex) const {
+  return FItems[static_cast<std::size_t>(CheckedIndex(AnIndex, Count()))];
+}
+
+void TQuillonDataList::SetItem(int AnIndex, TQuillonDataObject* AnItem) {
+  TQuillonDataObject*& Place = FItems[static_cast<std::size_t>(CheckedIndex(AnIndex, Count()))];
+  TQuillonDataObject* const Old = Place;
+  if (FIsItemOwner && AnItem != nullptr) {
+    TQuillonDataHolder::Hold(*AnItem, *this);
+  }
+  Place = AnItem;
+  if (FIsItemOwner && Old != nullptr) {
+    TQuillonDataHolder::Release(*Old, *this);
+  }
+}
+
+void TQuillonDataList::InsertAt(int AnIndex, TQuillonDataObject* AnItem) {
+  assert(AnItem->DataClass().DescendsFrom(ItemClass()));
+  if (FIsItemOwner) {
+    TQuillonDataHolder::Hold(*AnItem, *this);
+  }
+  Perform([&] {
+    BeforeInsert(AnIndex, AnItem);
+    FItems.insert(FItems.begin() + AnIndex, AnItem);
+    AfterInsert(AnIndex);
+  });
+}
+
+void TQuillonDataList::Add(TQuillonDataObject* AnItem) {
+  if (AnItem != nullptr) {
+    InsertAt(FSorted ? FindPlace(*AnItem) : Count(), AnItem);
+  }
+}
+
+void TQuillonDataList::Append(TQuillonDataObject* AnItem) {
+  if (AnItem != nullptr) {
+    InsertAt(Count(), AnItem);
+  }
+}
+
+void TQuillonDataList::Insert(int AnIndex, TQuillonDataObject* AnItem) {
+  if (AnItem != nullptr && !Contains(AnItem)) {
+    InsertAt(CheckedIndex(AnIndex, Count() + 1), AnItem);
+  }
+}
+
+bool TQuillonDataList::AddAll(const TQuillonDataList& AnOther) {
+  for (TQuillonDataObject* Item : std::vector(AnOther.FItems)) {
+    Add(Item);
+  }
+  return !AnOther.IsEmpty();
+}
+
+bool TQuillonDataList::InsertAll(int AnIndex, const TQuillonDataList& AnOther) {
+  for (TQuillonDataObject* Item : std::vector(AnOther.FItems)) {
+    const int Before = Count();
+    Insert(AnIndex, Item);
+    AnIndex += Count() - Before;
+  }
+  return !AnOther.IsEmpty();
+}
+
+bool TQuillonDataList::Merge(TQuillonDataObject* AnItem) {
+  if (AnItem == nullptr || Contains(AnItem)) {
+    return false;
+  }
+  Add(AnItem);
+  return true;
+}
+
+bool TQuillonDataList::Merge(const TQuillonDataList& AnOther) {
+  bool Added = false;
+  for (TQuillonDataObject* Item : std::vector(AnOther.FItems)) {
+    Added = Merge(Item) || Added;
+  }
+  return Added;
+}
+
+int TQuillonDataList::MergeEx(TQuillonDataList& AnOther) {
+  int Moved = 0;
+  for (TQuillonDataObject* Item : std::vector(AnOther.FItems)) {
+    if (!Contains(Item)) {
+      AnOther.Extract(Item);
+      Add(Item);
+      Item->SetOwner(this);
+      ++Moved;
+    }
+  }
+  return Moved;
+}
+
+bool TQuillonDataList::Import(const TQuillonDataList& AnOther) {
+  bool Created = false;
+  for (const TQuillonDataObject* Item : std::vector(AnOther.FItems)) {
+    TQuillonDataObject* Own = Find(Item->ID());
+    if (Own == nullptr) {
+      Own = Item->DataClass().Create(Storage(), Item->ID());
+      Add(Own);
+      Created = true;
+    }
+    Own->Assign(*Item);
+  }
+  return Created;
+}
+
+void TQuillonDataList::Assign(const TQuillonObject& AnObject) {
+  const auto* Other = dynamic_cast<const TQuillonDataList*>(&AnObject);
+  if (Other == nullptr) {
+    TQuillonDataAbstractObject::Assign(AnObject);
+    return;
+  }
+  if (Other == this) {
+    return;
+  }
+  if (FIsItemOwner) {
+    Clear();
+    for (const TQuillonDataObject* Item : Other->FItems) {
+      TQuillonDataObject* const Copy = Item->DataClass().Create(Storage(), QuillonGuid::New());
+      Add(Copy);
+      Copy->Assign(*Item);
+    }
+    return;
+  }
+  RetainAll(*Other);
+  for (TQuillonDataObject* Item : Other->FItems) {
+    Merge(static_cast<TQuillonDataObject*>(ResolveReference(nullptr, Item)));
+  }
+}
+
+bool TQuillonDataList::Contains(const TQuillonDataObject* AnItem) const { return IndexOf(AnItem) >= 0; }
+
+bool TQuillonDataList::Contains(const TGUID& AnID) const { return IndexOf(AnID) >= 0; }
+
+bool TQuillonDataList::ContainsAll(const TQuillonDataList& AnOther) const {
+  return std::all_of(AnOther.FItems.begin(), AnOther.FItems.end(),
+                     [this](const TQuillonDataObject* AnItem) { return Contains(AnItem); });
+}
+
+TQuillonDataObject* TQuillonDataList::Find(const TGUID& AnID) const {
+  const int Index = IndexOf(AnID);
+  return Index < 0 ? nullptr : FItems[static_cast<std::size_t>(Index)];
+}
+
+int TQuillonDataList::IndexOf(const TQuillonDataObject* AnItem) const {
+  return AnItem == nullptr ? -1 : IndexOf(AnItem->ID());
+}
+
+int TQuillonDataList::IndexOf(const TGUID& AnID) const {
+  const auto Found = std::find_if(FItems.begin(), FItems.end(), [&](const TQuillonDataObject* AnItem) {
+    return AnItem != nullptr && AnItem->ID() == AnID;
+  });
+  return Found == FItems.end() ? -1 : static_cast<int>(Found - FItems.begin());
+}
+
+void TQuillonDataList::Clear() {
+  if (FItems.empty()) {
+    return;
+  }
+  Perform([&] {
+    BeforeClear();
+    FreeItems();
+    AfterClear();
+  });
+}
+
+void TQuillonDataList::FreeItems() {
+  // Taken out first: an item that is freed may look at the list that held it.
+  std::vector<TQuillonDataObject*> Items = std::move(FItems);
+  FItems.clear();
+  if (FIsItemOwner) {
+    for (TQuillonDataObject* Item : Items) {
+      if (Item != nullptr) {
+        TQuillonDataHolder::Release(*Item, *this);
+      }
+    }
+  }
+}
+
+void TQuillonDataList::Delete(int AnIndex) {
+  TQuillonDataObject* const Item = GetItem(AnIndex);
+  Perform([&] {
+    BeforeDelete(AnIndex);
+    FItems.erase(FItems.begin() + AnIndex);
+    if (FIsItemOwner && Item != nullptr) {
+      TQuillonDataHolder::Release(*Item, *this);
+    }
+    AfterDelete(AnIndex);
+  });
+}
+
+void TQuillonDataList::Delete(const TGUID& AnID) {
+  if (const int Index = IndexOf(AnID); Index >= 0) {
+    Delete(Index);
+  }
+}
+
+void TQuillonDataList::Remove(const TQuillonDataObject* AnItem) {
+  if (const int Index = IndexOf(AnItem); Index >= 0) {
+    Delete(Index);
+  }
+}
+
+TQuillonDataObject* TQuillonDataList::Extract(int AnIndex) {
+  TQuillonDataObject* const Item = GetItem(AnIndex);
+  Perform([&] {
+    BeforeExtract(AnIndex);
+    FItems.erase(FItems.begin() + AnIndex);
+    if (FIsItemOwner && Item != nullptr) {
+      TQuillonDataHolder::Drop(*Item, *this);
+    }
+    AfterExtract(AnIndex);
+  });
+  return Item;
+}
+
+TQuillonDataObject* TQuillonDataList::Extract(const TGUID& AnID) {
+  const int Index = IndexOf(AnID);
+  return Index < 0 ? nullptr : Extract(Index);
+}
+
+TQuillonDataObject* TQuillonDataList::Extract(const TQuillonDataObject* AnItem) {
+  const int Index = IndexOf(AnItem);
+  return Index < 0 ? nullptr : Extract(Index);
+}
+
+bool TQuillonDataList::RemoveAll(const TQuillonDataList& AnOther) {
+  const int Before = Count();
+  for (int I = Before - 1; I >= 0; --I) {
+    if (AnOther.Contains(FItems[static_cast<std::size_t>(I)])) {
+      Delete(I);
+    }
+  }
+  return Count() != Before;
+}
+
+bool TQuillonDataList::RetainAll(const TQuillonDataList& AnOther) {
+  const int Before = Count();
+  for (int I = Before - 1; I >= 0; --I) {
+    if (!AnOther.Contains(FItems[static_cast<std::size_t>(I)])) {
+      Delete(I);
+    }
+  }
+  return Count() != Before;
+}
+
+void TQuillonDataList::Pack() { std::erase(FItems, nullptr); }
+
+void TQuillonDataList::Move(int ACurIndex, int ANewIndex) {
+  CheckedIndex(ACurIndex, Count());
+  CheckedIndex(ANewIndex, Count());
+  Perform([&] {
+    BeforeMove(ACurIndex);
+    const auto Cur = FItems.begin() + ACurIndex;
+    const auto New = FItems.begin() + ANewIndex;
+    if (ACurIndex < ANewIndex) {
+      std::rotate(Cur, Cur + 1, New + 1);
+    } else {
+      std::rotate(New, Cur, Cur + 1);
+    }
+    AfterMove(ANewIndex);
+  });
+}
+
+void TQuillonDataList::Move(const TQuillonDataObject* AnItem, int ANewIndex) {
+  if (const int Index = IndexOf(AnItem); Index >= 0) {
+    Move(Index, ANewIndex);
+  }
+}
+
+void TQuillonDataList::MoveToPrevIndex(int AnIndex) {
+  if (AnIndex > 0) {
+    Move(AnIndex, AnIndex - 1);
+  }
+}
+
+void TQuillonDataList::MoveToNextIndex(int AnIndex) {
+  if (AnIndex < Count() - 1) {
+    Move(AnIndex, AnIndex + 1);
+  }
+}
+
+void TQuillonDataList::Exchange(int AFirstIndex, int ASecondIndex) {
+  if (AFirstIndex == ASecondIndex) {
+    return;
+  }
+  Move(AFirstIndex, ASecondIndex > AFirstIndex ? ASecondIndex - 1 : ASecondIndex + 1);
+  Move(ASecondIndex, AFirstIndex);
+}
+
+int TQuillonDataList::CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B) const {
+  return FCompare != nullptr ? FCompare(A, B) : A.Compare(B);
+}
+
+int TQuillonDataList::FindPlace(const TQuillonDataObject& AnItem) const {
+  int Low = 0;
+  int High = Count() - 1;
+  while (Low <= High) {
+    const int Middle = Low + (High - Low) / 2;
+    if (CompareItems(*FItems[static_cast<std::size_t>(Middle)], AnItem) < 0) {
+      Low = Middle + 1;
+    } else {
+      High = Middle - 1;
+    }
+  }
+  return Low;
+}
+
+void TQuillonDataList::Sort() {
+  SortBy([this](const TQuillonDataObject& A, const TQuillonDataObject& B) { return CompareItems(A, B); });
+}
+
+void TQuillonDataList::Sort(TQuillonCompareItems ACompare) {
+  QuillonDataObjects::QuickSort(
+      0, Count() - 1, [&](int A, int B) { return ACompare(*GetItem(A), *GetItem(B)); },
+      [this](int A, int B) { Exchange(A, B); });
+}
+
+void TQuillonDataList::SetSorted(bool AnIsSorted) {
+  if (AnIsSorted && !FSorted) {
+    Sort();
+  }
+  FSorted = AnIsSorted;
+}
+
+std::string TQuillonDataList::GetBaseDisplayName() const { return TQuillonDataAbstractObject::GetDisplayName(); }
+
+std::string TQuillonDataList::GetDisplayName() const {
+  if (FOwner == nullptr || FOwner->AsStorage() != nullptr) {
+    return GetBaseDisplayName();
+  }
+  return GetBaseDisplayName() + " von " + FOwner->GetDisplayName();
+}

@@ -1,0 +1,173 @@
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "QuillonDataObjects/DataObject.h"
+#include "QuillonDataObjects/QuickSort.h"
+
+/// Order of two items: negative, zero or positive.
+using TQuillonCompareItems = int (*)(const TQuillonDataObject& A, const TQuillonDataObject& B);
+
+/// A list of data objects: of its own, or of references to objects that others own.
+///
+/// Every change runs in one shape: the Before hook, the change of the items, the After hook, Change.
+class TQuillonDataList : public TQuillonDataAbstractObject {
+ public:
+  enum class TItems : std::uint8_t { Referenced, Owned };
+
+  explicit TQuillonDataList(TQuillonDataAbstractObject* AnOwner = nullptr, TItems AnItems = TItems::Referenced);
+  ~TQuillonDataList() override;
+
+  const TQuillonDataClass& DataClass() const override;
+  /// The class that the list holds; an item of another class never enters it.
+  virtual const TQuillonDataClass& ItemClass() const;
+
+  bool IsItemOwner() const { return FIsItemOwner; }
+  /// True, the default, says that items do not depend on one another: concurrent edits do not conflict.
+  bool FItemsAreIndependent = true;
+
+  int Count() const { return static_cast<int>(FItems.size()); }
+  bool IsEmpty() const { return FItems.empty(); }
+  std::span<TQuillonDataObject* const> Items() const { return FItems; }
+  /// @throws EQuillonCollectionError for an index outside of the list
+  TQuillonDataObject* GetItem(int AnIndex) const;
+  /// Puts another item in the place; neither logs nor notifies.
+  /// @throws EQuillonCollectionError for an index outside of the list
+  void SetItem(int AnIndex, TQuillonDataObject* AnItem);
+
+  /// Appends the item, or places it by the order of a sorted list; null is ignored, doubles are not.
+  void Add(TQuillonDataObject* AnItem);
+  /// As Add, at the end whatever the order: for readers, which sort when all is read.
+  void Append(TQuillonDataObject* AnItem);
+  /// As Add at a place; an item whose identity the list holds already is ignored.
+  /// @throws EQuillonCollectionError for an index outside of the list
+  void Insert(int AnIndex, TQuillonDataObject* AnItem);
+  /// True if the other list had items.
+  bool AddAll(const TQuillonDataList& AnOther);
+  bool InsertAll(int AnIndex, const TQuillonDataList& AnOther);
+  /// Adds what the list does not hold; true if something was added.
+  bool Merge(const TQuillonDataList& AnOther);
+  bool Merge(TQuillonDataObject* AnItem);
+  /// Moves every item that this list does not hold out of the other one; the number of them.
+  int MergeEx(TQuillonDataList& AnOther);
+  /// Assigns each item of the other list to the item with its identity, which is created if it is missing.
+  /// True if an object was created.
+  bool Import(const TQuillonDataList& AnOther);
+  /// An owning list gets copies with new identities, another one the same items.
+  void Assign(const TQuillonObject& AnObject) override;
+
+  bool Contains(const TQuillonDataObject* AnItem) const;
+  bool Contains(const TGUID& AnID) const;
+  bool ContainsAll(const TQuillonDataList& AnOther) const;
+  TQuillonDataObject* Find(const TGUID& AnID) const;
+  /// -1 if missing.
+  int IndexOf(const TQuillonDataObject* AnItem) const;
+  int IndexOf(const TGUID& AnID) const;
+
+  /// Frees the items of an owning list.
+  void Clear();
+  /// Removes, and frees in an owning list; what is not there is passed over.
+  /// @throws EQuillonCollectionError for an index outside of the list
+  void Delete(int AnIndex);
+  void Delete(const TGUID& AnID);
+  void Remove(const TQuillonDataObject* AnItem);
+  /// Removes without freeing; null if it is not there.
+  /// @throws EQuillonCollectionError for an index outside of the list
+  TQuillonDataObject* Extract(int AnIndex);
+  TQuillonDataObject* Extract(const TGUID& AnID);
+  TQuillonDataObject* Extract(const TQuillonDataObject* AnItem);
+  /// True if something went.
+  bool RemoveAll(const TQuillonDataList& AnOther);
+  bool RetainAll(const TQuillonDataList& AnOther);
+  /// Removes null items.
+  void Pack();
+
+  /// @throws EQuillonCollectionError for an index outside of the list
+  void Move(int ACurIndex, int ANewIndex);
+  void Move(const TQuillonDataObject* AnItem, int ANewIndex);
+  void MoveToFirstIndex(int AnIndex) { Move(AnIndex, 0); }
+  void MoveToLastIndex(int AnIndex) { Move(AnIndex, Count() - 1); }
+  void MoveToPrevIndex(int AnIndex);
+  void MoveToNextIndex(int AnIndex);
+  void Exchange(int AFirstIndex, int ASecondIndex);
+
+  /// Sorts by the list's own comparison, without notice.
+  void Sort();
+  /// Sorts by another comparison, int(const TQuillonDataObject&, const TQuillonDataObject&), without notice.
+  template <class TCompare>
+  void SortBy(const TCompare& ACompare) {
+    const auto At = [this](int AnIndex) -> TQuillonDataObject*& { return FItems[static_cast<std::size_t>(AnIndex)]; };
+    QuillonDataObjects::QuickSort(
+        0, Count() - 1, [&](int A, int B) { return ACompare(*At(A), *At(B)); },
+        [&](int A, int B) { std::swap(At(A), At(B)); });
+  }
+  /// Sorts by moves, each of which notifies.
+  void Sort(TQuillonCompareItems ACompare);
+  /// The comparison of Add and Sort; without one the items' own Compare counts.
+  void SetCompare(TQuillonCompareItems ACompare) { FCompare = ACompare; }
+  bool IsSorted() const { return FSorted; }
+  /// Switching on sorts.
+  void SetSorted(bool AnIsSorted);
+
+  std::string GetDisplayName() const override;
+
+  /// Frees the items without hooks or notice: the end of a list.
+  void FreeItems();
+
+ protected:
+  virtual void AfterClear() {}
+  virtual void AfterDelete(int /*AnIndex*/) {}
+  virtual void AfterExtract(int /*AnIndex*/) {}
+  virtual void AfterInsert(int /*AnIndex*/) {}
+  virtual void AfterMove(int /*AnIndex*/) {}
+  virtual void BeforeClear() {}
+  virtual void BeforeDelete(int /*AnIndex*/) {}
+  virtual void BeforeExtract(int /*AnIndex*/) {}
+  virtual void BeforeInsert(int /*AnIndex*/, TQuillonDataObject* /*AnItem*/) {}
+  virtual void BeforeMove(int /*AnIndex*/) {}
+  virtual std::string GetBaseDisplayName() const;
+
+ private:
+  template <class TBody>
+  void Perform(TBody&& ABody);
+  void InsertAt(int AnIndex, TQuillonDataObject* AnItem);
+  int CheckedIndex(int AnIndex, int ALimit) const;
+  int CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B) const;
+  int FindPlace(const TQuillonDataObject& AnItem) const;
+
+  std::vector<TQuillonDataObject*> FItems;
+  TQuillonCompareItems FCompare = nullptr;
+  bool FIsItemOwner;
+  bool FSorted = false;
+};
+
+/// A list whose items are of class TItem; TBase is the untyped list class that it specialises.
+template <class TItem, class TBase = TQuillonDataList>
+class TQuillonListOf : public TBase {
+ public:
+  using TItemClass = TItem;
+  using TBase::TBase;
+
+  class TIterator {
+   public:
+    using difference_type = std::ptrdiff_t;
+    using value_type = TItem*;
+    TIterator() = default;
+    explicit TIterator(TQuillonDataObject* const* ANext) : FNext(ANext) {}
+    TItem* operator*() const { return static_cast<TItem*>(*FNext); }
+    TIterator& operator++() {
+      ++FNext;
+      return *this;
+    }
+    TIterator operator++(int) { return TIterator(FNext++); }
+    friend bool operator==(const TIterator&, const TIterator&) = default;
+
+   private:
+    TQuillonDataObject* const* FNext = nullptr;
+  };
+
+  TIterator begin() const { return TIterator(this->Items().data()); }
+  TIterator end() const { return TIterator(this->Items().data() + this->Items().size()); }
+  TItem* GetItem(int AnIndex) const { return static_cast<TItem*>(TBase::GetItem(AnIndex)); }
+};

@@ -1,0 +1,183 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <initializer_list>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <variant>
+#include <vector>
+
+#include "QuillonDataObjects/DataList.h"
+#include "QuillonDataObjects/DataObject.h"
+#include "QuillonDataObjects/Release.h"
+
+/// Kind of a persisted row: how its value stands in a data file.
+enum class TQuillonRowKind : std::uint8_t {
+  Boolean,
+  Byte,
+  ShortInt,
+  Word,
+  SmallInt,
+  LongInt,
+  Int64,
+  Single,
+  Double,
+  DateTime,
+  Date,
+  Time,
+  String,
+  Guid,
+  IntegerArray,
+  StringArray,
+  Graphic,
+  Object,     ///< nested object, owned
+  Reference,  ///< object that another one owns
+  List,       ///< list, of objects or of references as the list says
+  Hook,       ///< no value: a step that is taken here when the object is read
+};
+
+/// Bytes of a picture as the file holds them; never drawn here.
+struct TQuillonGraphic {
+  std::string Image;
+  friend bool operator==(const TQuillonGraphic&, const TQuillonGraphic&) = default;
+};
+
+/// A small set over an enumeration, persisted as a number with bit n for member n.
+template <class TMember, std::unsigned_integral TBits>
+struct TQuillonSet {
+  TBits Bits = 0;
+
+  constexpr TQuillonSet() = default;
+  constexpr TQuillonSet(std::initializer_list<TMember> AMembers) {
+    for (TMember Member : AMembers) {
+      Include(Member);
+    }
+  }
+  constexpr bool Contains(TMember AMember) const { return (Bits & Mask(AMember)) != 0; }
+  constexpr void Include(TMember AMember) { Bits = static_cast<TBits>(Bits | Mask(AMember)); }
+  constexpr void Exclude(TMember AMember) { Bits = static_cast<TBits>(Bits & ~Mask(AMember)); }
+  friend bool operator==(const TQuillonSet&, const TQuillonSet&) = default;
+
+ private:
+  static constexpr TBits Mask(TMember AMember) {
+    return static_cast<TBits>(TBits{1} << static_cast<unsigned>(AMember));
+  }
+};
+
+/// Text form of a field. A type of the model that is persisted as text, say a set of weeks, has a ToText and a
+/// FromText of its own that are found here.
+inline std::string_view ToText(const std::string& AValue, std::string& /*AScratch*/) { return AValue; }
+inline void FromText(std::string& AValue, std::string_view AText) { AValue.assign(AText); }
+inline std::string_view ToText(const TQuillonUserName& AValue, std::string& /*AScratch*/) { return AValue.Text(); }
+inline void FromText(TQuillonUserName& AValue, std::string_view AText) { AValue = TQuillonUserName(AText); }
+
+/// Bounds of a number field.
+template <class T>
+struct TQuillonNumberType {
+  using TType = T;
+};
+template <class T>
+requires std::is_enum_v<T>
+struct TQuillonNumberType<T> {
+  using TType = std::underlying_type_t<T>;
+};
+template <class TMember, class TBits>
+struct TQuillonNumberType<TQuillonSet<TMember, TBits>> {
+  using TType = TBits;
+};
+
+/// Number form of a field: numbers, enumerations and sets.
+template <class T>
+constexpr std::int64_t ToNumber(const T& AValue) {
+  return static_cast<std::int64_t>(AValue);
+}
+template <class T>
+constexpr void FromNumber(T& AValue, std::int64_t ANumber) {
+  AValue = static_cast<T>(ANumber);
+}
+template <class TMember, class TBits>
+constexpr std::int64_t ToNumber(const TQuillonSet<TMember, TBits>& AValue) {
+  return AValue.Bits;
+}
+template <class TMember, class TBits>
+constexpr void FromNumber(TQuillonSet<TMember, TBits>& AValue, std::int64_t ANumber) {
+  AValue.Bits = static_cast<TBits>(ANumber);
+}
+
+/// One row of a class table: a persisted value with its name, its place in the object and its rules.
+struct TQuillonDataRow {
+  using TObject = TQuillonDataAbstractObject;
+
+  struct TNumber {
+    std::int64_t (*Get)(const TObject&);
+    void (*Set)(TObject&, std::int64_t);
+  };
+  struct TFloat {
+    double (*Get)(const TObject&);
+    void (*Set)(TObject&, double);
+  };
+  struct TText {
+    std::string_view (*Get)(const TObject&, std::string& AScratch);
+    void (*Set)(TObject&, std::string_view);
+  };
+  struct TGuid {
+    TGUID& (*Field)(TObject&);
+  };
+  struct TIntegers {
+    std::vector<std::int32_t>& (*Field)(TObject&);
+  };
+  struct TStrings {
+    std::vector<std::string>& (*Field)(TObject&);
+  };
+  struct TPicture {
+    TQuillonGraphic& (*Field)(TObject&);
+  };
+  /// References and nested objects.
+  struct TPointer {
+    TQuillonDataObject* (*Get)(const TObject&);
+    void (*Set)(TObject&, TQuillonDataObject*);
+    const TQuillonDataClass& (*Class)();
+  };
+  struct TItems {
+    TQuillonDataList& (*Field)(TObject&);
+  };
+  struct TStep {
+    void (*Run)(TObject&);
+  };
+
+  std::string_view Name;  ///< ends with a NUL behind its last character
+  TQuillonRowKind Kind = TQuillonRowKind::Hook;
+  std::variant<std::monostate, TNumber, TFloat, TText, TGuid, TIntegers, TStrings, TPicture, TPointer, TItems, TStep>
+      Access;
+
+  std::int64_t DefaultNumber = 0;
+  std::int64_t MinNumber = 0;  ///< bounds of what both the row's kind and the field can hold
+  std::int64_t MaxNumber = 0;
+  double DefaultFloat = 0;
+  std::string_view DefaultText;
+
+  bool Required = false;       ///< the name must stand in the file
+  bool AlwaysWritten = false;  ///< written also while it equals the default
+  bool KeepsCurrent = false;   ///< an absent name leaves the field as it is
+  bool Merged = false;         ///< the items of a list join those that are there
+  bool IsStamp = false;        ///< tells of the object's past, no content: not copied by Assign
+  bool HasSince = false;
+  bool HasUntil = false;
+  TQuillonRelease Since;  ///< read only from files of this release on
+  TQuillonRelease Until;  ///< retired: read only from files older than this release, and never written
+  /// Place in the whole table of the first row with this name: a name that stands twice reads its first element.
+  std::size_t FirstOfName = 0;
+
+  bool IsRetired() const { return HasUntil; }
+  bool IsReadFrom(const TQuillonRelease& ARelease) const {
+    return (!HasSince || ARelease >= Since) && (!HasUntil || ARelease < Until);
+  }
+
+  template <class TAccess>
+  const TAccess& As() const {
+    return *std::get_if<TAccess>(&Access);
+  }
+};

@@ -1,0 +1,152 @@
+#include "QuillonDataObjects/Storage.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "QuillonDataObjects/DataClass.h"
+#include "QuillonDataObjects/XMLReader.h"
+#include "QuillonDataObjects/XMLWriter.h"
+#include "QuillonFileSystem.h"
+#include "QuillonIO.h"
+
+const TQuillonDataClass& TQuillonDataStorage::Class() {
+  using T = TQuillonDataStorage;
+  static const TQuillonDataClass Class = DescribeAbstractClass<T, TQuillonDataAbstractObject>("TQuillonDataStorage")
+                                             .Int64<&T::FFileVersion>("FileVersion")
+                                             .Stamp();
+  return Class;
+}
+
+void TQuillonDataStorage::InitProperties() {
+  TQuillonDataAbstractObject::InitProperties();
+  FFileName = GetDefaultFileName();
+  FFileVersion = 0;
+}
+
+void TQuillonDataStorage::ClearProperties() { FFileVersion = 0; }
+
+void TQuillonDataStorage::FreeProperties() {
+  LockChangeTracking();
+  FState = static_cast<std::uint8_t>(FState | Mask(TQuillonDataStorageState::dssClearing));
+  // All at once: nobody looks an object up any more, and leaving one by one would take as long as the load.
+  std::vector<TQuillonDataObject*> Loose = FObjectRegistry.Unheld();
+  FObjectRegistry.Clear();
+  TQuillonDataAbstractObject::FreeProperties();
+  for (TQuillonDataObject* Object : Loose) {
+    QuillonDataObjects::Free(Object);
+  }
+}
+
+void TQuillonDataStorage::FreeUnheld() {
+  // Freeing one may let others go, which then stand without a holder too.
+  for (std::vector<TQuillonDataObject*> Loose = FObjectRegistry.Unheld(); !Loose.empty();
+       Loose = FObjectRegistry.Unheld()) {
+    for (TQuillonDataObject* Object : Loose) {
+      QuillonDataObjects::Free(Object);
+    }
+  }
+}
+
+void TQuillonDataStorage::Change() {
+  if (!IsChangeTrackingLocked()) {
+    FChanged = QuillonDateTime::Now();
+    FModified = true;
+    ++FFileVersion;
+  }
+}
+
+void TQuillonDataStorage::UnlockChangeTracking() {
+  if (FChangeTrackingLockCount > 0) {
+    --FChangeTrackingLockCount;
+  }
+}
+
+void TQuillonDataStorage::Clear() {
+  const TQuillonChangeTrackingLock Lock(*this);
+  const std::uint8_t Before = FState;
+  FState = static_cast<std::uint8_t>(FState | Mask(TQuillonDataStorageState::dssClearing));
+  ClearProperties();
+  FreeUnheld();
+  FState = Before;
+}
+
+void TQuillonDataStorage::NewFile() {
+  BeforeNewFile();
+  Clear();
+  FFileName.clear();
+  SetID(QuillonGuid::New());
+  FModified = false;
+  AfterNewFile();
+}
+
+void TQuillonDataStorage::LoadFromFile(const std::string& AFileName) {
+  if (AFileName.empty()) {
+    return;
+  }
+  if (TQuillonFileSystem::Exists(AFileName)) {
+    LoadExistingFile(AFileName);
+    return;
+  }
+  if (const std::string Template = GetTemplateFileName(); TQuillonFileSystem::Exists(Template)) {
+    LoadExistingFile(Template);
+    FFileName = AFileName;
+  }
+}
+
+void TQuillonDataStorage::LoadExistingFile(const std::string& AFileName) {
+  BeforeLoad();
+  {
+    const TQuillonChangeTrackingLock Lock(*this);
+    FFileName = AFileName;
+    TQuillonFileStream Stream(AFileName, fomOpenRead, famShareDenyWrite, fomOpenRead, famShareDenyNone);
+    std::string Document = QuillonIO::ReadWholeFile(Stream);
+    LoadFromXML(std::move(Document), AFileName);
+  }
+  FModified = false;
+  AfterLoad();
+}
+
+void TQuillonDataStorage::LoadFromXML(std::string ADocument, std::string_view ASource) {
+  TQuillonDataObjectXMLReader Reader(*this, std::move(ADocument), ASource);
+  const TQuillonChangeTrackingLock Lock(*this);
+  Clear();
+  ReadProperties(Reader);
+}
+
+std::string TQuillonDataStorage::SaveToXML() {
+  TQuillonDataObjectXMLWriter Writer;
+  WriteProperties(Writer);
+  return Writer.Finish();
+}
+
+void TQuillonDataStorage::SaveToFile(const std::string& AFileName) {
+  if (AFileName.empty()) {
+    return;
+  }
+  BeforeStore();
+  FFileName = AFileName;
+  const std::string Document = SaveToXML();
+  TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(FFileName));
+  if (FCreateBackups && TQuillonFileSystem::Exists(FFileName)) {
+    KeepBackup();
+  }
+  QuillonIO::ReplaceFile(FFileName, Document);
+  FModified = false;
+  AfterStore();
+}
+
+void TQuillonDataStorage::KeepBackup() const {
+  std::string Stamp;
+  QuillonDateTime::AppendDate(Stamp, QuillonDateTime::Now());
+  const std::string Backup = TQuillonFilePath::AddExtension(
+      TQuillonFilePath::AddExtension(TQuillonFilePath::ChangeExtension(FFileName, ""), Stamp), "backup");
+  if (TQuillonFileSystem::Exists(Backup)) {
+    return;
+  }
+  // A second name, not a move: the data file must not be missing at any moment.
+  std::error_code Error;
+  std::filesystem::create_hard_link(FFileName, Backup, Error);
+  if (Error) {
+    std::filesystem::copy_file(FFileName, Backup);
+  }
+}

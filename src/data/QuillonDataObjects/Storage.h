@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "QuillonDataObjects/DataObject.h"
+#include "QuillonDataObjects/Registry.h"
+#include "QuillonDataObjects/Release.h"
+
+/// What a storage is busy with; model objects skip reactions that would be wrong at these times.
+enum class TQuillonDataStorageState : std::uint8_t { dssPlayback, dssClearing };
+
+/// Root of a tree of data objects and the gate between it and files.
+class TQuillonDataStorage : public TQuillonDataAbstractObject {
+ public:
+  static const TQuillonDataClass& Class();
+
+  bool FCreateBackups = false;    ///< the first state of a day stays beside the file
+  std::string FFileName;          ///< where the storage was loaded from or saved to
+  std::int64_t FFileVersion = 0;  ///< raised by every tracked change
+  bool FModified = false;         ///< unsaved changes
+
+  TQuillonDataStorage* AsStorage() override { return this; }
+  TQuillonDataObjectRegistry& Registry() { return FObjectRegistry; }
+  bool IsIn(TQuillonDataStorageState AState) const { return (FState & Mask(AState)) != 0; }
+  /// Release of the file that is being read, for rows that only some releases have.
+  virtual TQuillonRelease FileRelease() const { return "65535"; }
+
+  /// Stamps the storage and raises its version, unless change tracking is locked.
+  void Change() override;
+  void LockChangeTracking() { ++FChangeTrackingLockCount; }
+  void UnlockChangeTracking();
+  bool IsChangeTrackingLocked() const { return FChangeTrackingLockCount > 0; }
+
+  /// Empties the storage.
+  void Clear();
+  /// Starts afresh, without a file.
+  void NewFile();
+  /// Loads the file, or the template if the file does not exist; does nothing if neither does.
+  /// @throws EQuillonFileHandleError, EQuillonDataObjectReaderError, EQuillonConvertError; the storage then holds
+  ///   what was read so far
+  virtual void LoadFromFile(const std::string& AFileName);
+  void LoadFromFile() { LoadFromFile(FFileName); }
+  /// Replaces the file whole or not at all; an empty name does nothing.
+  /// @throws EQuillonFileHandleError, EQuillonFileSystemError
+  virtual void SaveToFile(const std::string& AFileName);
+  void SaveToFile() { SaveToFile(FFileName); }
+
+  /// @param ADocument the file's bytes; used up by the parser
+  /// @param ASource what messages call the document, usually its file name
+  void LoadFromXML(std::string ADocument, std::string_view ASource);
+  std::string SaveToXML();
+
+ protected:
+  void InitProperties() override;
+  void ClearProperties() override;
+  void FreeProperties() override;
+  virtual void AfterNewFile() {}
+  virtual void AfterLoad() {}
+  virtual void AfterStore() {}
+  virtual void BeforeNewFile() {}
+  virtual void BeforeLoad() {}
+  virtual void BeforeStore() {}
+  virtual std::string GetDefaultFileName() const { return {}; }
+  virtual std::string GetTemplateFileName() const { return {}; }
+
+ private:
+  static constexpr std::uint8_t Mask(TQuillonDataStorageState AState) {
+    return static_cast<std::uint8_t>(1U << static_cast<unsigned>(AState));
+  }
+  void LoadExistingFile(const std::string& AFileName);
+  void KeepBackup() const;
+  void FreeUnheld();
+
+  TQuillonDataObjectRegistry FObjectRegistry;
+  int FChangeTrackingLockCount = 0;
+  std::uint8_t FState = 0;
+};
+
+/// Locks the change tracking of a storage for as long as it lives.
+class TQuillonChangeTrackingLock {
+ public:
+  explicit TQuillonChangeTrackingLock(TQuillonDataStorage& AStorage) : FStorage(AStorage) {
+    FStorage.LockChangeTracking();
+  }
+  TQuillonChangeTrackingLock(const TQuillonChangeTrackingLock&) = delete;
+  TQuillonChangeTrackingLock& operator=(const TQuillonChangeTrackingLock&) = delete;
+  ~TQuillonChangeTrackingLock() { FStorage.UnlockChangeTracking(); }
+
+ private:
+  TQuillonDataStorage& FStorage;
+};

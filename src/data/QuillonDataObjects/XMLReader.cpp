@@ -1,0 +1,311 @@
+#include "QuillonDataObjects/XMLReader.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "QuillonDataObjects/DataClass.h"
+#include "QuillonDataObjects/Storage.h"
+#include "QuillonDataObjects/XMLValues.h"
+#include "QuillonNumbers.h"
+#include "QuillonText.h"
+
+namespace {
+
+using TRow = TQuillonDataRow;
+
+constexpr const char* DocumentElement = "Storage";
+constexpr const char* ItemsElement = "Items";
+constexpr const char* ItemElement = "Item";
+constexpr const char* ClassAttribute = "Class";
+constexpr const char* IDAttribute = "ID";
+
+/// Values of blanks only are values; the blanks between elements are none. An element's first text is kept in the
+/// element itself, which halves the number of nodes.
+constexpr unsigned ParseOptions =
+    pugi::parse_escapes | pugi::parse_eol | pugi::parse_cdata | pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata;
+
+/// Names from the document element down, each followed by a slash.
+std::string PathOf(pugi::xml_node ANode) {
+  std::vector<std::string_view> Names;
+  for (; ANode && ANode.type() != pugi::node_document; ANode = ANode.parent()) {
+    Names.emplace_back(ANode.name());
+  }
+  std::string Path;
+  std::for_each(Names.rbegin(), Names.rend(), [&](std::string_view AName) { Path.append(AName).append("/"); });
+  return Path;
+}
+
+[[noreturn]] void ThrowAt(const pugi::xml_node& ANode, std::string_view AReason) {
+  throw EQuillonDataObjectReaderError("Knoten " + PathOf(ANode) +
+                                      " konnte nicht gelesen werden: " + std::string(AReason));
+}
+
+[[noreturn]] void ThrowExpected(const pugi::xml_node& ANode, std::string_view AWhat, std::string_view AName) {
+  ThrowAt(ANode, "XML-" + std::string(AWhat) + " \"" + std::string(AName) + "\" erwartet.");
+}
+
+/// Text of an element: all its texts, one behind the other.
+std::string_view TextOf(const pugi::xml_node& AnElement, std::string& AScratch) {
+  const pugi::xml_node Child = AnElement.first_child();
+  if (!Child) {
+    return AnElement.value();
+  }
+  AScratch = AnElement.value();
+  for (const pugi::xml_node& Piece : AnElement.children()) {
+    if (Piece.type() == pugi::node_pcdata || Piece.type() == pugi::node_cdata) {
+      AScratch += Piece.value();
+    }
+  }
+  return AScratch;
+}
+
+std::size_t LineOf(std::string_view ADocument, std::ptrdiff_t AnOffset) {
+  const auto Length = std::min(ADocument.size(), static_cast<std::size_t>(std::max<std::ptrdiff_t>(AnOffset, 0)));
+  return 1 + static_cast<std::size_t>(
+                 std::count(ADocument.begin(), ADocument.begin() + static_cast<std::ptrdiff_t>(Length), '\n'));
+}
+
+bool IsUtf16(std::string_view ADocument) {
+  const auto Starts = [&](std::string_view AMark) { return ADocument.substr(0, AMark.size()) == AMark; };
+  using namespace std::string_view_literals;
+  return Starts("\xFF\xFE"sv) || Starts("\xFE\xFF"sv) || Starts("<\0"sv) || Starts("\0<"sv);
+}
+
+void SetDefault(TQuillonDataAbstractObject& AnObject, const TRow& ARow) {
+  switch (ARow.Kind) {
+    case TQuillonRowKind::Boolean:
+    case TQuillonRowKind::Byte:
+    case TQuillonRowKind::ShortInt:
+    case TQuillonRowKind::Word:
+    case TQuillonRowKind::SmallInt:
+    case TQuillonRowKind::LongInt:
+    case TQuillonRowKind::Int64:
+      ARow.As<TRow::TNumber>().Set(AnObject, ARow.DefaultNumber);
+      break;
+    case TQuillonRowKind::Single:
+    case TQuillonRowKind::Double:
+    case TQuillonRowKind::DateTime:
+    case TQuillonRowKind::Date:
+    case TQuillonRowKind::Time:
+      ARow.As<TRow::TFloat>().Set(AnObject, ARow.DefaultFloat);
+      break;
+    case TQuillonRowKind::String:
+      ARow.As<TRow::TText>().Set(AnObject, ARow.DefaultText);
+      break;
+    case TQuillonRowKind::Guid:
+      ARow.As<TRow::TGuid>().Field(AnObject) = TGUID{};
+      break;
+    case TQuillonRowKind::IntegerArray:
+      ARow.As<TRow::TIntegers>().Field(AnObject).clear();
+      break;
+    case TQuillonRowKind::StringArray:
+      ARow.As<TRow::TStrings>().Field(AnObject).clear();
+      break;
+    case TQuillonRowKind::Graphic:
+      ARow.As<TRow::TPicture>().Field(AnObject).Image.clear();
+      break;
+    case TQuillonRowKind::Reference:
+      ARow.As<TRow::TPointer>().Set(AnObject, nullptr);
+      break;
+    case TQuillonRowKind::List:
+      if (!ARow.Merged) {
+        ARow.As<TRow::TItems>().Field(AnObject).Clear();
+      }
+      break;
+    case TQuillonRowKind::Object:  // the object that is there stays
+    case TQuillonRowKind::Hook:
+      break;
+  }
+}
+
+}  // namespace
+
+TQuillonDataObjectXMLReader::TQuillonDataObjectXMLReader(TQuillonDataStorage& AStorage, std::string ADocument,
+                                                         std::string_view ASource)
+    : TQuillonDataObjectReader(AStorage), FBuffer(std::move(ADocument)) {
+  const auto Refuse = [&](const std::string& AReason) {
+    throw EQuillonDataObjectReaderError("\"" + std::string(ASource) + "\" ist kein gültiges XML-Dokument: " + AReason);
+  };
+  if (!IsUtf16(FBuffer)) {
+    if (const std::size_t Bad = QuillonText::FindInvalidUtf8(FBuffer); Bad != std::string::npos) {
+      Refuse("ungültiges UTF-8 (Zeile " + std::to_string(LineOf(FBuffer, static_cast<std::ptrdiff_t>(Bad))) + ").");
+    }
+  }
+  const pugi::xml_parse_result Result = FDocument.load_buffer_inplace(FBuffer.data(), FBuffer.size(), ParseOptions);
+  if (!Result) {
+    Refuse(std::string(Result.description()) + " (Zeile " + std::to_string(LineOf(FBuffer, Result.offset)) + ").");
+  }
+  FCursor = FDocument.document_element();
+  if (std::strcmp(FCursor.name(), DocumentElement) != 0) {
+    Refuse("das Dokumentelement ist \"" + std::string(FCursor.name()) + "\" statt \"" + DocumentElement + "\".");
+  }
+  for (pugi::xml_node Next = FCursor.next_sibling(); Next; Next = Next.next_sibling()) {
+    if (Next.type() == pugi::node_element) {
+      Refuse("mehr als ein Dokumentelement.");
+    }
+  }
+}
+
+/// The elements of one object's rows, found in one walk over its children.
+///
+/// Elements stand in the order of the rows as a rule, so a child's row is sought from where the last one was found.
+class TQuillonDataObjectXMLReader::TElements {
+ public:
+  TElements(std::vector<pugi::xml_node>& AStack, const pugi::xml_node& AParent, std::span<const TRow> ARows)
+      : FStack(AStack), FStart(AStack.size()), FRows(ARows) {
+    FStack.resize(FStart + FRows.size());
+    std::size_t Next = 0;
+    for (pugi::xml_node Child = AParent.first_child(); Child; Child = Child.next_sibling()) {
+      if (Child.type() != pugi::node_element) {
+        continue;
+      }
+      const std::size_t Found = Seek(Child.name(), Next);
+      if (Found == FRows.size()) {
+        continue;
+      }
+      pugi::xml_node& First = FStack[FStart + FRows[Found].FirstOfName];
+      if (!First) {
+        First = Child;
+      }
+      Next = Found + 1;
+    }
+  }
+  TElements(const TElements&) = delete;
+  TElements& operator=(const TElements&) = delete;
+  ~TElements() { FStack.resize(FStart); }
+
+  pugi::xml_node Of(const TRow& ARow) const { return FStack[FStart + ARow.FirstOfName]; }
+
+ private:
+  std::size_t Seek(const char* AName, std::size_t AFrom) const {
+    const auto Matches = [AName](const TRow& ARow) {
+      return AName[0] == ARow.Name[0] && std::strcmp(AName, ARow.Name.data()) == 0;
+    };
+    const auto Start = FRows.begin() + static_cast<std::ptrdiff_t>(AFrom);
+    auto Found = std::find_if(Start, FRows.end(), Matches);
+    if (Found == FRows.end()) {
+      Found = std::find_if(FRows.begin(), Start, Matches);
+      if (Found == Start) {
+        return FRows.size();
+      }
+    }
+    return static_cast<std::size_t>(Found - FRows.begin());
+  }
+
+  std::vector<pugi::xml_node>& FStack;
+  std::size_t FStart;
+  std::span<const TRow> FRows;
+};
+
+void TQuillonDataObjectXMLReader::ReadRows(TQuillonDataAbstractObject& AnObject) {
+  const std::span<const TRow> Rows = AnObject.DataClass().Rows();
+  const TElements Elements(FElements, FCursor, Rows);
+  const TQuillonRelease Release = Storage().FileRelease();
+  for (const TRow& Row : Rows) {
+    if (Row.Kind == TQuillonRowKind::Hook) {
+      Row.As<TRow::TStep>().Run(AnObject);
+    } else if (Row.IsReadFrom(Release)) {
+      ReadRow(AnObject, Row, Elements.Of(Row));
+    } else if (!Row.KeepsCurrent && !Row.IsRetired()) {
+      SetDefault(AnObject, Row);
+    }
+  }
+}
+
+void TQuillonDataObjectXMLReader::ReadRow(TQuillonDataAbstractObject& AnObject, const TRow& ARow,
+                                          const pugi::xml_node& AnElement) {
+  if (AnElement) {
+    ReadValue(AnObject, ARow, AnElement);
+  } else if (ARow.Required) {
+    ThrowExpected(FCursor, "Tag", ARow.Name);
+  } else if (!ARow.KeepsCurrent) {
+    SetDefault(AnObject, ARow);
+  }
+}
+
+void TQuillonDataObjectXMLReader::ReadValue(TQuillonDataAbstractObject& AnObject, const TRow& ARow,
+                                            const pugi::xml_node& AnElement) {
+  switch (ARow.Kind) {
+    case TQuillonRowKind::Object:
+      ARow.As<TRow::TPointer>().Set(AnObject, &ReadObject(AnElement, ARow.As<TRow::TPointer>().Class()));
+      return;
+    case TQuillonRowKind::Reference:
+      ARow.As<TRow::TPointer>().Set(AnObject, &FindReferred(AnElement, ARow.As<TRow::TPointer>().Class()));
+      return;
+    case TQuillonRowKind::List:
+      ReadList(AnObject, ARow, AnElement);
+      return;
+    default:
+      break;
+  }
+  std::string Scratch;
+  try {
+    QuillonXMLValues::Read(AnObject, ARow, TextOf(AnElement, Scratch));
+  } catch (const EQuillonConvertError& Error) {
+    ThrowAt(AnElement, Error.what());
+  }
+}
+
+void TQuillonDataObjectXMLReader::ReadList(TQuillonDataAbstractObject& AnObject, const TRow& ARow,
+                                           const pugi::xml_node& AnElement) {
+  TQuillonDataList& List = ARow.As<TRow::TItems>().Field(AnObject);
+  if (!ARow.Merged) {
+    List.Clear();
+  }
+  // A list's stamps stand inside its element, but are read beside it: it takes those of the object it lies in.
+  List.FVersion = AnObject.FVersion;
+  List.FChanged = AnObject.FChanged;
+  List.FChangedBy = AnObject.FChangedBy;
+  List.FCreated = AnObject.FCreated;
+  List.FCreatedBy = AnObject.FCreatedBy;
+
+  const pugi::xml_node Items = AnElement.child(ItemsElement);
+  if (!Items) {
+    ThrowExpected(AnElement, "Tag", ItemsElement);
+  }
+  const TQuillonDataClass& ItemClass = List.ItemClass();
+  for (pugi::xml_node Item = Items.first_child(); Item; Item = Item.next_sibling()) {
+    if (std::strcmp(Item.name(), ItemElement) != 0) {
+      continue;
+    }
+    TQuillonDataObject& Object = List.IsItemOwner() ? ReadObject(Item, ItemClass) : FindReferred(Item, ItemClass);
+    if (ARow.Merged) {
+      List.Merge(&Object);
+    } else {
+      List.Append(&Object);
+    }
+  }
+}
+
+TQuillonDataObject& TQuillonDataObjectXMLReader::FindReferred(const pugi::xml_node& AnElement,
+                                                              const TQuillonDataClass& ABase) const {
+  const pugi::xml_attribute ClassTag = AnElement.attribute(ClassAttribute);
+  if (!ClassTag) {
+    ThrowExpected(AnElement.parent(), "Attribut", ClassAttribute);
+  }
+  const pugi::xml_attribute IDText = AnElement.attribute(IDAttribute);
+  if (!IDText) {
+    ThrowExpected(AnElement, "Attribut", IDAttribute);
+  }
+  const auto Guid = QuillonGuid::TryParse(IDText.value());
+  if (!Guid) {
+    ThrowAt(AnElement, "\"" + std::string(IDText.value()).substr(0, 100) + "\" ist keine gültige GUID.");
+  }
+  try {
+    const bool IsBase = !ABase.IsAbstract() && ABase.Tag() == ClassTag.value();
+    return FindOrCreate(IsBase ? ABase : TQuillonDataClassRegistry::Instance().GetClass(ClassTag.value(), ABase),
+                        *Guid);
+  } catch (const EQuillonDataObjectReaderError& Error) {
+    ThrowAt(AnElement, Error.what());
+  }
+}
+
+TQuillonDataObject& TQuillonDataObjectXMLReader::ReadObject(const pugi::xml_node& AnElement,
+                                                            const TQuillonDataClass& ABase) {
+  TQuillonDataObject& Object = FindReferred(AnElement, ABase);
+  const pugi::xml_node Parent = FCursor;
+  FCursor = AnElement;
+  Object.ReadProperties(*this);
+  FCursor = Parent;
+  return Object;
+}

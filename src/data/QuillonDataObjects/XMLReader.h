@@ -1,0 +1,36 @@
+#pragma once
+
+#include <pugixml.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "QuillonDataObjects/ReaderWriter.h"
+
+struct TQuillonDataRow;
+
+/// Reads a storage from its XML form: a child element a row, named by the row, the first match counting.
+class TQuillonDataObjectXMLReader : public TQuillonDataObjectReader {
+ public:
+  /// Parses the whole document.
+  /// @param ADocument the document's bytes, in UTF-8 or UTF-16; parsed in place
+  /// @param ASource what messages call the document
+  /// @throws EQuillonDataObjectReaderError for what is no well-formed document of a storage
+  TQuillonDataObjectXMLReader(TQuillonDataStorage& AStorage, std::string ADocument, std::string_view ASource);
+
+  void ReadRows(TQuillonDataAbstractObject& AnObject) override;
+
+ private:
+  class TElements;
+
+  void ReadRow(TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow, const pugi::xml_node& AnElement);
+  void ReadValue(TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow, const pugi::xml_node& AnElement);
+  void ReadList(TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow, const pugi::xml_node& AnElement);
+  TQuillonDataObject& FindReferred(const pugi::xml_node& AnElement, const TQuillonDataClass& ABase) const;
+  TQuillonDataObject& ReadObject(const pugi::xml_node& AnElement, const TQuillonDataClass& ABase);
+
+  std::string FBuffer;
+  pugi::xml_document FDocument;
+  pugi::xml_node FCursor;
+  std::vector<pugi::xml_node> FElements;  ///< of the objects being read, one behind the other, an entry a row
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+class TQuillonDataAbstractObject;
+struct TQuillonDataRow;
+
+/// Text forms of the plain kinds of rows in XML documents.
+namespace QuillonXMLValues {
+
+/// Puts the value of an element's text into the row's field.
+/// @throws EQuillonConvertError for a text that is no value of the row's kind
+void Read(TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow, std::string_view AText);
+
+/// True while the field holds what an absent element reads as, so that it need not be written.
+/// A row that must stand in the file never does.
+bool IsOmitted(TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow);
+
+/// Appends the text of the row's field, without the escapes of XML.
+void Append(std::string& ATarget, TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow);
+
+/// Base64 (RFC 4648, section 4) without line breaks.
+std::string EncodeBase64(std::string_view ABytes);
+/// White space is passed over.
+/// @throws EQuillonConvertError for what is no Base64
+std::string DecodeBase64(std::string_view AText);
+
+/// Items joined by ",", one with a blank, comma, quote or control character in double quotes, inner quotes doubled.
+std::string JoinStrings(const std::vector<std::string>& AStrings);
+std::vector<std::string> SplitStrings(std::string_view AText);
+
+}  // namespace QuillonXMLValues

@@ -1,0 +1,64 @@
+#include "uDataObjects/DataObjects.h"
+
+const TQuillonDataClass& TVELDataObject::Class() {
+  using T = TVELDataObject;
+  static const TQuillonDataClass Class =
+      DescribeAbstractClass<T, TQuillonDataObject>("TVELDataObject").String<&T::FCustomID>("CID").AlwaysWritten();
+  return Class;
+}
+
+void TVELDataObject::Assign(const TQuillonObject& AnObject) {
+  const auto* const Source = dynamic_cast<const TVELDataObject*>(&AnObject);
+  if (Source == nullptr) {
+    TQuillonDataObject::Assign(AnObject);
+    return;
+  }
+  QuillonDataObjects::AssignRows(*this, *Source);
+  TQuillonDataStorage* const Own = Storage();
+  const TQuillonDataStorage* const Other = Source->Storage();
+  if (Own != nullptr && Other != nullptr) {
+    Own->FFileVersion = Other->FFileVersion;
+  }
+}
+
+bool TVELDataObject::IsTracked() const {
+  const TQuillonDataStorage* const Store = Storage();
+  return Store != nullptr && !Store->IsChangeTrackingLocked();
+}
+
+void TVELDataObject::Change() {
+  if (IsTracked()) {
+    TQuillonDataObject::Change();
+  }
+}
+
+std::string TVELDataObject::GetDisplayName() const {
+  constexpr std::string_view Placeholder = "%s";
+  std::string Text(DataClass().DisplayFormat());
+  if (Text.empty()) {
+    return TQuillonDataObject::GetDisplayName();
+  }
+  if (const std::size_t Place = Text.find(Placeholder); Place != std::string::npos) {
+    Text.replace(Place, Placeholder.size(), DisplayArgument());
+  }
+  return Text;
+}
+
+TQuillonRelease TVELDataObject::FileRelease() const {
+  const TQuillonDataStorage* const Store = Storage();
+  return Store != nullptr ? Store->FileRelease() : TQuillonRelease{};
+}
+
+TVELDataObject* TVELDataList::FindCustomID(std::string_view ACustomID) const {
+  for (TVELDataObject* Item : *this) {
+    if (Item->FCustomID == ACustomID) {
+      return Item;
+    }
+  }
+  return nullptr;
+}
+
+const TQuillonDataClass& TVELDataStorage::Class() {
+  static const TQuillonDataClass Class = DescribeAbstractClass<TVELDataStorage, TQuillonDataStorage>("TVELDataStorage");
+  return Class;
+}

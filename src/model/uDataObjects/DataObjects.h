@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "QuillonDataObjects/DataClass.h"
+#include "QuillonDataObjects/DataList.h"
+#include "QuillonDataObjects/Storage.h"
+
+/// Base of all objects of a plan.
+class TVELDataObject : public TQuillonDataObject {
+ public:
+  static const TQuillonDataClass& Class();
+
+  std::int32_t FTag = 0;  ///< scratch value of the running program, never stored
+  std::string FCustomID;  ///< identifier given by an outside system
+
+  /// Copies the content; the storage of this object takes over the file version of the other's.
+  /// @throws EQuillonAssignError for an object of an unrelated class
+  void Assign(const TQuillonObject& AnObject) override;
+  /// Does nothing without storage and while the storage's change tracking is locked.
+  void Change() override;
+  /// The class's display text, with what this object is told by.
+  std::string GetDisplayName() const override;
+
+ protected:
+  /// What stands for "%s" in the display text.
+  virtual std::string DisplayArgument() const { return {}; }
+  /// True if changes count at present.
+  bool IsTracked() const;
+  /// Release of the file that is being read.
+  TQuillonRelease FileRelease() const;
+};
+
+/// Base of all lists of a plan.
+class TVELDataList : public TQuillonListOf<TVELDataObject> {
+ public:
+  using TQuillonListOf::TQuillonListOf;
+
+  /// The first item with the identifier, an empty one included; null if there is none.
+  TVELDataObject* FindCustomID(std::string_view ACustomID) const;
+};
+
+/// Base of the product's storages.
+class TVELDataStorage : public TQuillonDataStorage {
+ public:
+  static const TQuillonDataClass& Class();
+};

@@ -1,0 +1,42 @@
+#include "uPlandaten/Aufsichten.h"
+
+#include "uPlandaten/Lehrer.h"
+#include "uPlandaten/Plan.h"
+#include "uPlandaten/Zeitrahmen.h"
+
+const TQuillonDataClass& TVELAufsichtsbereich::Class() {
+  using T = TVELAufsichtsbereich;
+  // clang-format off
+  static const TQuillonDataClass Class = DescribeClass<T, TVELStammobjekt>("SupervisionArea", "Aufsichtsbereich \"%s\"")
+      .List<&T::FRaeume>("Rooms")
+      .List<&T::FTeams>("Groups")
+      .List<&T::FAufsichten>("SupervisionList")
+      .Reference<&T::FZeitrahmen>("TimeFrame");
+  // clang-format on
+  return Class;
+}
+
+TVELZeitrahmen* TVELAufsichtsbereich::Timeframe() const {
+  return FZeitrahmen != nullptr ? FZeitrahmen : TVELStammobjekt::Timeframe();
+}
+
+const TQuillonDataClass& TVELAufsicht::Class() {
+  using T = TVELAufsicht;
+  // clang-format off
+  static const TQuillonDataClass Class = DescribeClass<T, TVELAbstrakterTermin>("Supervision", "Aufsicht")
+      .Reference<&T::FLehrer>("Teacher")
+      .Hook<&T::EnterTeacher>();
+  // clang-format on
+  return Class;
+}
+
+TVELZeitrahmen* TVELAufsicht::Zeitrahmen() const {
+  const auto* Area = dynamic_cast<const TVELAufsichtsbereich*>(HasOwner() ? FOwner->FOwner : nullptr);
+  return Area != nullptr ? Area->FZeitrahmen : nullptr;
+}
+
+void TVELAufsicht::EnterTeacher() {
+  if (FLehrer != nullptr) {
+    FLehrer->FAufsichten.Merge(this);
+  }
+}

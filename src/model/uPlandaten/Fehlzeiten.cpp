@@ -1,0 +1,72 @@
+#include "uPlandaten/Fehlzeiten.h"
+
+#include "uPlandaten/Kalender.h"
+#include "uPlandaten/Klassen.h"
+#include "uPlandaten/Lehrer.h"
+#include "uPlandaten/Raeume.h"
+#include "uPlandaten/Veranstaltungen.h"
+
+const TQuillonDataClass& TVELFehlzeit::Class() {
+  using T = TVELFehlzeit;
+  // clang-format off
+  static const TQuillonDataClass Class = DescribeAbstractClass<T, TVELBasisObject>("TVELFehlzeit")
+      .DateTime<&T::FStart>("Start")
+      .DateTime<&T::FEnde>("End")
+      .String<&T::FBemerkung>("Comment")
+      .Reference<&T::FTermin>("CalendarEvent")
+      .DateTime<&T::FModified>("Modified")
+      .Boolean<&T::FNotPublic>("NotPublic");
+  // clang-format on
+  return Class;
+}
+
+void TVELFehlzeit::Change() {
+  TVELBasisObject::Change();
+  if (IsTracked()) {
+    FModified = FChanged;
+  }
+}
+
+const TQuillonDataClass& TVELLehrerfehlzeit::Class() {
+  using T = TVELLehrerfehlzeit;
+  // clang-format off
+  static const TQuillonDataClass Class = DescribeClass<T, TVELFehlzeit>("TeacherAbsenceTime", "Lehrerfehlzeit")
+      .Reference<&T::FFehlgrund>("AbsenceReason")
+      .Reference<&T::FFehlgrundDetail>("TeacherAbsenceReasonDetail")
+      .Reference<&T::FKlassenfehlzeit>("ClassAbsenceTime")
+      .Reference<&T::FLehrer>("Teacher")
+      .Boolean<&T::FFreistellung>("Exemption")
+      .Boolean<&T::FVerrechnung>("Settlement")
+      .Single<&T::FAnrechenStd>("LessonsSettled").Required();
+  // clang-format on
+  return Class;
+}
+
+TVELPlanobjekt* TVELLehrerfehlzeit::Objekt() const { return FLehrer; }
+
+const TQuillonDataClass& TVELKlassenfehlzeit::Class() {
+  using T = TVELKlassenfehlzeit;
+  // clang-format off
+  static const TQuillonDataClass Class = DescribeClass<T, TVELFehlzeit>("ClassAbsenceTime", "Klassenfehlzeit")
+      .Reference<&T::FFehlgrund>("AbsenceReason")
+      .Reference<&T::FKlasse>("Class")
+      .Reference<&T::FKurs>("Event");
+  // clang-format on
+  return Class;
+}
+
+TVELPlanobjekt* TVELKlassenfehlzeit::Objekt() const { return FKlasse; }
+
+const TQuillonDataClass& TVELRaumfehlzeit::Class() {
+  using T = TVELRaumfehlzeit;
+  // clang-format off
+  static const TQuillonDataClass Class = DescribeClass<T, TVELFehlzeit>("RoomUnavailableTime", "Raumfehlzeit")
+      .Reference<&T::FFehlgrund>("AbsenceReason")
+      .Reference<&T::FNeuerRaum>("NewRoom")
+      .Reference<&T::FRaum>("Room")
+      .Boolean<&T::FNichtVerfuegbar>("NotAvailable");
+  // clang-format on
+  return Class;
+}
+
+TVELPlanobjekt* TVELRaumfehlzeit::Objekt() const { return FRaum; }

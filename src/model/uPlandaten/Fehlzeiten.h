@@ -1,0 +1,75 @@
+#pragma once
+
+#include <string>
+
+#include "uPlandaten/Basis.h"
+#include "uSchluessel/Schluessel.h"
+
+class TVELKalendereintrag;
+class TVELKlasse;
+class TVELKlassenfehlzeit;
+class TVELLehrer;
+class TVELRaum;
+class TVELVeranstaltung;
+
+/// Who or what is missing, and when.
+class TVELFehlzeit : public TVELBasisObject {
+ public:
+  static const TQuillonDataClass& Class();
+
+  TVELDateTime FStart;
+  TVELDateTime FEnde;
+  std::string FBemerkung;
+  TVELKalendereintrag* FTermin = nullptr;  ///< calendar entry behind the absence
+  TVELDateTime FModified;                  ///< last change of the content
+  bool FNotPublic = false;                 ///< not for the public
+
+  /// Stamps the change of the content too.
+  void Change() override;
+  /// Who or what is missing; null if the file does not tell.
+  virtual TVELPlanobjekt* Objekt() const = 0;
+};
+
+/// Absence of a teacher.
+class TVELLehrerfehlzeit : public TVELFehlzeit {
+ public:
+  static const TQuillonDataClass& Class();
+  const TQuillonDataClass& DataClass() const override { return Class(); }
+
+  TVELLehrerfehlgrund* FFehlgrund = nullptr;
+  TVELLehrerfehlgrunddetail* FFehlgrundDetail = nullptr;
+  TVELKlassenfehlzeit* FKlassenfehlzeit = nullptr;  ///< absence of the class that the teacher goes with
+  TVELLehrer* FLehrer = nullptr;
+  bool FFreistellung = false;  ///< freed, not missing
+  bool FVerrechnung = false;   ///< set off against the hours
+  double FAnrechenStd = 0;     ///< hours set off
+
+  TVELPlanobjekt* Objekt() const override;
+};
+
+/// Absence of a class, or of one lesson of it.
+class TVELKlassenfehlzeit : public TVELFehlzeit {
+ public:
+  static const TQuillonDataClass& Class();
+  const TQuillonDataClass& DataClass() const override { return Class(); }
+
+  TVELKlassenfehlgrund* FFehlgrund = nullptr;
+  TVELKlasse* FKlasse = nullptr;
+  TVELVeranstaltung* FKurs = nullptr;  ///< only this lesson of the class is missing
+
+  TVELPlanobjekt* Objekt() const override;
+};
+
+/// A room that cannot be used.
+class TVELRaumfehlzeit : public TVELFehlzeit {
+ public:
+  static const TQuillonDataClass& Class();
+  const TQuillonDataClass& DataClass() const override { return Class(); }
+
+  TVELRaumfehlgrund* FFehlgrund = nullptr;
+  TVELRaum* FNeuerRaum = nullptr;  ///< room to take instead
+  TVELRaum* FRaum = nullptr;
+  bool FNichtVerfuegbar = false;  ///< nothing at all may take place
+
+  TVELPlanobjekt* Objekt() const override;
+};

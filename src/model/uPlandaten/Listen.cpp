@@ -1,0 +1,211 @@
+#include "uPlandaten/Listen.h"
+
+#include <algorithm>
+
+#include "QuillonText.h"
+#include "uPlandaten/Aenderungen.h"
+#include "uPlandaten/Anrechnungen.h"
+#include "uPlandaten/Aufsichten.h"
+#include "uPlandaten/Basis.h"
+#include "uPlandaten/Bloecke.h"
+#include "uPlandaten/Faecher.h"
+#include "uPlandaten/Fehlzeiten.h"
+#include "uPlandaten/Gebaeude.h"
+#include "uPlandaten/Kalender.h"
+#include "uPlandaten/Klassen.h"
+#include "uPlandaten/Lehrer.h"
+#include "uPlandaten/Perioden.h"
+#include "uPlandaten/Raeume.h"
+#include "uPlandaten/Ressourcen.h"
+#include "uPlandaten/Schueler.h"
+#include "uPlandaten/Stundentafeln.h"
+#include "uPlandaten/Teams.h"
+#include "uPlandaten/Termine.h"
+#include "uPlandaten/Veranstaltungen.h"
+#include "uPlandaten/Zeitpraeferenzen.h"
+#include "uPlandaten/Zeitrahmen.h"
+
+const TQuillonDataClass& TVELStammobjektliste::ItemClass() const { return TVELStammobjekt::Class(); }
+const TQuillonDataClass& TVELPlanobjektliste::ItemClass() const { return TVELPlanobjekt::Class(); }
+const TQuillonDataClass& TVELTeamsliste::ItemClass() const { return TVELTeam::Class(); }
+const TQuillonDataClass& TVELGebaeudeliste::ItemClass() const { return TVELGebaeude::Class(); }
+const TQuillonDataClass& TVELAufsichtsbereichsliste::ItemClass() const { return TVELAufsichtsbereich::Class(); }
+const TQuillonDataClass& TVELPeriodenliste::ItemClass() const { return TVELPeriode::Class(); }
+const TQuillonDataClass& TVELZeitraumliste::ItemClass() const { return TVELZeitraum::Class(); }
+const TQuillonDataClass& TVELStundentafelliste::ItemClass() const { return TVELStundentafel::Class(); }
+const TQuillonDataClass& TVELKlassenliste::ItemClass() const { return TVELKlasse::Class(); }
+const TQuillonDataClass& TVELLehrerliste::ItemClass() const { return TVELLehrer::Class(); }
+const TQuillonDataClass& TVELRaumliste::ItemClass() const { return TVELRaum::Class(); }
+const TQuillonDataClass& TVELFachliste::ItemClass() const { return TVELFach::Class(); }
+const TQuillonDataClass& TVELRessourcenliste::ItemClass() const { return TVELRessource::Class(); }
+const TQuillonDataClass& TVELSchuelerliste::ItemClass() const { return TVELSchueler::Class(); }
+const TQuillonDataClass& TVELVeranstaltungsliste::ItemClass() const { return TVELVeranstaltung::Class(); }
+const TQuillonDataClass& TVELTerminliste::ItemClass() const { return TVELTermin::Class(); }
+const TQuillonDataClass& TVELBlockliste::ItemClass() const { return TVELBlock::Class(); }
+const TQuillonDataClass& TVELBlockInfoListe::ItemClass() const { return TVELBlockInfo::Class(); }
+const TQuillonDataClass& TVELLehrerfachliste::ItemClass() const { return TVELLehrerfach::Class(); }
+const TQuillonDataClass& TVELLehrerSollAenderungsListe::ItemClass() const { return TVELLehrerSollAenderung::Class(); }
+const TQuillonDataClass& TVELRessourcenvorgaben::ItemClass() const { return TVELRessourcenvorgabe::Class(); }
+const TQuillonDataClass& TVELAusstattungsliste::ItemClass() const { return TVELAusstattung::Class(); }
+const TQuillonDataClass& TVELAufsichtsliste::ItemClass() const { return TVELAufsicht::Class(); }
+const TQuillonDataClass& TVELZeitrahmenliste::ItemClass() const { return TVELZeitrahmen::Class(); }
+const TQuillonDataClass& TVELZeitrahmenzeilenliste::ItemClass() const { return TVELZeitrahmenzeile::Class(); }
+const TQuillonDataClass& TVELZeitrahmenmarkierungsliste::ItemClass() const { return TVELZeitrahmenmarkierung::Class(); }
+const TQuillonDataClass& TVELPositionsschemata::ItemClass() const { return TVELPositionsschema::Class(); }
+const TQuillonDataClass& TVELAbstraktePraeferenzenliste::ItemClass() const { return TVELAbstraktePraeferenz::Class(); }
+const TQuillonDataClass& TVELZeitPraeferenzenliste::ItemClass() const { return TVELAbstraktePraeferenz::Class(); }
+const TQuillonDataClass& TVELAnrechnungsliste::ItemClass() const { return TVELAnrechnung::Class(); }
+const TQuillonDataClass& TVELFehlzeitenliste::ItemClass() const { return TVELFehlzeit::Class(); }
+const TQuillonDataClass& TVELAenderungsliste::ItemClass() const { return TVELAenderung::Class(); }
+const TQuillonDataClass& TVELZuweisungsliste::ItemClass() const { return TVELZuweisung::Class(); }
+const TQuillonDataClass& TVELKalenderEintragList::ItemClass() const { return TVELKalendereintrag::Class(); }
+const TQuillonDataClass& TVELAufgabenListe::ItemClass() const { return TVELAufgabe::Class(); }
+const TQuillonDataClass& TVELTeilnehmerListe::ItemClass() const { return TVELTeilnehmer::Class(); }
+const TQuillonDataClass& TVELKurswahlliste::ItemClass() const { return TVELKurswahl::Class(); }
+const TQuillonDataClass& TVELFachkombinationeintragliste::ItemClass() const {
+  return TVELFachkombinationEintrag::Class();
+}
+const TQuillonDataClass& TVELStundentafelEintragsliste::ItemClass() const { return TVELStundentafelEintrag::Class(); }
+
+namespace {
+
+std::string WithoutBlanks(std::string_view AText) {
+  std::string Text(AText);
+  std::erase(Text, ' ');
+  return Text;
+}
+
+bool Equals(std::string_view A, std::string_view B, bool ACaseSensitive) {
+  return ACaseSensitive ? A == B : QuillonText::EqualsIgnoreCase(A, B);
+}
+
+template <class TList, class TPredicate>
+auto FindFirst(const TList& AList, const TPredicate& APredicate) {
+  const auto Found = std::ranges::find_if(AList, APredicate);
+  return Found == AList.end() ? nullptr : *Found;
+}
+
+template <class TItem, class TList>
+TItem* FindUserIn(const TList& AList, std::string TItem::*AName, std::string_view AUserName, bool ACaseSensitive,
+                  const TItem* AnExcluded) {
+  return FindFirst(AList, [&](const TItem* AnItem) {
+    return AnItem != AnExcluded && Equals(AnItem->*AName, AUserName, ACaseSensitive);
+  });
+}
+
+}  // namespace
+
+void TVELStammobjektliste::ClearAll(const TQuillonDataClass& AClass) {
+  for (int I = Count() - 1; I >= 0; --I) {
+    if (GetItem(I)->DataClass().DescendsFrom(AClass)) {
+      Delete(I);
+    }
+  }
+}
+
+bool TVELStammobjektliste::Contains(std::string_view AKuerzel, bool ACaseSensitive,
+                                    const TVELStammobjekt* AnExcluded) const {
+  return Find(AKuerzel, false, ACaseSensitive, AnExcluded) != nullptr;
+}
+
+TVELStammobjekt* TVELStammobjektliste::Find(std::string_view AKuerzel, bool APartial, bool ACaseSensitive,
+                                            const TVELStammobjekt* AnExcluded) const {
+  const std::string Wanted = WithoutBlanks(AKuerzel);
+  return FindFirst(*this, [&](const TVELStammobjekt* AnItem) {
+    if (AnItem == AnExcluded) {
+      return false;
+    }
+    const std::string Code = WithoutBlanks(AnItem->FKuerzel);
+    const std::string_view Candidate(Code);
+    return Equals(APartial ? Candidate.substr(0, Wanted.size()) : Candidate, Wanted, ACaseSensitive);
+  });
+}
+
+TVELStammobjekt* TVELStammobjektliste::WebFind(std::string_view AKuerzel, bool ACaseSensitive) const {
+  if (TVELStammobjekt* const Found = Find(AKuerzel, false, ACaseSensitive)) {
+    return Found;
+  }
+  const std::string Wanted = WithoutBlanks(AKuerzel);
+  if (TVELStammobjekt* const Found = FindFirst(*this, [&](const TVELStammobjekt* AnItem) {
+        return Equals(uPlandaten::WebForm(WithoutBlanks(AnItem->FKuerzel)), Wanted, ACaseSensitive);
+      })) {
+    return Found;
+  }
+  return FindWebName(Wanted);
+}
+
+TVELStammobjekt* TVELStammobjektliste::FindWebName(std::string_view AName) const {
+  return FindFirst(*this, [&](const TVELStammobjekt* AnItem) { return Equals(AnItem->WebName(), AName, false); });
+}
+
+TVELStammobjekt* TVELStammobjektliste::FindBrenmarkID(std::int32_t ABrenmarkID) const {
+  return FindFirst(*this, [&](const TVELStammobjekt* AnItem) { return AnItem->FBrenmarkID == ABrenmarkID; });
+}
+
+std::string TVELStammobjektliste::GetUniqueKuerzel() const {
+  for (int Number = 1;; ++Number) {
+    std::string Code = "Neu" + std::to_string(Number);
+    if (!Contains(Code, false)) {
+      return Code;
+    }
+  }
+}
+
+bool TVELStammobjektliste::Validate(const TVELStammobjekt* AnObject, std::string_view AKuerzel) const {
+  return AKuerzel.empty() || std::ranges::none_of(*this, [&](const TVELStammobjekt* AnItem) {
+           return AnItem != AnObject && AnItem->FKuerzel == AKuerzel;
+         });
+}
+
+std::string TVELStammobjektliste::JoinCodes() const {
+  std::string Text;
+  for (const TVELStammobjekt* Item : *this) {
+    Text.append(Text.empty() && Item == *begin() ? "" : ", ").append(Item->FKuerzel);
+  }
+  return Text;
+}
+
+TVELKlasse* TVELKlassenliste::FindUser(std::string_view AUserName, bool ACaseSensitive,
+                                       const TVELKlasse* AnExcluded) const {
+  return FindUserIn(*this, &TVELKlasse::FUsername, AUserName, ACaseSensitive, AnExcluded);
+}
+
+TVELLehrer* TVELLehrerliste::FindUser(std::string_view AUserName, bool ACaseSensitive,
+                                      const TVELLehrer* AnExcluded) const {
+  return FindUserIn(*this, &TVELLehrer::FUsername, AUserName, ACaseSensitive, AnExcluded);
+}
+
+TVELRaum* TVELRaumliste::FindUser(std::string_view AUserName, bool ACaseSensitive, const TVELRaum* AnExcluded) const {
+  return FindUserIn(*this, &TVELRaum::FUserName, AUserName, ACaseSensitive, AnExcluded);
+}
+
+TVELSchueler* TVELSchuelerliste::FindUser(std::string_view AUserName, bool ACaseSensitive,
+                                          const TVELSchueler* AnExcluded) const {
+  return FindUserIn(*this, &TVELSchueler::FUsername, AUserName, ACaseSensitive, AnExcluded);
+}
+
+TVELSchueler* TVELSchuelerliste::FindName(std::string_view AVorname, std::string_view ANachname,
+                                          bool ACaseSensitive) const {
+  return FindFirst(*this, [&](const TVELSchueler* AnItem) {
+    return Equals(AnItem->FVorname, AVorname, ACaseSensitive) && Equals(AnItem->FNachname, ANachname, ACaseSensitive);
+  });
+}
+
+TVELSchueler* TVELSchuelerliste::FindSchuelerNr(std::string_view ASchuelerNr) const {
+  return FindFirst(*this, [&](const TVELSchueler* AnItem) { return AnItem->FSchuelerNr == ASchuelerNr; });
+}
+
+TVELStammobjekt* TVELSchuelerliste::WebFind(std::string_view AKuerzel, bool /*ACaseSensitive*/) const {
+  if (TVELSchueler* const Found = FindSchuelerNr(AKuerzel)) {
+    return Found;
+  }
+  return FindWebName(WithoutBlanks(AKuerzel));
+}
+
+TVELBlock* TVELBlockliste::FindBlock(std::string_view ABlockID) const {
+  return FindFirst(*this, [&](const TVELBlock* AnItem) { return AnItem->FName == ABlockID; });
+}
+
+TVELZeitrahmen* TVELZeitrahmenliste::FindKuerzel(std::string_view AKuerzel) const {
+  return FindFirst(*this, [&](const TVELZeitrahmen* AnItem) { return AnItem->FKuerzel == AKuerzel; });
+}

@@ -1,0 +1,173 @@
+#include "uPlandaten/Plan.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "uPlandaten/Automatik.h"
+#include "uPlandaten/Besitzer.h"
+#include "uPlandaten/Einstellungen.h"
+#include "uPlandaten/Faecher.h"
+#include "uPlandaten/Kalender.h"
+#include "uPlandaten/Klassen.h"
+#include "uPlandaten/Lehrer.h"
+#include "uPlandaten/Ordnungen.h"
+#include "uPlandaten/Raeume.h"
+#include "uPlandaten/Ressourcen.h"
+#include "uPlandaten/Schueler.h"
+#include "uPlandaten/Zeitrahmen.h"
+#include "uSchluessel/Verzeichnisse.h"
+
+namespace {
+
+/// A release that went out by mistake, with a number higher than the current one.
+constexpr std::string_view StrayRelease = "7.0.163";
+
+}  // namespace
+
+const TQuillonDataClass& TVELPlan::Class() {
+  using T = TVELPlan;
+  // clang-format off
+  static const TQuillonDataClass Class = DescribeClass<T, TVELDataStorage>("TVELPlan")
+      .String<&T::FDataformatVersion>("DataformatRelease").AlwaysWritten()
+      .Hook<&T::CheckRelease>()
+      .String<&T::FProductVersion>("ProductRelease").AlwaysWritten()
+      .String<&T::FInternalVersion>("InternalRelease").AlwaysWritten()
+      .List<&T::FTeams>("Groups")
+      .List<&T::FAenderungen>("Changes")
+      .List<&T::FAnrechnungen>("Totals")
+      .List<&T::FAufsichtsbereiche>("SupervisionAreas")
+      .Object<&T::FAutomatik>("AutomaticScheduling")
+      .List<&T::FGebaeude>("Building")
+      .Object<&T::FBesitzer>("Owner")
+      .List<&T::FBlockungen>("Blocks")
+      .Object<&T::FEinstellungen>("Settings")
+      .List<&T::FFaecher>("Subjects")
+      .List<&T::FFehlzeiten>("AbsenceTimes")
+      .Object<&T::FKalender>("Calendar")
+      .List<&T::FKlassen>("Classes")
+      .List<&T::FLehrer>("Teacher")
+      .List<&T::FPerioden>("Periods")
+      .List<&T::FRaeume>("Rooms")
+      .List<&T::FRessourcen>("Resources")
+      .List<&T::FZeitpraeferenzvorlagen>("TimePreferenceTemplates")
+      .List<&T::FSchueler>("Students")
+      .List<&T::FStundentafeln>("LessonsTable")
+      .List<&T::FVeranstaltungen>("Events")
+      .Object<&T::FVerzeichnisse>("Directories")
+      .List<&T::FZeitraeume>("TimeWindowList")
+      .List<&T::FZeitrahmen>("TimeFrame")
+      .List<&T::FZuweisungen>("AssignmentList");
+  // clang-format on
+  return Class;
+}
+
+void TVELPlan::InitProperties() {
+  TVELDataStorage::InitProperties();
+  FDataformatVersion = CurrentRelease;
+  FProductVersion = VELMORA_PRODUCT_RELEASE;
+  FAutomatik.Take(QuillonDataObjects::Create<TVELAutomatikparameter>(this), *this);
+  FBesitzer.Take(QuillonDataObjects::Create<TVELBesitzer>(this), *this);
+  FEinstellungen.Take(QuillonDataObjects::Create<TVELEinstellungen>(this), *this);
+  FKalender.Take(QuillonDataObjects::Create<TVELKalender>(this), *this);
+  FVerzeichnisse.Take(QuillonDataObjects::Create<TVELVerzeichnisse>(this), *this);
+  InitObjectEvents();
+}
+
+void TVELPlan::ClearProperties() {
+  TVELDataStorage::ClearProperties();
+  FDataformatVersion = CurrentRelease;
+  FProductVersion = VELMORA_PRODUCT_RELEASE;
+  // The owner and the automatic parameters keep their values.
+  FEinstellungen->Clear();
+  FKalender->Clear();
+  FVerzeichnisse->Clear();
+  for (const TQuillonDataRow& Row : Class().Rows()) {
+    if (Row.Kind == TQuillonRowKind::List) {
+      Row.As<TQuillonDataRow::TItems>().Field(*this).Clear();
+    }
+  }
+}
+
+TVELZeitrahmen* TVELPlan::StandardTimeframe() const {
+  return FEinstellungen ? FEinstellungen->FZeitrahmen.Get() : nullptr;
+}
+
+void TVELPlan::CheckRelease() {
+  if (FDataformatVersion == StrayRelease) {
+    FDataformatVersion = CurrentRelease;
+  }
+  FFileRelease = TQuillonRelease(FDataformatVersion);
+  if (FFileRelease > CurrentRelease) {
+    throw EDataFormatError("Neues Datenformat \"" + FDataformatVersion +
+                           "\" erkannt, aber diese Velmora Version erwartet Datenformat \"" +
+                           std::string(CurrentRelease) + "\". Bitte updaten Sie Velmora.");
+  }
+}
+
+void TVELPlan::ReadProperties(TQuillonDataObjectReader& AReader) {
+  FLogging = false;
+  // Left also by an exception: what was read so far counts as a plan of the current release.
+  struct TEnd {
+    TVELPlan& Plan;
+    ~TEnd() {
+      Plan.FFileRelease = CurrentRelease;
+      Plan.FLogging = true;
+    }
+  } const End{*this};
+  for (TQuillonDataList* List : SortedLists()) {
+    List->SetSorted(false);
+  }
+  TVELDataStorage::ReadProperties(AReader);
+  SortAfterLoad();
+  FDataformatVersion = CurrentRelease;
+}
+
+void TVELPlan::WriteProperties(TQuillonDataObjectWriter& AWriter) {
+  FDataformatVersion = CurrentRelease;
+  FProductVersion = VELMORA_PRODUCT_RELEASE;
+  TVELDataStorage::WriteProperties(AWriter);
+}
+
+void TVELPlan::InitObjectEvents() {
+  FVeranstaltungen.SetCompare(TVELVeranstaltungsliste::CompareItems);
+  FKalender->FEintraege.SetCompare(TVELKalenderEintragList::CompareItems);
+  FAenderungen.SetCompare(TVELAenderungsliste::CompareItems);
+  FFehlzeiten.SetCompare(TVELFehlzeitenliste::CompareItems);
+  FAnrechnungen.SetCompare(TVELAnrechnungsliste::CompareItems);
+  FZuweisungen.SetCompare(TVELAenderungsliste::CompareItems);
+  for (TQuillonDataList* List : SortedLists()) {
+    List->SetSorted(true);
+  }
+}
+
+void TVELPlan::SortLists() {
+  for (TQuillonDataList* List : SortedLists()) {
+    List->Sort();
+  }
+}
+
+std::array<TQuillonDataList*, 6> TVELPlan::SortedLists() {
+  return {&FVeranstaltungen, &FKalender->FEintraege, &FAenderungen, &FFehlzeiten, &FAnrechnungen, &FZuweisungen};
+}
+
+void TVELPlan::SortAfterLoad() {
+  std::vector<TVELVeranstaltungsliste*> Lists = {&FVeranstaltungen};
+  for (const TQuillonDataList* Objects :
+       {static_cast<const TQuillonDataList*>(&FKlassen), static_cast<const TQuillonDataList*>(&FLehrer),
+        static_cast<const TQuillonDataList*>(&FRaeume), static_cast<const TQuillonDataList*>(&FFaecher),
+        static_cast<const TQuillonDataList*>(&FSchueler), static_cast<const TQuillonDataList*>(&FRessourcen)}) {
+    for (TQuillonDataObject* Object : Objects->Items()) {
+      Lists.push_back(&static_cast<TVELPlanobjekt*>(Object)->FVeranstaltungen);
+    }
+  }
+  uPlandaten::MarkPlaces(Lists);
+  FVeranstaltungen.SetCompare(uPlandaten::ComparePlaces);
+  for (TQuillonDataList* List : SortedLists()) {
+    List->SetSorted(true);
+  }
+  FVeranstaltungen.SetCompare(TVELVeranstaltungsliste::CompareItems);
+  // Sorted now and not while they were read: the lessons in them were still bare then.
+  for (auto List = Lists.begin() + 1; List != Lists.end(); ++List) {
+    (*List)->SortBy(uPlandaten::ComparePlaces);
+  }
+}

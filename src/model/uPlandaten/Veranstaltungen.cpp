@@ -1,0 +1,155 @@
+#include "uPlandaten/Veranstaltungen.h"
+
+#include "QuillonNumbers.h"
+#include "QuillonText.h"
+#include "uPlandaten/Bloecke.h"
+#include "uPlandaten/Einstellungen.h"
+#include "uPlandaten/Faecher.h"
+#include "uPlandaten/Klassen.h"
+#include "uPlandaten/Lehrer.h"
+#include "uPlandaten/Perioden.h"
+#include "uPlandaten/Plan.h"
+#include "uPlandaten/Raeume.h"
+
+const TQuillonDataClass& TVELVeranstaltung::Class() {
+  using T = TVELVeranstaltung;
+  // clang-format off
+  static const TQuillonDataClass Class = DescribeClass<T, TVELBasisObject>("Event", "Veranstaltung")
+      .List<&T::FTermine>("Times")
+      .LongInt<&T::FDoppelstundenMin>("DoubleBlocksMin")
+      .LongInt<&T::FDoppelstundenMax>("DoubleBlocksMax")
+      .LongInt<&T::FBand>("Band")
+      .Reference<&T::FBlock>("Block")
+      .String<&T::FBlockID>("BlockID")
+      .LongInt<&T::FBlockIndex>("BlockIndex")
+      .Reference<&T::FBlockNext>("BlockNext")
+      .Boolean<&T::FReoccur>("Reoccur", true)
+      .List<&T::FKlassen>("Classes")
+      .String<&T::FInfo>("Title")
+      .IntegerArray<&T::FJahresverteilung>("WeeklyLessons")
+      .Reference<&T::FPeriode>("Period")
+      .String<&T::FBemerkung>("Comments")
+      .Reference<&T::FFach>("Subject")
+      .String<&T::FGruppe>("Group")
+      .List<&T::FLehrer>("Teacher")
+      .LongInt<&T::FSchiene>("Focus")
+      .String<&T::FWochen>("Weeks").AlwaysWritten()
+      .String<&T::FAttribute>("Attributes")
+      .Single<&T::FKlassenfaktor>("ClassFactor", 1)
+      .Byte<&T::FEckStdPosition>("BasicHourItem").AlwaysWritten()
+      .LongInt<&T::FKursNr>("CourseNo")
+      .String<&T::FDifferenzierung>("Differentiation")
+      .Reference<&T::FKategorie>("Category")
+      .Reference<&T::FMerkmal>("Feature")
+      .Reference<&T::FUnterrichtsart>("LessonType")
+      .Reference<&T::FUnterrichtsform>("LessonForm")
+      .Word<&T::FVeranstaltungsattribute>("EventAttributes")
+      .String<&T::FVeranstaltungsNr>("EventNo")
+      .String<&T::FLink>("Href")
+      .String<&T::FExtern>("External")
+      .String<&T::FIntern>("Internal")
+      .LongInt<&T::FMaxSchuelerAnzahl>("MaxStudentsCount")
+      .LongInt<&T::FMinSchuelerAnzahl>("MinStudentsCount")
+      .List<&T::FRaeume>("Rooms")
+      .List<&T::FJoker>("Wildcard")
+      .List<&T::FRessourcen>("Resources")
+      .List<&T::FRessourcenvorgaben>("SpecifiedResources")
+      .String<&T::FRaum>("Room")
+      .Reference<&T::FRaumtyp>("RoomType")
+      .List<&T::FSchueler>("Student")
+      .Reference<&T::FSchulform>("SchoolType")
+      .LongInt<&T::FSchuelerAnzahl>("StudentsCount")
+      .LongInt<&T::FFachfolge>("SubjectOrder")
+      .Reference<&T::FFachstatus>("SubjectStatus")
+      .Reference<&T::FFachschwerpunkt>("SubjectTopicArea")
+      .Single<&T::FLehrerfaktor>("TeacherFactor", 1)
+      .List<&T::FZeitpraeferenzen>("TimePreferences")
+      .Reference<&T::FZeitraum>("TimeWindow")
+      .Byte<&T::FTagesposition>("DayPos").AlwaysWritten()
+      .Byte<&T::FGueltigeTage>("DaysValid")
+      .DateTime<&T::FGueltigVon>("ValidFrom")
+      .DateTime<&T::FGueltigBis>("ValidTo")
+      .Word<&T::FProvider>("Provider").AlwaysWritten()
+      .Hook<&T::Upgrade>();
+  // clang-format on
+  return Class;
+}
+
+TVELWeeks TVELVeranstaltung::Weeks() const {
+  const TVELWeeks& Own = FPeriode != nullptr ? FPeriode->FWochen : FWochen;
+  return Own.IsEmpty() ? TVELWeeks::All() : Own;
+}
+
+TVELRaum* TVELVeranstaltung::DefaultRoom() const {
+  if (IgnoreRoom()) {
+    return nullptr;
+  }
+  if (FRaum.empty()) {
+    FDefaultRoom = FRaeume.IsEmpty() ? nullptr : FRaeume.GetItem(0);
+  } else if (FDefaultRoom == nullptr || FDefaultRoom->FKuerzel != FRaum) {
+    const TVELPlan* const Owner = Plan();
+    FDefaultRoom = Owner != nullptr ? Owner->FRaeume.FindAs<TVELRaum>(FRaum, false, true) : nullptr;
+  }
+  return FDefaultRoom;
+}
+
+std::int32_t TVELVeranstaltung::GetBlockBand() {
+  BlockBand = FBand;
+  if (const TVELPlan* const Owner = Plan(); Owner != nullptr && !FBlockID.empty()) {
+    if (const TVELBlock* const Block = Owner->FBlockungen.FindBlock(FBlockID)) {
+      BlockBand = Block->FBand;
+    }
+  }
+  return BlockBand;
+}
+
+TVELZeitrahmen* TVELVeranstaltung::Zeitrahmen() const {
+  if (!FKlassen.IsEmpty()) {
+    return FKlassen.GetItem(0)->Timeframe();
+  }
+  const TVELPlan* const Owner = Plan();
+  return Owner != nullptr ? Owner->StandardTimeframe() : nullptr;
+}
+
+std::string TVELVeranstaltung::KursTitel() const {
+  std::string Title = FFach != nullptr ? FFach->FKuerzel : std::string();
+  if (FKursNr > 0) {
+    QuillonNumbers::AppendInteger(Title, FKursNr);
+  }
+  const TVELPlan* const Owner = Plan();
+  if (FUnterrichtsart == nullptr || Owner == nullptr || !Owner->FEinstellungen) {
+    return Title;
+  }
+  const TVELEinstellungen& Settings = *Owner->FEinstellungen;
+  if (FUnterrichtsart == Settings.FStandardUnterrichtsart && Settings.FStandardKursartLowerCase) {
+    return QuillonText::ToLower(Title);
+  }
+  if ((FUnterrichtsart == Settings.FLKUnterrichtsart1 || FUnterrichtsart == Settings.FLKUnterrichtsart2) &&
+      Settings.FNonStandardKursartUpperCase) {
+    return QuillonText::ToUpper(Title);
+  }
+  return Title;
+}
+
+std::string TVELVeranstaltung::SortText() const { return FKlassen.JoinCodes() + KursTitel() + FExtern; }
+
+void TVELVeranstaltung::Clear() {
+  FLehrer.Clear();
+  FRaeume.Clear();
+  FRessourcen.Clear();
+  FJoker.Clear();
+}
+
+void TVELVeranstaltung::ClearRoom(const TVELRaum* AValue) { FRaeume.Remove(AValue); }
+
+void TVELVeranstaltung::ClearTeacher(const TVELLehrer* AValue) { FLehrer.Remove(AValue); }
+
+void TVELVeranstaltung::Upgrade() {
+  const TQuillonRelease Release = FileRelease();
+  if (Release < "6.0.101" && !FVeranstaltungsattribute.Contains(vmRaumAuto)) {
+    FGruppe = "G";
+  }
+  if (Release < "6.0.165" && FKursNr == -1) {
+    FKursNr = 0;
+  }
+}
