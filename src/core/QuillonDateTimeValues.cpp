@@ -33,12 +33,12 @@ double Moved(double AValue, std::int64_t ACount, std::int64_t AUnit) {
 }
 
 double MovedByMonths(double AValue, std::int64_t ACount) {
-  constexpr std::int64_t MostMonths = 9999 * 12;
+  constexpr std::int64_t MostMonths = 119'988;  // all of 9999 years
   if (ACount > MostMonths || ACount < -MostMonths) {
     ThrowOutOfRange();
   }
   const TQuillonDateTimeFields Fields = QuillonDateTime::Decode(AValue);
-  const std::int64_t Months = Fields.Year * 12 + (Fields.Month - 1) + ACount;
+  const std::int64_t Months = std::int64_t{Fields.Year} * 12 + (Fields.Month - 1) + ACount;
   const auto Year = static_cast<int>(Months / 12);
   const auto Month = static_cast<int>(Months % 12) + 1;
   if (Months < 12 || Year > 9999) {

@@ -34,11 +34,12 @@ int ComputeOffset(std::int64_t AWall) {
 /// Offsets by hour of the wall time, for hours without a change of the offset.
 struct OffsetCache {
   struct Entry {
-    std::int64_t Key;  ///< the hour counted from the first one that a value can have, plus 1; 0 for an empty entry
-    int Offset;
+    std::int32_t Key;  ///< the hour counted from the first one that a value can have, plus 1; 0 for an empty entry
+    std::int32_t Offset;
   };
 
-  std::array<Entry, 4096> Entries{};
+  /// Room for every hour of nearly two years.
+  std::array<Entry, 16'384> Entries{};
   unsigned Generation = 0;
 };
 
@@ -52,7 +53,7 @@ int CachedOffset(std::int64_t AWall) {
   }
   constexpr std::int64_t FirstHour = (FirstDay - UnixDay) * HoursPerDay;
   const std::int64_t HourFromFirst = AWall / SecondsPerHour - (AWall % SecondsPerHour < 0 ? 1 : 0) - FirstHour;
-  const std::int64_t Key = HourFromFirst + 1;
+  const auto Key = static_cast<std::int32_t>(HourFromFirst + 1);
   OffsetCache::Entry& Entry = Cache.Entries[static_cast<std::size_t>(Key) % Cache.Entries.size()];
   if (Entry.Key == Key) {
     return Entry.Offset;

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::size_t BlockSize = 1024 * 1024;
+constexpr std::size_t BlockSize = 1'048'576;
 
 /// Runs a call of the platform and names the file in what it raises.
 template <class TCall>
@@ -293,7 +293,7 @@ void TQuillonFileStream::Close() {
 namespace QuillonIO {
 
 std::string ReadWholeFile(TQuillonStream& AStream) {
-  constexpr std::size_t FirstPiece = 64 * 1024;
+  constexpr std::size_t FirstPiece = 65'536;
   const std::size_t Claimed = ClaimedSize(AStream);
   std::string Content(FirstPiece, '\0');
   std::size_t Length = 0;

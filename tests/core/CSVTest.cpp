@@ -108,7 +108,7 @@ TEST(CSVReader, ReadsBackWhatWasWritten) {
     Writer.WriteLine(&Values);
     Writer.WriteLine(&Values);
   });
-  for (const std::size_t BufferSize : {1, 5, 4096}) {
+  for (const std::size_t BufferSize : {1U, 5U, 4096U}) {
     EXPECT_THAT(ReadLines(Text, {}, BufferSize), ElementsAre(Values, Values));
   }
   EXPECT_THAT(ReadLines(std::string(Mark) + Text), ElementsAre(Values, Values));

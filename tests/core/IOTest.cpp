@@ -73,7 +73,7 @@ TEST_F(IO, TheSizeAStreamClaimsIsNotTrusted) {
   EXPECT_EQ(QuillonIO::ReadWholeFile(Stream), std::string(300'000, 'x'));
   EXPECT_LE(Stream.FLargestPiece, 600'000U);
 
-  for (const std::size_t Size : {0, 1, 65'535, 65'536, 65'537, 131'072, 1'000'000}) {
+  for (const std::size_t Size : {0U, 1U, 65'535U, 65'536U, 65'537U, 131'072U, 1'000'000U}) {
     std::string Content(Size, 'a');
     std::generate(Content.begin(), Content.end(), [I = 0]() mutable { return static_cast<char>('a' + I++ % 26); });
     TQuillonMemoryStream Honest("head" + Content);
