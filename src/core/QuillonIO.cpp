@@ -62,6 +62,20 @@ void WriteInPlace(const std::string& AFileName, std::string_view AContent) {
   File->Close();
 }
 
+/// @return false if the call was refused in a way that may still leave the target open to us
+template <class TCall>
+bool TryReplacing(TCall ACall) {
+  try {
+    ACall();
+    return true;
+  } catch (const EQuillonWin32Error& Error) {
+    if (!Platform::IsReplacementRefused(Error.ErrorCode())) {
+      throw;
+    }
+    return false;
+  }
+}
+
 std::string HiddenName() {
   std::string Name = ".";
   QuillonGuid::AppendPlain(Name, QuillonGuid::New());
@@ -90,10 +104,13 @@ class TemporaryFile {
 
   Platform::File& File() { return *FFile; }
 
-  void RenameTo(const std::string& ATarget) {
+  /// @return false where the target lets nothing take its place
+  bool TryRenameTo(const std::string& ATarget) {
     FFile->Close();
-    Platform::Files().Rename(FPath, ATarget, true);
-    FPath.clear();
+    return TryReplacing([&] {
+      Platform::Files().Rename(FPath, ATarget, true);
+      FPath.clear();
+    });
   }
 
  private:
@@ -110,36 +127,36 @@ std::size_t ClaimedSize(TQuillonStream& AStream) {
   }
 }
 
-void ReplaceTarget(const std::string& ATarget, std::string_view AContent) {
-  auto& Files = Platform::Files();
-  const Platform::EntryKind Kind = Files.Look(ATarget);
-  if (Kind == Platform::EntryKind::Other || Kind == Platform::EntryKind::Directory) {
-    WriteInPlace(ATarget, AContent);
-    return;
-  }
-  const bool IsReplacement = Kind == Platform::EntryKind::File;
-  if (IsReplacement && !Files.IsWriteable(ATarget)) {
-    throw EQuillonWin32Error(Platform::NotWriteableError, ATarget);
-  }
+/// @return false where only writing in place is left
+bool TryReplaceWhole(const std::string& ATarget, std::string_view AContent, bool IsThere) {
   const std::string FolderName = TQuillonFilePath::GetDirectoryName(ATarget);
   const std::string Folder = FolderName.empty() ? "." : FolderName;
+  const auto Creation = IsThere ? Platform::Creation::NewPrivate : Platform::Creation::New;
   std::unique_ptr<TemporaryFile> Temporary;
-  try {
-    Temporary = std::make_unique<TemporaryFile>(
-        Folder, IsReplacement ? Platform::Creation::NewPrivate : Platform::Creation::New);
-  } catch (const EQuillonWin32Error& Error) {
-    if (!Platform::IsCreationRefused(Error.ErrorCode())) {
-      throw;
-    }
-    WriteInPlace(ATarget, AContent);
-    return;
+  if (!TryReplacing([&] { Temporary = std::make_unique<TemporaryFile>(Folder, Creation); })) {
+    return false;
   }
-  if (IsReplacement) {
+  if (IsThere) {
     Temporary->File().TakeAttributes(ATarget);
   }
   WriteBlocks(Temporary->File(), AContent);
-  Temporary->RenameTo(ATarget);
-  Files.FlushDirectory(Folder);
+  if (!Temporary->TryRenameTo(ATarget)) {
+    return false;
+  }
+  Platform::Files().FlushDirectory(Folder);
+  return true;
+}
+
+void ReplaceTarget(const std::string& ATarget, std::string_view AContent) {
+  const Platform::EntryKind Kind = Platform::Files().Look(ATarget);
+  const bool IsThere = Kind == Platform::EntryKind::File;
+  if (IsThere && !Platform::Files().IsWriteable(ATarget)) {
+    throw EQuillonWin32Error(Platform::NotWriteableError, ATarget);
+  }
+  const bool IsReplaceable = IsThere || Kind == Platform::EntryKind::None;
+  if (!IsReplaceable || !TryReplaceWhole(ATarget, AContent, IsThere)) {
+    WriteInPlace(ATarget, AContent);
+  }
 }
 
 }  // namespace

@@ -135,8 +135,9 @@ std::string ReadWholeFile(const std::string& AFileName);
 
 /// Makes AContent the file's content, whole or not at all: it is written to a hidden file beside the target, flushed to
 /// the disk and renamed. A replaced file's permissions are kept, its owner where the system lets us; a symbolic link
-/// stays one, and the file it points to is replaced. A file that is not ours to write is refused. Only where the folder
-/// takes no new file, or the target is no regular file, the target is written in place.
+/// stays one, and the file it points to is replaced. A file that is not ours to write is refused. Only
+/// where the folder takes no new file, or nothing may take the target's place, the target is written in place; so are
+/// devices and pipes.
 /// @throws EQuillonFileHandleError; the hidden file is gone then
 void ReplaceFile(const std::string& AFileName, std::string_view AContent);
 

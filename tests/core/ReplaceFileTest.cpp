@@ -95,17 +95,22 @@ TEST_F(ReplaceFile, WhateverCallFailsLeavesTheOldOrTheNewFileAlone) {
   }
 }
 
-TEST_F(ReplaceFile, WritesInPlaceWhereTheFolderTakesNoFile) {
+TEST_F(ReplaceFile, WritesInPlaceWhereNothingMayTakeThePlace) {
   QuillonIO::ReplaceFile(FName, FNew);
   FailingFiles Files;
   const Platform::FilesReplacement Replacement(Files);
   Files.RefuseNewFiles(EROFS);
   QuillonIO::ReplaceFile(FName, FOld);
   EXPECT_EQ(QuillonIO::ReadWholeFile(FName), FOld);
+  Files.RefuseNewFiles(0);
+  Files.RefuseRenaming(EBUSY);
+  QuillonIO::ReplaceFile(FName, "short");
+  EXPECT_EQ(QuillonIO::ReadWholeFile(FName), "short");
+  EXPECT_EQ(FFolder.Names(), std::vector<std::string>{"plan.data"});
   // A full disk is no reason to put the old content at risk.
   Files.RefuseNewFiles(ENOSPC);
   EXPECT_THROW(QuillonIO::ReplaceFile(FName, FNew), EQuillonFileHandleError);
-  EXPECT_EQ(QuillonIO::ReadWholeFile(FName), FOld);
+  EXPECT_EQ(QuillonIO::ReadWholeFile(FName), "short");
 }
 
 TEST_F(ReplaceFile, DevicesAreWrittenToAndFoldersRefused) {

@@ -48,6 +48,7 @@ class FailingFiles final : public Platform::FileSystem {
     FErrorCode = AnErrorCode;
   }
   void RefuseNewFiles(int AnErrorCode) { FRefusal = AnErrorCode; }
+  void RefuseRenaming(int AnErrorCode) { FRenameRefusal = AnErrorCode; }
   int Calls() const { return FCalls; }
 
   std::unique_ptr<Platform::File> Open(const std::string& APath, Platform::Access AnAccess,
@@ -65,6 +66,9 @@ class FailingFiles final : public Platform::FileSystem {
   std::string FollowLinks(const std::string& APath) override { return Counted().FollowLinks(APath); }
   void Remove(const std::string& APath) override { FSystem.Remove(APath); }
   void Rename(const std::string& APath, const std::string& ANewPath, bool DoReplace) override {
+    if (FRenameRefusal != 0) {
+      throw EQuillonWin32Error(FRenameRefusal, ANewPath);
+    }
     Counted().Rename(APath, ANewPath, DoReplace);
   }
   void MakeDirectory(const std::string& APath) override { Counted().MakeDirectory(APath); }
@@ -112,4 +116,5 @@ class FailingFiles final : public Platform::FileSystem {
   int FCount = 0;
   int FErrorCode = 0;
   int FRefusal = 0;
+  int FRenameRefusal = 0;
 };

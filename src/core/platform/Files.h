@@ -85,8 +85,8 @@ class FilesReplacement {
 /// Meanings of the system's error codes.
 bool IsAccessDenied(int AnErrorCode);
 bool IsMissing(int AnErrorCode);
-/// Whether a folder takes no new files although files in it may be open to us.
-bool IsCreationRefused(int AnErrorCode);
+/// Whether a folder takes no new file, or lets it not take the place of another, although the other may be open to us.
+bool IsReplacementRefused(int AnErrorCode);
 /// The code of a call on a file that is not open.
 extern const int NotOpenError;
 /// The code of a file that may not be written.

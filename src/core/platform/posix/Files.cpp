@@ -256,8 +256,10 @@ bool IsAccessDenied(int AnErrorCode) { return AnErrorCode == EACCES; }
 
 bool IsMissing(int AnErrorCode) { return AnErrorCode == ENOENT || AnErrorCode == ENOTDIR; }
 
-bool IsCreationRefused(int AnErrorCode) {
-  return AnErrorCode == EACCES || AnErrorCode == EPERM || AnErrorCode == EROFS;
+bool IsReplacementRefused(int AnErrorCode) {
+  // EBUSY and EXDEV: the file is a mount point of its own, as containers have them.
+  return AnErrorCode == EACCES || AnErrorCode == EPERM || AnErrorCode == EROFS || AnErrorCode == EBUSY ||
+         AnErrorCode == EXDEV;
 }
 
 const int NotOpenError = EBADF;
