@@ -1,6 +1,8 @@
 #include "Jobs.h"
 
-#include "QuillonTypes.h"
+#include <utility>
+
+#include "uOstrel/CsvWriter.h"
 
 namespace {
 
@@ -8,13 +10,27 @@ namespace {
   throw EQuillonException("The " + std::string(AJob) + " is not part of this version yet.");
 }
 
+constexpr std::string_view OpenLine = "Open VELMORA file...";
+
 }  // namespace
 
-void TExchangeJobs::ExportToOcf(std::unique_ptr<TOcfConfiguration> /*AConfiguration*/) {
-  ThrowMissing("export to OCF");
+TExchangeJobs::TExchangeJobs(TVELPlan& APlan, TLineSink AnOutput) : FPlan(APlan), FOutput(std::move(AnOutput)) {}
+
+template <class TConfiguration>
+void TExchangeJobs::RunExport(TConfiguration&& AConfiguration) {
+  TVELOstrelCsvWriter Writer(FPlan, std::forward<TConfiguration>(AConfiguration));
+  FOutput(OpenLine);
+  Writer.LoadVelFile();
+  FOutput("Start Export to OCF...");
+  Writer.WriteAll();
+  FOutput("Export Finished.");
 }
 
-void TExchangeJobs::ExportToOcf(const std::string& /*AConfigFileName*/) { ThrowMissing("export to OCF"); }
+void TExchangeJobs::ExportToOcf(std::unique_ptr<TOcfConfiguration> AConfiguration) {
+  RunExport(std::move(AConfiguration));
+}
+
+void TExchangeJobs::ExportToOcf(const std::string& AConfigFileName) { RunExport(AConfigFileName); }
 
 void TExchangeJobs::UploadToSdui(const std::string& /*AConfigFileName*/) { ThrowMissing("upload to Sdui"); }
 
@@ -24,6 +40,10 @@ void TExchangeJobs::ImportFromOcf(std::unique_ptr<TOcfConfiguration> /*AConfigur
   ThrowMissing("import from OCF");
 }
 
-void TExchangeJobs::ImportFromOcf(const std::string& /*AConfigFileName*/) { ThrowMissing("import from OCF"); }
+void TExchangeJobs::ImportFromOcf(const std::string& /*AConfigFileName*/) {
+  FOutput(OpenLine);
+  // An OCF job does not read its configuration file, so there is nothing that could be opened.
+  TVELOstrelService::ThrowNoConfiguration();
+}
 
 void TExchangeJobs::TransformFile(const std::string& /*AFileName*/) { ThrowMissing("transformation of a data file"); }

@@ -1,10 +1,14 @@
 #pragma once
 
 #include "Program.h"
+#include "uPlandaten/Plan.h"
 
-/// The jobs of this program. One that does not exist yet raises a sentence that says so.
+/// The jobs of this program on the global plan. One that does not exist yet raises a sentence that says so.
 class TExchangeJobs : public TJobs {
  public:
+  /// @param AnOutput receives the jobs' progress lines
+  TExchangeJobs(TVELPlan& APlan, TLineSink AnOutput);
+
   void ExportToOcf(std::unique_ptr<TOcfConfiguration> AConfiguration) override;
   void ExportToOcf(const std::string& AConfigFileName) override;
   void UploadToSdui(const std::string& AConfigFileName) override;
@@ -12,4 +16,11 @@ class TExchangeJobs : public TJobs {
   void ImportFromOcf(std::unique_ptr<TOcfConfiguration> AConfiguration) override;
   void ImportFromOcf(const std::string& AConfigFileName) override;
   void TransformFile(const std::string& AFileName) override;
+
+ private:
+  template <class TConfiguration>
+  void RunExport(TConfiguration&& AConfiguration);
+
+  TVELPlan& FPlan;
+  TLineSink FOutput;
 };

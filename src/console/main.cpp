@@ -1,4 +1,5 @@
 #include "CommandLine.h"
+#include "Globals.h"
 #include "Jobs.h"
 #include "Program.h"
 #include "platform/Console.h"
@@ -6,8 +7,9 @@
 
 int main(int ACount, char** AValues) {
   Platform::TConsole Console;
-  TExchangeJobs Jobs;
-  TProgram Program(TCommandLine(Console.Arguments(ACount, AValues), Platform::PathsBeginWithSlash()), Jobs,
-                   [&Console](std::string_view ALine) { Console.WriteLine(ALine); });
+  TVELGlobals Globals;
+  const TLineSink Output = [&Console](std::string_view ALine) { Console.WriteLine(ALine); };
+  TExchangeJobs Jobs(Globals.Plan(), Output);
+  TProgram Program(TCommandLine(Console.Arguments(ACount, AValues), Platform::PathsBeginWithSlash()), Jobs, Output);
   return Program.Run();
 }

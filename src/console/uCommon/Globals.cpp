@@ -1,0 +1,12 @@
+#include "Globals.h"
+
+namespace {
+
+TQuillonDataHandle<TVELPlan> MakePlan() {
+  uPlandaten::RegisterClasses(TQuillonDataClassRegistry::Instance());
+  return QuillonDataObjects::CreateStorage<TVELPlan>();
+}
+
+}  // namespace
+
+TVELGlobals::TVELGlobals() : FPlan(MakePlan()) {}

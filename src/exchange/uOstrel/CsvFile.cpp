@@ -1,0 +1,64 @@
+#include "uOstrel/CsvFile.h"
+
+#include "QuillonFileSystem.h"
+#include "QuillonNumbers.h"
+
+namespace {
+
+constexpr std::size_t TextBufferSize = 4096;
+
+}  // namespace
+
+namespace uOstrel {
+
+TCsvFile::TCsvFile(const std::string& AFolder, std::string_view AFileName)
+    : FStream(TQuillonFilePath::Combine(AFolder, AFileName), fomCreate, famShareExclusive),
+      FWriter(FStream, true, TextBufferSize) {}
+
+void TCsvFile::Close() {
+  FWriter.FlushBuffer();
+  FStream.Close();
+}
+
+template <class TAppend>
+void TCsvFile::Cell(const TAppend& AnAppend) {
+  FCell.clear();
+  AnAppend(FCell);
+  FWriter.WriteValue(FCell);
+}
+
+void TCsvFile::Identifier(const TGUID& AGuid) {
+  Cell([&](std::string& ACell) { AppendIdentifier(ACell, AGuid); });
+}
+
+void TCsvFile::Id(const TVELDataObject* AnObject) { Identifier(AnObject != nullptr ? AnObject->ID() : TGUID{}); }
+
+void TCsvFile::IdList(const TQuillonDataList& AList) {
+  TIdList Ids;
+  for (const TQuillonDataObject* Item : AList.Items()) {
+    Ids.Add(Item->ID());
+  }
+  Text(Ids.Text());
+}
+
+void TCsvFile::Date(double AValue) {
+  Cell([&](std::string& ACell) { AppendDate(ACell, AValue); });
+}
+
+void TCsvFile::Timepoint(double AValue) {
+  Cell([&](std::string& ACell) { AppendTimepoint(ACell, AValue); });
+}
+
+void TCsvFile::Colour(TColor AValue) {
+  Cell([&](std::string& ACell) { AppendColour(ACell, AValue); });
+}
+
+void TCsvFile::Integer(std::int64_t AValue) {
+  Cell([&](std::string& ACell) { QuillonNumbers::AppendInteger(ACell, AValue); });
+}
+
+void TCsvFile::Gender(TVELGeschlecht AValue) {
+  Text(AValue == gMaennlich ? "Male" : (AValue == gWeiblich ? "Female" : ""));
+}
+
+}  // namespace uOstrel

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "QuillonCSV.h"
+#include "QuillonIO.h"
+#include "uOstrel/Values.h"
+#include "uPlandaten/Basis.h"
+
+namespace uOstrel {
+
+/// One file of an OCF set while it is written: cells of a row one behind the other, in the value forms of the format.
+class TCsvFile {
+ public:
+  /// Replaces a file of that name.
+  /// @throws EQuillonFileHandleError, as all that writes
+  TCsvFile(const std::string& AFolder, std::string_view AFileName);
+
+  void Text(std::string_view AText) { FWriter.WriteValue(AText); }
+  void Identifier(const TGUID& AGuid);
+  /// The object's identifier; an empty cell without object.
+  void Id(const TVELDataObject* AnObject);
+  /// Identifiers of the items, each once.
+  void IdList(const TQuillonDataList& AList);
+  void Date(double AValue);
+  void Timepoint(double AValue);
+  void Colour(TColor AValue);
+  void Integer(std::int64_t AValue);
+  void Gender(TVELGeschlecht AValue);
+  void EndRow() { FWriter.WriteLine(); }
+
+  /// Writes what is still buffered and closes the file.
+  void Close();
+
+ private:
+  template <class TAppend>
+  void Cell(const TAppend& AnAppend);
+
+  TQuillonFileStream FStream;
+  TQuillonCSVWriter FWriter;
+  std::string FCell;
+};
+
+/// A column of a file about objects of class T: its name and how its cell is written.
+template <class T>
+struct TColumn {
+  std::string_view Name;
+  void (*Write)(TCsvFile& AFile, const T& AnObject);
+};
+
+/// Writes the row of column names.
+template <class T>
+void WriteHeader(TCsvFile& AFile, std::span<const TColumn<T>> AColumns) {
+  for (const TColumn<T>& Column : AColumns) {
+    AFile.Text(Column.Name);
+  }
+  AFile.EndRow();
+}
+
+/// Writes the row of one object.
+template <class T>
+void WriteRow(TCsvFile& AFile, std::span<const TColumn<T>> AColumns, const T& AnObject) {
+  for (const TColumn<T>& Column : AColumns) {
+    Column.Write(AFile, AnObject);
+  }
+  AFile.EndRow();
+}
+
+}  // namespace uOstrel

@@ -1,0 +1,206 @@
+#include "uOstrel/CsvWriter.h"
+
+#include <array>
+#include <utility>
+
+#include "QuillonFileSystem.h"
+#include "uOstrel/Columns.h"
+#include "uPlandaten/Einstellungen.h"
+#include "uPlandaten/Faecher.h"
+#include "uPlandaten/Fehlzeiten.h"
+#include "uPlandaten/Kalender.h"
+#include "uPlandaten/Klassen.h"
+#include "uPlandaten/Lehrer.h"
+#include "uPlandaten/Raeume.h"
+#include "uPlandaten/Schueler.h"
+#include "uPlandaten/Teams.h"
+#include "uPlandaten/Zeitrahmen.h"
+#include "uSchluessel/Verzeichnisse.h"
+
+using uOstrel::TCsvFile;
+
+TVELOstrelCsvWriter::TVELOstrelCsvWriter(TVELPlan& APlan, std::unique_ptr<TOcfConfiguration> AConfiguration)
+    : TVELOstrelSynchronizer(APlan, std::move(AConfiguration)) {
+  TQuillonFileSystem::ForceDirectory(Options().FTargetFolderName);
+}
+
+TVELOstrelCsvWriter::TVELOstrelCsvWriter(TVELPlan& APlan, const std::string& /*ACfgFileName*/)
+    : TVELOstrelCsvWriter(APlan, std::unique_ptr<TOcfConfiguration>()) {}
+
+std::string TVELOstrelCsvWriter::GetFileName() const { return Options().FSourceFileName; }
+TGUID TVELOstrelCsvWriter::GetServerFileId() const { return ParseFileId(Options().FServerFileId); }
+std::string TVELOstrelCsvWriter::GetServerName() const { return Options().FServerName; }
+std::uint16_t TVELOstrelCsvWriter::GetServerPort() const { return Options().FServerPort; }
+std::string TVELOstrelCsvWriter::GetServerUserName() const { return Options().FServerUserName; }
+std::string TVELOstrelCsvWriter::GetServerPassword() const { return Options().FServerPassword; }
+
+void TVELOstrelCsvWriter::LoadVelFile() {
+  TVELOstrelSynchronizer::LoadVelFile();
+  TakeValidRange();
+}
+
+void TVELOstrelCsvWriter::WriteAll() {
+  using T = TVELOstrelCsvWriter;
+  // The receiving platform reads the set in this order. The steps without an operation are those of the timetable.
+  struct TStep {
+    std::string_view Name;
+    void (T::*Write)();
+  };
+  static constexpr std::array<TStep, 21> Steps = {{
+      {"Manifest", &T::WriteManifest},
+      {"Catalogs", &T::WriteCatalogs},
+      {"Holidays", &T::WriteHolidays},
+      {"TimeFrames", &T::WriteTimeFrames},
+      {"Departments", &T::WriteDepartments},
+      {"Rooms", &T::WriteRooms},
+      {"RoomAbsences", &T::WriteRoomAbsences},
+      {"SchoolClassAbsences", &T::WriteSchoolClassAbsences},
+      {"Subjects", &T::WriteSubjects},
+      {"Teachers", &T::WriteTeachers},
+      {"TeacherCourseAttendances", nullptr},
+      {"TeacherAbsences", &T::WriteTeacherAbsences},
+      {"Students", &T::WriteStudents},
+      {"StudentSchoolClassAttendances", &T::WriteStudentSchoolClassAttendances},
+      {"StudentCourseAttendances", nullptr},
+      {"SchoolClasses", &T::WriteSchoolClasses},
+      {"Courses", nullptr},
+      {"Announcements", nullptr},
+      {"ScheduledLessons", nullptr},
+      {"SubstituteLessons", nullptr},
+      {"LessonGaps", nullptr},
+  }};
+  for (const TStep& Step : Steps) {
+    if (Step.Write != nullptr) {
+      (this->*Step.Write)();
+    }
+  }
+}
+
+TCsvFile TVELOstrelCsvWriter::OpenFile(std::string_view AFileName) const {
+  return TCsvFile(Options().FTargetFolderName, AFileName);
+}
+
+template <class T, class TList, class TTest>
+void TVELOstrelCsvWriter::WriteObjects(std::string_view AFileName, std::span<const uOstrel::TColumn<T>> AColumns,
+                                       const TList& AList, const TTest& ATest) {
+  if (FAborted || AList.IsEmpty()) {
+    return;
+  }
+  TCsvFile File = OpenFile(AFileName);
+  uOstrel::WriteHeader(File, AColumns);
+  for (const auto* Object : AList) {
+    if (const T* const Wanted = ATest(Object)) {
+      uOstrel::WriteRow(File, AColumns, *Wanted);
+    }
+    if (FAborted) {
+      break;
+    }
+  }
+  File.Close();
+}
+
+template <class T, class TList>
+void TVELOstrelCsvWriter::WriteObjects(std::string_view AFileName, std::span<const uOstrel::TColumn<T>> AColumns,
+                                       const TList& AList) {
+  WriteObjects(AFileName, AColumns, AList, [](const T* AnObject) { return AnObject; });
+}
+
+void TVELOstrelCsvWriter::WriteManifest() {
+  if (FAborted) {
+    return;
+  }
+  TCsvFile File = OpenFile("_Manifest.csv");
+  for (const auto& [Name, Value] : {std::pair("ValidFrom", FValidFrom), std::pair("ValidTo", FValidTo)}) {
+    File.Text(Name);
+    File.Timepoint(Value);
+    File.EndRow();
+  }
+  File.Close();
+}
+
+void TVELOstrelCsvWriter::WriteCatalogs() {
+  for (const uOstrel::TCatalog& Catalog : uOstrel::Catalogs()) {
+    WriteObjects(std::string(Catalog.Name) + ".csv", uOstrel::CatalogColumns(), Catalog.Keys(*FPlan.FVerzeichnisse));
+  }
+}
+
+void TVELOstrelCsvWriter::WriteHolidays() {
+  if (FPlan.FKalender) {
+    WriteObjects("Holidays.csv", uOstrel::HolidayColumns(), FPlan.FKalender->FEintraege,
+                 [](const TVELKalendereintrag* AnEntry) { return AnEntry->FUnterrichtsfrei ? AnEntry : nullptr; });
+  }
+}
+
+void TVELOstrelCsvWriter::WriteTimeFrames() {
+  if (FAborted || FPlan.FZeitrahmen.IsEmpty()) {
+    return;
+  }
+  const TVELZeitrahmen* const Standard = FPlan.StandardTimeframe();
+  if (Standard == nullptr) {
+    throw EQuillonException("The plan has no standard time frame.");
+  }
+  TCsvFile File = OpenFile("TimeFrames.csv");
+  uOstrel::WriteHeader(File, uOstrel::TimeFrameColumns());
+  uOstrel::WriteRow(File, uOstrel::TimeFrameColumns(), *Standard);
+  for (const TVELZeitrahmen* Frame : FPlan.FZeitrahmen) {
+    if (FAborted) {
+      break;
+    }
+    uOstrel::WriteRow(File, uOstrel::TimeFrameColumns(), *Frame);
+  }
+  File.Close();
+}
+
+void TVELOstrelCsvWriter::WriteDepartments() {
+  WriteObjects("Departments.csv", uOstrel::DepartmentColumns(), FPlan.FTeams);
+}
+
+void TVELOstrelCsvWriter::WriteRooms() { WriteObjects("Rooms.csv", uOstrel::RoomColumns(), FPlan.FRaeume); }
+
+void TVELOstrelCsvWriter::WriteSubjects() { WriteObjects("Subjects.csv", uOstrel::SubjectColumns(), FPlan.FFaecher); }
+
+void TVELOstrelCsvWriter::WriteTeachers() { WriteObjects("Teachers.csv", uOstrel::TeacherColumns(), FPlan.FLehrer); }
+
+void TVELOstrelCsvWriter::WriteStudents() { WriteObjects("Students.csv", uOstrel::StudentColumns(), FPlan.FSchueler); }
+
+void TVELOstrelCsvWriter::WriteSchoolClasses() {
+  WriteObjects("SchoolClasses.csv", uOstrel::SchoolClassColumns(), FPlan.FKlassen);
+}
+
+void TVELOstrelCsvWriter::WriteRoomAbsences() {
+  WriteObjects("RoomAbsences.csv", uOstrel::RoomAbsenceColumns(), FPlan.FFehlzeiten,
+               [](const TVELFehlzeit* AnAbsence) { return dynamic_cast<const TVELRaumfehlzeit*>(AnAbsence); });
+}
+
+void TVELOstrelCsvWriter::WriteSchoolClassAbsences() {
+  WriteObjects("SchoolClassAbsences.csv", uOstrel::SchoolClassAbsenceColumns(), FPlan.FFehlzeiten,
+               [](const TVELFehlzeit* AnAbsence) { return dynamic_cast<const TVELKlassenfehlzeit*>(AnAbsence); });
+}
+
+void TVELOstrelCsvWriter::WriteTeacherAbsences() {
+  WriteObjects("TeacherAbsences.csv", uOstrel::TeacherAbsenceColumns(), FPlan.FFehlzeiten,
+               [](const TVELFehlzeit* AnAbsence) { return dynamic_cast<const TVELLehrerfehlzeit*>(AnAbsence); });
+}
+
+void TVELOstrelCsvWriter::WriteStudentSchoolClassAttendances() {
+  if (FAborted || FPlan.FKlassen.IsEmpty() || FPlan.FSchueler.IsEmpty()) {
+    return;
+  }
+  TCsvFile File = OpenFile("StudentSchoolClassAttendances.csv");
+  for (const char* Name : {"Id", "StudentId", "SchoolCLassId"}) {
+    File.Text(Name);
+  }
+  File.EndRow();
+  for (const TVELKlasse* Class : FPlan.FKlassen) {
+    for (const TVELSchueler* Student : Class->FSchueler) {
+      if (FAborted) {
+        break;
+      }
+      File.Identifier(uOstrel::PairGuid(*Class, *Student));
+      File.Id(Student);
+      File.Id(Class);
+      File.EndRow();
+    }
+  }
+  File.Close();
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string>
+
+#include "Synchronizer.h"
+#include "uOstrel/CsvFile.h"
+
+class TVELSchluesselverzeichnis;
+
+/// Exports a plan as an OCF set: a folder of CSV files, one per kind of object, for the school data platform.
+///
+/// Each operation writes one file, or a family of them, and none if there is nothing to tell: a missing file means an
+/// empty list, and one of an earlier run stays as it is.
+class TVELOstrelCsvWriter : public TVELOstrelSynchronizer {
+ public:
+  /// Creates the target folder with all its parents.
+  /// @throws EQuillonFileSystemError
+  TVELOstrelCsvWriter(TVELPlan& APlan, std::unique_ptr<TOcfConfiguration> AConfiguration);
+  /// A job with a configuration file has no settings and fails here.
+  /// @throws EQuillonException
+  TVELOstrelCsvWriter(TVELPlan& APlan, const std::string& ACfgFileName);
+
+  void LoadVelFile() override;
+
+  /// All files in their order.
+  void WriteAll();
+
+  void WriteManifest();
+  void WriteCatalogs();
+  void WriteHolidays();
+  void WriteTimeFrames();
+  void WriteDepartments();
+  void WriteRooms();
+  void WriteRoomAbsences();
+  void WriteSchoolClassAbsences();
+  void WriteSubjects();
+  void WriteTeachers();
+  void WriteTeacherAbsences();
+  void WriteStudents();
+  void WriteStudentSchoolClassAttendances();
+  void WriteSchoolClasses();
+
+ protected:
+  std::string GetFileName() const override;
+  TGUID GetServerFileId() const override;
+  std::string GetServerName() const override;
+  std::uint16_t GetServerPort() const override;
+  std::string GetServerUserName() const override;
+  std::string GetServerPassword() const override;
+
+ private:
+  const TOcfExportOptions& Options() const { return Configuration().FOcfExport; }
+  uOstrel::TCsvFile OpenFile(std::string_view AFileName) const;
+  /// Writes the items of a list that a test lets pass; no file for an empty list.
+  template <class T, class TList, class TTest>
+  void WriteObjects(std::string_view AFileName, std::span<const uOstrel::TColumn<T>> AColumns, const TList& AList,
+                    const TTest& ATest);
+  template <class T, class TList>
+  void WriteObjects(std::string_view AFileName, std::span<const uOstrel::TColumn<T>> AColumns, const TList& AList);
+};
