@@ -179,7 +179,7 @@ class TQuillonDataObjectXMLReader::TElements {
  private:
   std::size_t Seek(const char* AName, std::size_t AFrom) const {
     const auto Matches = [AName](const TRow& ARow) {
-      return AName[0] == ARow.Name[0] && std::strcmp(AName, ARow.Name.data()) == 0;
+      return AName[0] == *ARow.Name.data() && std::strcmp(AName, ARow.Name.data()) == 0;
     };
     const auto Start = FRows.begin() + static_cast<std::ptrdiff_t>(AFrom);
     auto Found = std::find_if(Start, FRows.end(), Matches);
@@ -252,13 +252,6 @@ void TQuillonDataObjectXMLReader::ReadList(TQuillonDataAbstractObject& AnObject,
   if (!ARow.Merged) {
     List.Clear();
   }
-  // A list's stamps stand inside its element, but are read beside it: it takes those of the object it lies in.
-  List.FVersion = AnObject.FVersion;
-  List.FChanged = AnObject.FChanged;
-  List.FChangedBy = AnObject.FChangedBy;
-  List.FCreated = AnObject.FCreated;
-  List.FCreatedBy = AnObject.FCreatedBy;
-
   const pugi::xml_node Items = AnElement.child(ItemsElement);
   if (!Items) {
     ThrowExpected(AnElement, "Tag", ItemsElement);
@@ -275,6 +268,13 @@ void TQuillonDataObjectXMLReader::ReadList(TQuillonDataAbstractObject& AnObject,
       List.Append(&Object);
     }
   }
+  // A list's stamps stand inside its element, but are read beside it: it takes those of the object it lies in.
+  // Last, because each item that enters stamps the list.
+  List.FVersion = AnObject.FVersion;
+  List.FChanged = AnObject.FChanged;
+  List.FChangedBy = AnObject.FChangedBy;
+  List.FCreated = AnObject.FCreated;
+  List.FCreatedBy = AnObject.FCreatedBy;
 }
 
 TQuillonDataObject& TQuillonDataObjectXMLReader::FindReferred(const pugi::xml_node& AnElement,
