@@ -72,6 +72,11 @@ void TVELEinstellungen::Clear() {
     }
   }
   FLineWrap = true;
+  FStandardKursartLowerCase = Fresh->FStandardKursartLowerCase;
+  FNonStandardKursartUpperCase = Fresh->FNonStandardKursartUpperCase;
+  FAenderungenFreigeben = Fresh->FAenderungenFreigeben;
+  FShowAlwaysTime = Fresh->FShowAlwaysTime;
+  FNoMessage = Fresh->FNoMessage;
 }
 
 void TVELEinstellungen::UpgradeNames() {
