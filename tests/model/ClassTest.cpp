@@ -1,0 +1,193 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+#include "PlanRows.h"
+#include "ReferencePage.h"
+#include "uPlandaten/Einstellungen.h"
+#include "uPlandaten/Zeitrahmen.h"
+
+namespace {
+
+using PlanRows::TDetail;
+using QuillonDataObjects::CreateStorage;
+using TRow = TQuillonDataRow;
+
+/// A storage of one list, for objects that have no place in a plan of their own.
+class TAnyList : public TQuillonDataList {
+ public:
+  using TQuillonDataList::TQuillonDataList;
+  const TQuillonDataClass& ItemClass() const override { return *FItemClass; }
+  const TQuillonDataClass* FItemClass = &TQuillonDataObject::Class();
+};
+
+class TAnyStorage : public TVELDataStorage {
+ public:
+  static const TQuillonDataClass& Class() {
+    static const TQuillonDataClass Description =
+        DescribeClass<TAnyStorage, TVELDataStorage>("TAnyStorage").List<&TAnyStorage::FObjects>("Objects");
+    return Description;
+  }
+  const TQuillonDataClass& DataClass() const override { return Class(); }
+
+  TAnyList FObjects{this, TQuillonDataList::TItems::Owned};
+};
+
+// The page is the golden list of the format as well: a change of a row shows here. After a change that is meant, run
+// this test once with VELMORA_UPDATE=1 in the environment, which writes the page, and look at the difference.
+TEST(Classes, ReferencePageShowsEveryRow) {
+  const std::string FileName = std::string(VELMORA_SOURCE_DIR) + "/docs/data-file-reference.md";
+  const std::string Expected = ReferencePage::Text();
+  if (std::getenv("VELMORA_UPDATE") != nullptr) {
+    std::ofstream(FileName, std::ios::binary) << Expected;
+  }
+  std::ostringstream Page;
+  Page << std::ifstream(FileName, std::ios::binary).rdbuf();
+  EXPECT_EQ(Page.str(), Expected) << "docs/data-file-reference.md is out of date";
+}
+
+TEST(Classes, NamesAndTagsStandTwiceOnlyWhereTheFormatHasThemSo) {
+  std::set<std::string> TwiceInClass;
+  std::set<std::string> TwiceAsTag;
+  std::set<std::string_view> Tags;
+  std::vector<const TQuillonDataClass*> Classes = PlanRows::Classes();
+  for (const TQuillonDataClass* Class : Classes) {
+    EXPECT_FALSE(Class->IsAbstract()) << Class->Tag();
+    if (!Tags.insert(Class->Tag()).second) {
+      TwiceAsTag.emplace(Class->Tag());
+    }
+  }
+  Classes.push_back(&TVELPlan::Class());
+  for (const TQuillonDataClass* Class : Classes) {
+    const auto Rows = Class->Rows();
+    for (std::size_t I = 0; I < Rows.size(); ++I) {
+      if (Rows[I].Kind != TQuillonRowKind::Hook && Rows[I].FirstOfName != I && !Rows[I].IsRetired() &&
+          !Rows[Rows[I].FirstOfName].IsRetired()) {
+        TwiceInClass.insert(std::string(Class->Tag()) + "." + std::string(Rows[I].Name));
+      }
+    }
+  }
+  EXPECT_EQ(TwiceAsTag, std::set<std::string>{"SchoolType"});
+  EXPECT_EQ(TwiceInClass,
+            (std::set<std::string>{"Class.ProfessionalTrainingCourse", "Owner.Site", "Teacher.NoSupervision"}));
+}
+
+TEST(Classes, EveryClassThatAPlanCanReachIsRegistered) {
+  const auto Plan = CreateStorage<TVELPlan>();
+  const auto Classes = PlanRows::Classes();
+  EXPECT_EQ(Classes.size(), 85U);
+  const auto CheckRows = [&](TQuillonDataAbstractObject& AnObject) {
+    for (const TRow& Row : AnObject.DataClass().Rows()) {
+      const TQuillonDataClass* Wanted = nullptr;
+      if (const auto* const Pointer = std::get_if<TRow::TPointer>(&Row.Access)) {
+        Wanted = &Pointer->Class();
+      } else if (Row.Kind == TQuillonRowKind::List) {
+        Wanted = &Row.As<TRow::TItems>().Field(AnObject).ItemClass();
+      }
+      EXPECT_TRUE(Wanted == nullptr || !PlanRows::Descendants(*Wanted).empty())
+          << AnObject.GetPublicClassName() << "." << Row.Name;
+    }
+  };
+  CheckRows(*Plan);
+  for (const TQuillonDataClass* Class : Classes) {
+    CheckRows(*Class->Create(Plan.get(), QuillonGuid::New()));
+  }
+}
+
+TEST(Classes, EveryRowOfEveryClassSurvivesAFile) {
+  for (const TQuillonDataClass* Class : PlanRows::Classes()) {
+    for (unsigned Seed = 1; Seed <= 3; ++Seed) {
+      const auto Source = CreateStorage<TAnyStorage>();
+      const TQuillonChangeTrackingLock Lock(*Source);
+      Source->FObjects.FItemClass = Class;
+      TQuillonDataObject* const Object = Class->Create(Source.get(), QuillonGuid::New());
+      PlanRows::TFiller(Seed).Fill(*Object);
+      Source->FObjects.Append(Object);
+      const std::string First = Source->SaveToXML();
+
+      const auto Target = CreateStorage<TAnyStorage>();
+      Target->FObjects.FItemClass = Class;
+      Target->LoadFromXML(First, "test");
+      ASSERT_EQ(Target->FObjects.Count(), 1) << Class->Tag();
+      EXPECT_EQ(PlanRows::Snapshot(*Target->FObjects.GetItem(0), TDetail::All),
+                PlanRows::Snapshot(*Object, TDetail::All));
+      const std::string Second = Target->SaveToXML();
+      Source->LoadFromXML(Second, "test");
+      EXPECT_EQ(Source->SaveToXML(), Second) << Class->Tag();
+      EXPECT_EQ(First.substr(First.find("<Item ")), Second.substr(Second.find("<Item "))) << Class->Tag();
+    }
+  }
+}
+
+TEST(Classes, AWholePlanWithEveryRowSurvivesAFileByteForByte) {
+  const auto Source = CreateStorage<TVELPlan>();
+  const TQuillonChangeTrackingLock Lock(*Source);
+  PlanRows::TFiller(7).Fill(*Source);
+  Source->SortLists();
+  const std::string First = Source->SaveToXML();
+  for (const TQuillonDataClass* Class : PlanRows::Classes()) {
+    if (Class->Tag().starts_with("SubjectCombination")) {
+      continue;  // no list of a plan holds them
+    }
+    EXPECT_NE(First.find("Class=\"" + std::string(Class->Tag()) + "\""), std::string::npos)
+        << Class->Tag() << " stands nowhere";
+  }
+
+  const auto Target = CreateStorage<TVELPlan>();
+  Target->LoadFromXML(First, "test");
+  EXPECT_EQ(PlanRows::Snapshot(*Target, TDetail::All), PlanRows::Snapshot(*Source, TDetail::All));
+  EXPECT_TRUE(Target->SaveToXML() == First);
+  // Twice into the same plan: what was there before leaves no trace.
+  Target->LoadFromXML(First, "test");
+  EXPECT_TRUE(Target->SaveToXML() == First);
+}
+
+TEST(Classes, AssignCopiesEveryRow) {
+  for (const TQuillonDataClass* Class : PlanRows::Classes()) {
+    const auto Store = CreateStorage<TAnyStorage>();
+    const TQuillonChangeTrackingLock Lock(*Store);
+    TQuillonDataObject* const Source = Class->Create(Store.get(), QuillonGuid::New());
+    TQuillonDataObject* const Target = Class->Create(Store.get(), QuillonGuid::New());
+    PlanRows::TFiller(11).Fill(*Source);
+    Target->Assign(*Source);
+    EXPECT_EQ(PlanRows::Snapshot(*Target, TDetail::Content), PlanRows::Snapshot(*Source, TDetail::Content));
+    EXPECT_NE(Target->ID(), Source->ID());
+    EXPECT_THROW(Target->Assign(*Store), EQuillonException) << Class->Tag();
+  }
+}
+
+TEST(Classes, SettingsGoBackToTheValuesOfANewPlan) {
+  const auto Plan = CreateStorage<TVELPlan>();
+  TVELEinstellungen& Settings = *Plan->FEinstellungen;
+  EXPECT_FALSE(Settings.FLineWrap);
+  const TVELTermininhalte* const Parts = Settings.FTerminInhalte.Get();
+  const TVELZeitrahmen* const Timeframe = Settings.FZeitrahmen.Get();
+  PlanRows::TFiller(3).Fill(Settings);
+  Settings.FAutomWochenfaktor = false;
+  Settings.FStandardKursartLowerCase = Settings.FNonStandardKursartUpperCase = false;
+  Settings.FAenderungenFreigeben = Settings.FShowAlwaysTime = Settings.FNoMessage = true;
+  Settings.Clear();
+  EXPECT_FALSE(Settings.FAutomWochenfaktor);  // not touched
+  EXPECT_TRUE(Settings.FLineWrap);
+  EXPECT_EQ(Settings.FTerminInhalte.Get(), Parts);
+  EXPECT_EQ(Settings.FZeitrahmen.Get(), Timeframe);
+  EXPECT_TRUE(Settings.FStandardKursartLowerCase && Settings.FNonStandardKursartUpperCase);
+  EXPECT_FALSE(Settings.FAenderungenFreigeben || Settings.FShowAlwaysTime || Settings.FNoMessage);
+  EXPECT_EQ(Settings.FWochenAusgenommen, TVELWeeks::All());
+  EXPECT_EQ(Settings.FMinProDefaultStd, 45);
+  EXPECT_EQ(Settings.FMinLKSchuelerAnzahl + Settings.FMinGKSchuelerAnzahl, 10);
+  EXPECT_EQ(Settings.FMaxLKSchuelerAnzahl + Settings.FMaxGKSchuelerAnzahl, 50);
+  EXPECT_EQ(Settings.FStatistikWochenAnzahl, 1);
+  EXPECT_EQ(Settings.FStdAnzeige, dtStdPosUndZeit);
+  EXPECT_EQ(Settings.FStundenplanID, -1);
+  EXPECT_EQ(Settings.FWochenende, velFriday);
+  EXPECT_EQ(Settings.FWochenstart, velMonday);
+  EXPECT_TRUE(Settings.FZeigeAufsichten && Settings.FZeigeLehrersymbole);
+  EXPECT_EQ(Settings.FZeigeWochen, "W");
+  EXPECT_EQ(Settings.FWochenPrefix, "[KW %s]");
+}
+
+}  // namespace
