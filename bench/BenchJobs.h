@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+/// The jobs that are measured.
+namespace Bench {
+
+/// Makes the school of a scale and saves it.
+void MakeSchool(const std::string& AFileName, int AScale);
+
+/// Reads a file into memory and parses it, with the options of the program's reader.
+/// @returns the file's length in bytes
+std::uint64_t Parse(const std::string& AFileName);
+/// The same with the XML library's default options.
+std::uint64_t ParseWithDefaults(const std::string& AFileName);
+
+/// Loads a plan.
+/// @returns the number of its objects
+std::uint64_t Load(const std::string& AFileName);
+
+/// Runs the program's export from the command line on: load, writing of all files, end of the plan.
+/// @returns its exit code, 0
+/// @throws std::runtime_error for any other exit code
+std::uint64_t Export(const std::string& AFileName, const std::string& AFolder);
+
+}  // namespace Bench

@@ -1,0 +1,75 @@
+#include "Measure.h"
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <exception>
+#include <iostream>
+#include <stdexcept>
+
+namespace Bench {
+
+namespace {
+
+struct TReport {
+  double Seconds = 0;
+  std::uint64_t Value = 0;
+};
+
+[[noreturn]] void RunChild(const std::function<std::uint64_t()>& AJob, int AnOutput) {
+  int ExitCode = 1;
+  try {
+    const auto Start = std::chrono::steady_clock::now();
+    TReport Report;
+    Report.Value = AJob();
+    Report.Seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - Start).count();
+    // Less than a pipe takes at once.
+    ExitCode = write(AnOutput, &Report, sizeof(Report)) == static_cast<ssize_t>(sizeof(Report)) ? 0 : 1;
+  } catch (const std::exception& Error) {
+    std::cerr << "[Error] " << Error.what() << "\n";
+  }
+  _exit(ExitCode);
+}
+
+/// The memory of the process is its whole peak here.
+TResult MeasureWhole(const std::function<std::uint64_t()>& AJob) {
+  std::array<int, 2> Pipe{};
+  if (pipe(Pipe.data()) != 0) {
+    throw std::runtime_error("a pipe cannot be made");
+  }
+  std::cout.flush();
+  const pid_t Child = fork();
+  if (Child < 0) {
+    throw std::runtime_error("a process cannot be started");
+  }
+  if (Child == 0) {
+    close(Pipe[0]);
+    RunChild(AJob, Pipe[1]);
+  }
+  close(Pipe[1]);
+  TReport Report;
+  const bool IsWhole = read(Pipe[0], &Report, sizeof(Report)) == static_cast<ssize_t>(sizeof(Report));
+  close(Pipe[0]);
+  int Status = 0;
+  rusage Usage{};
+  if (wait4(Child, &Status, 0, &Usage) != Child || !WIFEXITED(Status) || WEXITSTATUS(Status) != 0 || !IsWhole) {
+    throw std::runtime_error("a measured job has failed");
+  }
+  constexpr std::uint64_t Kilobyte = 1024;
+  return {Report.Seconds, Report.Value, static_cast<std::uint64_t>(Usage.ru_maxrss) * Kilobyte};
+}
+
+}  // namespace
+
+TResult Measure(const std::function<std::uint64_t()>& AJob) {
+  const TResult Idle = MeasureWhole([] { return std::uint64_t{0}; });
+  TResult Result = MeasureWhole(AJob);
+  Result.PeakBytes -= std::min(Result.PeakBytes, Idle.PeakBytes);
+  return Result;
+}
+
+}  // namespace Bench
