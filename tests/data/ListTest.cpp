@@ -1,0 +1,316 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <random>
+
+#include "QuillonDataObjects/QuickSort.h"
+#include "data/TestObjects.h"
+
+namespace {
+
+using QuillonDataObjects::CreateStorage;
+
+int CompareNames(const TQuillonDataObject& A, const TQuillonDataObject& B) {
+  return static_cast<const TTestItem&>(A).FName.compare(static_cast<const TTestItem&>(B).FName);
+}
+
+/// A storage whose list holds items named by the letters.
+struct TLetters {
+  explicit TLetters(const std::string& ALetters) {
+    for (const char Letter : ALetters) {
+      Store->AddItem(std::string(1, Letter));
+    }
+    List.FLog.clear();
+  }
+  TTestItem* operator[](int AnIndex) const { return List.GetItem(AnIndex); }
+
+  TQuillonDataHandle<TTestStorage> Store = CreateStorage<TTestStorage>();
+  TTestList& List = Store->FItems;
+};
+
+TEST(DataList, HooksFrameEveryChange) {
+  struct TCase {
+    std::function<void(TLetters&)> Act;
+    std::string Names;
+    std::string Log;
+  };
+  const TCase Cases[] = {
+      {[](TLetters& L) { L.List.Add(L.Store->NewItem("x")); }, "abcdx", "BeforeInsert-1/4 AfterInsert4/5 Change/5 "},
+      {[](TLetters& L) { L.List.Insert(1, L.Store->NewItem("x")); }, "axbcd",
+       "BeforeInsert1/4 AfterInsert1/5 Change/5 "},
+      {[](TLetters& L) { L.List.Delete(1); }, "acd", "BeforeDelete1/4 AfterDelete1/3 Change/3 "},
+      {[](TLetters& L) { L.List.Extract(2); }, "abd", "BeforeExtract2/4 AfterExtract2/3 Change/3 "},
+      {[](TLetters& L) { L.List.Move(0, 2); }, "bcad", "BeforeMove0/4 AfterMove2/4 Change/4 "},
+      {[](TLetters& L) { L.List.Move(3, 1); }, "adbc", "BeforeMove3/4 AfterMove1/4 Change/4 "},
+      {[](TLetters& L) { L.List.MoveToFirstIndex(2); }, "cabd", "BeforeMove2/4 AfterMove0/4 Change/4 "},
+      {[](TLetters& L) { L.List.MoveToLastIndex(0); }, "bcda", "BeforeMove0/4 AfterMove3/4 Change/4 "},
+      {[](TLetters& L) { L.List.Clear(); }, "", "BeforeClear/4 AfterClear/0 Change/0 "},
+      {[](TLetters& L) { L.List.Exchange(0, 3); }, "dbca",
+       "BeforeMove0/4 AfterMove2/4 Change/4 BeforeMove3/4 AfterMove0/4 Change/4 "},
+      // What changes nothing tells nothing.
+      {[](TLetters& L) { L.List.Add(nullptr); }, "abcd", ""},
+      {[](TLetters& L) { L.List.Insert(0, L[2]); }, "abcd", ""},
+      {[](TLetters& L) { L.List.Merge(L[2]); }, "abcd", ""},
+      {[](TLetters& L) { L.List.Exchange(2, 2); }, "abcd", ""},
+      {[](TLetters& L) { L.List.Delete(QuillonGuid::New()); }, "abcd", ""},
+      {[](TLetters& L) { L.List.Remove(L.Store->NewItem("x")); }, "abcd", ""},
+      {[](TLetters& L) { L.List.SetCompare(CompareNames), L.List.Sort(); }, "abcd", ""},
+  };
+  for (const TCase& Case : Cases) {
+    TLetters Letters("abcd");
+    Case.Act(Letters);
+    EXPECT_EQ(NamesOf(Letters.List), Case.Names);
+    EXPECT_EQ(Letters.List.FLog, Case.Log) << Case.Names;
+  }
+  EXPECT_EQ(TTestItem::Alive, 0);
+}
+
+TEST(DataList, PlacesOutsideAreRefused) {
+  TLetters Letters("ab");
+  for (const int Index : {-1, 2, INT32_MAX, INT32_MIN}) {
+    EXPECT_THROW(Letters.List.GetItem(Index), EQuillonCollectionError);
+    EXPECT_THROW(Letters.List.Delete(Index), EQuillonCollectionError);
+    EXPECT_THROW(Letters.List.Extract(Index), EQuillonCollectionError);
+    EXPECT_THROW(Letters.List.Move(0, Index), EQuillonCollectionError);
+    EXPECT_THROW(Letters.List.Move(Index, 0), EQuillonCollectionError);
+  }
+  TTestItem* const Item = Letters.Store->NewItem("x");
+  EXPECT_THROW(Letters.List.Insert(3, Item), EQuillonCollectionError);
+  EXPECT_THROW(Letters.List.Exchange(0, 2), EQuillonCollectionError);
+  EXPECT_EQ(NamesOf(Letters.List), "ab");
+}
+
+TEST(DataList, SetOperationsGoByIdentity) {
+  TLetters Letters("abcd");
+  TTestStorage& Store = *Letters.Store;
+  TTestList References(&Store);
+  References.Add(Letters[1]);
+  References.Add(Letters[1]);  // doubles are kept here
+  References.Add(Letters[3]);
+  EXPECT_EQ(NamesOf(References), "bbd");
+  EXPECT_TRUE(Letters.List.ContainsAll(References));
+  EXPECT_FALSE(References.ContainsAll(Letters.List));
+  EXPECT_FALSE(References.Contains(static_cast<const TQuillonDataObject*>(nullptr)));
+  EXPECT_EQ(References.IndexOf(Letters[0]), -1);
+  EXPECT_EQ(References.Find(Letters[3]->ID()), Letters[3]);
+  EXPECT_TRUE(References.Merge(Letters.List));
+  EXPECT_FALSE(References.Merge(Letters.List));
+  EXPECT_EQ(NamesOf(References), "bbdac");
+  EXPECT_TRUE(References.AddAll(References));
+  EXPECT_EQ(NamesOf(References), "bbdacbbdac");
+  TTestList Wanted(&Store);
+  EXPECT_TRUE(Wanted.InsertAll(0, Letters.List));
+  EXPECT_EQ(NamesOf(Wanted), "abcd");
+  Wanted.Delete(0);
+  EXPECT_TRUE(References.RetainAll(Wanted));
+  EXPECT_EQ(NamesOf(References), "bbdcbbdc");
+  Wanted.Delete(0);
+  EXPECT_TRUE(References.RemoveAll(Wanted));
+  EXPECT_FALSE(References.RemoveAll(Wanted));
+  EXPECT_EQ(NamesOf(References), "bbbb");
+  References.Assign(Letters.List);
+  EXPECT_EQ(NamesOf(References), "bbbbacd");  // what both have stays as it stands
+}
+
+TEST(DataList, OwningListsMoveImportAndCopy) {
+  TLetters Here("abc");
+  TLetters There("xyz");
+  There.List.Add(QuillonDataObjects::Create<TTestItem>(There.Store.get(), Here[1]->ID()));
+  There[3]->FName = "B";
+
+  EXPECT_TRUE(Here.List.Import(There.List));
+  EXPECT_EQ(NamesOf(Here.List), "aBcxyz");
+  EXPECT_EQ(Here[3]->ID(), There[0]->ID());
+  EXPECT_EQ(Here[3]->Storage(), Here.Store.get());
+  EXPECT_FALSE(Here.List.Import(There.List));
+
+  Here.List.Assign(There.List);
+  EXPECT_EQ(NamesOf(Here.List), "xyzB");
+  EXPECT_FALSE(Here.List.ContainsAll(There.List));  // copies have identities of their own
+
+  Here.Store->FOthers.Add(Here[0]);  // held by both lists from now on
+  Here.Store->FOthers.Add(Here.Store->NewItem("q"));
+  EXPECT_EQ(Here.List.MergeEx(Here.Store->FOthers), 1);
+  EXPECT_EQ(NamesOf(Here.List), "xyzBq");
+  EXPECT_EQ(NamesOf(Here.Store->FOthers), "x");
+  EXPECT_EQ(Here[4]->FOwner, &Here.List);
+}
+
+TEST(DataList, SortedListsTakeItemsInOrder) {
+  TLetters Letters("dacb");
+  Letters.List.SetCompare(CompareNames);
+  Letters.List.SetSorted(true);
+  EXPECT_EQ(NamesOf(Letters.List), "abcd");
+  EXPECT_EQ(Letters.List.FLog, "");
+  for (const char* Name : {"e", "A", "bb", "c"}) {
+    Letters.Store->AddItem(Name);
+  }
+  EXPECT_EQ(NamesOf(Letters.List), "Aabbbccde");
+  Letters.List.FLog.clear();
+  Letters.List.Sort([](const TQuillonDataObject& A, const TQuillonDataObject& B) { return CompareNames(B, A); });
+  EXPECT_EQ(NamesOf(Letters.List), "edccbbbaA");
+  EXPECT_NE(Letters.List.FLog.find("BeforeMove"), std::string::npos);  // this one tells of every step
+}
+
+/// The algorithm as it is told, with both parts by recursion.
+void SortAsTold(std::vector<int>& AnItems, int AStart, int AnEnd, const std::function<int(int, int)>& ACompare) {
+  const auto At = [&](int AnIndex) -> int& { return AnItems.at(static_cast<std::size_t>(AnIndex)); };
+  int Left = 0;
+  do {
+    Left = AStart;
+    int Right = AnEnd;
+    int Pivot = (AStart + AnEnd) / 2;
+    do {
+      while (ACompare(At(Left), At(Pivot)) < 0) {
+        ++Left;
+      }
+      while (ACompare(At(Right), At(Pivot)) > 0) {
+        --Right;
+      }
+      if (Left <= Right) {
+        std::swap(At(Left), At(Right));
+        if (Pivot == Left) {
+          Pivot = Right;
+        } else if (Pivot == Right) {
+          Pivot = Left;
+        }
+        ++Left;
+        --Right;
+      }
+    } while (Left <= Right);
+    if (AStart < Right) {
+      SortAsTold(AnItems, AStart, Right, ACompare);
+    }
+    AStart = Left;
+  } while (Left < AnEnd);
+}
+
+TEST(QuickSort, ExchangesAsToldWhateverTheOrder) {
+  // Items are told apart by more than the order sees; the second order is not transitive.
+  const std::function<int(int, int)> Orders[] = {
+      [](int A, int B) { return A / 8 - B / 8; },
+      [](int A, int B) { return A % 3 == B % 3 ? 0 : ((A % 3 + 1) % 3 == B % 3 ? -1 : 1); }};
+  std::mt19937 Random(1);
+  for (const auto& Order : Orders) {
+    for (int Round = 0; Round < 3000; ++Round) {
+      std::vector<int> Expected(std::uniform_int_distribution<std::size_t>(2, 40)(Random));
+      for (int& Item : Expected) {
+        Item = std::uniform_int_distribution<int>(0, 99)(Random);
+      }
+      std::vector<int> Items = Expected;
+      SortAsTold(Expected, 0, static_cast<int>(Expected.size()) - 1, Order);
+      const auto At = [&](int AnIndex) -> int& { return Items.at(static_cast<std::size_t>(AnIndex)); };
+      QuillonDataObjects::QuickSort(
+          0, static_cast<int>(Items.size()) - 1, [&](int A, int B) { return Order(At(A), At(B)); },
+          [&](int A, int B) { std::swap(At(A), At(B)); });
+      ASSERT_EQ(Items, Expected);
+    }
+  }
+}
+
+TEST(QuickSort, StaysFlatOnInputsMadeToBeDeep) {
+  const auto DepthOf = [](std::vector<int> AnItems) {
+    const auto At = [&](int AnIndex) -> int& { return AnItems[static_cast<std::size_t>(AnIndex)]; };
+    std::uintptr_t Low = UINTPTR_MAX;
+    std::uintptr_t High = 0;
+    QuillonDataObjects::QuickSort(
+        0, static_cast<int>(AnItems.size()) - 1,
+        [&](int A, int B) {
+          const char Here = 0;
+          Low = std::min(Low, reinterpret_cast<std::uintptr_t>(&Here));
+          High = std::max(High, reinterpret_cast<std::uintptr_t>(&Here));
+          return At(A) - At(B);
+        },
+        [&](int A, int B) { std::swap(At(A), At(B)); });
+    EXPECT_TRUE(std::is_sorted(AnItems.begin(), AnItems.end()));
+    return High - Low;
+  };
+  constexpr int Many = 100000;
+  constexpr std::uintptr_t Limit = 64 * 1024;
+  std::vector<int> Equal(Many, 1);
+  std::vector<int> Falling(Many);
+  std::vector<int> OrganPipe(Many / 10);
+  for (int I = 0; I < Many; ++I) {
+    Falling[static_cast<std::size_t>(I)] = Many - I;
+  }
+  for (int I = 0; I < Many / 10; ++I) {
+    OrganPipe[static_cast<std::size_t>(I)] = std::min(I, Many / 10 - I);
+  }
+  EXPECT_LT(DepthOf(Equal), Limit);
+  EXPECT_LT(DepthOf(Falling), Limit);
+  EXPECT_LT(DepthOf(OrganPipe), Limit);
+}
+
+TEST(DataHolder, AnObjectIsFreedOnceByTheLastWhoHoldsIt) {
+  {
+    TLetters Letters("ab");
+    TTestStorage& Store = *Letters.Store;
+    Store.FOthers.Add(Letters[0]);
+    Store.FPart.Take(Letters[0], Store);
+    Letters.List.Delete(0);
+    Store.FOthers.Clear();
+    EXPECT_EQ(TTestItem::Alive, 2);
+    Store.FPart.Take(nullptr, Store);
+    EXPECT_EQ(TTestItem::Alive, 1);
+
+    TTestItem* const Taken = Letters[0];
+    Taken->Extract();
+    EXPECT_TRUE(Letters.List.IsEmpty());
+    EXPECT_EQ(Taken->FOwner, &Store);
+    EXPECT_EQ(Store.Registry().GetObject(Taken->ID(), TTestItem::Class()), Taken);
+    Store.FOthers.Add(Taken);
+    Store.FOthers.Add(Taken);
+    Store.NewItem("held by nobody");
+    Letters.List.Add(Store.NewItem("c"));
+    Letters.List.SetItem(0, Taken);
+    EXPECT_EQ(TTestItem::Alive, 2);
+    Store.Clear();
+    EXPECT_EQ(TTestItem::Alive, 0);
+    Store.NewItem("still held by nobody");
+    Store.FFriends.Add(Store.NewItem("only referred to"));
+  }
+  EXPECT_EQ(TTestItem::Alive, 0);
+}
+
+TEST(ObjectRegistry, FindsWhatAMapFinds) {
+  const auto Store = CreateStorage<TTestStorage>();
+  const TQuillonDataClass* const Classes[] = {&TTestItem::Class(), &TTestTwin<1>::Class(), &TTestTwin<2>::Class()};
+  std::vector<TGUID> IDs(400);
+  for (TGUID& ID : IDs) {
+    ID = QuillonGuid::New();
+  }
+  std::multimap<TGUID, TQuillonDataObject*> Expected;
+  std::mt19937 Random(5);
+  const auto Pick = [&](std::size_t ACount) {
+    return std::uniform_int_distribution<std::size_t>(0, ACount - 1)(Random);
+  };
+  for (int Round = 0; Round < 6000; ++Round) {
+    const TGUID& ID = IDs[Pick(IDs.size())];
+    const auto Found = Expected.find(ID);
+    if (Found != Expected.end() && Pick(5) < (Round % 2000 < 1000 ? 2U : 4U)) {
+      if (Pick(2) == 0) {
+        QuillonDataObjects::Free(Found->second);
+      } else {
+        Found->second->SetID(QuillonGuid::New());  // leaves the place, stays with the storage
+      }
+      Expected.erase(Found);
+    } else {
+      Expected.emplace(ID, Classes[Pick(3)]->Create(Store.get(), ID));
+    }
+    const TGUID& Asked = IDs[Pick(IDs.size())];
+    const auto [Begin, End] = Expected.equal_range(Asked);
+    for (const TQuillonDataClass* Class : Classes) {
+      TQuillonDataAbstractObject* const Object = Store->Registry().GetObject(Asked, *Class);
+      const auto IsIt = [&](const auto& AnEntry) { return AnEntry.second == Object; };
+      const auto IsOfClass = [&](const auto& AnEntry) { return &AnEntry.second->DataClass() == Class; };
+      if (Object == nullptr) {
+        ASSERT_TRUE(std::none_of(Begin, End, IsOfClass));
+      } else {
+        ASSERT_TRUE(std::any_of(Begin, End, IsIt) && &Object->DataClass() == Class);
+      }
+    }
+  }
+}
+
+}  // namespace
