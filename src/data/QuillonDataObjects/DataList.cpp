@@ -6,6 +6,13 @@
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/Storage.h"
 
+namespace {
+
+/// Place that is told ahead of an item that goes to the end, or where the order puts it.
+constexpr int AnyPlace = -1;
+
+}  // namespace
+
 TQuillonDataList::TQuillonDataList(TQuillonDataAbstractObject* AnOwner, TItems AnItems)
     : FIsItemOwner(AnItems == TItems::Owned) {
   FOwner = AnOwner;
@@ -52,13 +59,13 @@ void TQuillonDataList::SetItem(int AnIndex, TQuillonDataObject* AnItem) {
   }
 }
 
-void TQuillonDataList::InsertAt(int AnIndex, TQuillonDataObject* AnItem) {
+void TQuillonDataList::InsertAt(int AWanted, int AnIndex, TQuillonDataObject* AnItem) {
   assert(AnItem->DataClass().DescendsFrom(ItemClass()));
   if (FIsItemOwner) {
     TQuillonDataHolder::Hold(*AnItem, *this);
   }
   Perform([&] {
-    BeforeInsert(AnIndex, AnItem);
+    BeforeInsert(AWanted, AnItem);
     FItems.insert(FItems.begin() + AnIndex, AnItem);
     AfterInsert(AnIndex);
   });
@@ -66,19 +73,19 @@ void TQuillonDataList::InsertAt(int AnIndex, TQuillonDataObject* AnItem) {
 
 void TQuillonDataList::Add(TQuillonDataObject* AnItem) {
   if (AnItem != nullptr) {
-    InsertAt(FSorted ? FindPlace(*AnItem) : Count(), AnItem);
+    InsertAt(AnyPlace, FSorted ? FindPlace(*AnItem) : Count(), AnItem);
   }
 }
 
 void TQuillonDataList::Append(TQuillonDataObject* AnItem) {
   if (AnItem != nullptr) {
-    InsertAt(Count(), AnItem);
+    InsertAt(AnyPlace, Count(), AnItem);
   }
 }
 
 void TQuillonDataList::Insert(int AnIndex, TQuillonDataObject* AnItem) {
   if (AnItem != nullptr && !Contains(AnItem)) {
-    InsertAt(CheckedIndex(AnIndex, Count() + 1), AnItem);
+    InsertAt(AnIndex, CheckedIndex(AnIndex, Count() + 1), AnItem);
   }
 }
 
@@ -318,7 +325,7 @@ void TQuillonDataList::MoveToNextIndex(int AnIndex) {
 }
 
 void TQuillonDataList::Exchange(int AFirstIndex, int ASecondIndex) {
-  if (AFirstIndex == ASecondIndex) {
+  if (CheckedIndex(AFirstIndex, Count()) == CheckedIndex(ASecondIndex, Count())) {
     return;
   }
   Move(AFirstIndex, ASecondIndex > AFirstIndex ? ASecondIndex - 1 : ASecondIndex + 1);

@@ -90,6 +90,7 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   void MoveToLastIndex(int AnIndex) { Move(AnIndex, Count() - 1); }
   void MoveToPrevIndex(int AnIndex);
   void MoveToNextIndex(int AnIndex);
+  /// @throws EQuillonCollectionError for an index outside of the list
   void Exchange(int AFirstIndex, int ASecondIndex);
 
   /// Sorts by the list's own comparison, without notice.
@@ -124,6 +125,7 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   virtual void BeforeClear() {}
   virtual void BeforeDelete(int /*AnIndex*/) {}
   virtual void BeforeExtract(int /*AnIndex*/) {}
+  /// @param AnIndex -1 when the place is the list's choice
   virtual void BeforeInsert(int /*AnIndex*/, TQuillonDataObject* /*AnItem*/) {}
   virtual void BeforeMove(int /*AnIndex*/) {}
   virtual std::string GetBaseDisplayName() const;
@@ -131,7 +133,7 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
  private:
   template <class TBody>
   void Perform(TBody&& ABody);
-  void InsertAt(int AnIndex, TQuillonDataObject* AnItem);
+  void InsertAt(int AWanted, int AnIndex, TQuillonDataObject* AnItem);
   int CheckedIndex(int AnIndex, int ALimit) const;
   int CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B) const;
   int FindPlace(const TQuillonDataObject& AnItem) const;
