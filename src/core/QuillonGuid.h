@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <compare>
 #include <cstddef>
 #include <cstdint>
@@ -13,6 +14,11 @@ struct TGUID {
   std::array<std::uint8_t, 16> Bytes{};
 
   bool IsZero() const { return *this == TGUID{}; }
+  friend bool operator==(const TGUID& A, const TGUID& B) {
+    // Two words at once: identities are compared millions of times while a plan is read.
+    using TWords = std::array<std::uint64_t, 2>;
+    return std::bit_cast<TWords>(A.Bytes) == std::bit_cast<TWords>(B.Bytes);
+  }
   friend auto operator<=>(const TGUID&, const TGUID&) = default;
 };
 

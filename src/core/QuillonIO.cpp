@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <limits>
+#include <new>
 #include <thread>
 #include <utility>
 
@@ -307,27 +309,44 @@ void TQuillonFileStream::Close() {
   }
 }
 
+TQuillonBuffer::TQuillonBuffer(std::string_view ABytes) {
+  Resize(ABytes.size());
+  std::copy(ABytes.begin(), ABytes.end(), Data());
+}
+
+void TQuillonBuffer::TFree::operator()(char* ABytes) const { std::free(ABytes); }
+
+void TQuillonBuffer::Resize(std::size_t ASize) {
+  // One byte at least: an empty block may be told by a null pointer, as a failure is.
+  auto* const Bytes = static_cast<char*>(std::realloc(FBytes.get(), std::max<std::size_t>(ASize, 1)));
+  if (Bytes == nullptr) {
+    throw std::bad_alloc();
+  }
+  static_cast<void>(FBytes.release());
+  FBytes.reset(Bytes);
+  FSize = ASize;
+}
+
 namespace QuillonIO {
 
-std::string ReadWholeFile(TQuillonStream& AStream) {
+TQuillonBuffer ReadIntoBuffer(TQuillonStream& AStream) {
   constexpr std::size_t FirstPiece = 65'536;
   const std::size_t Claimed = ClaimedSize(AStream);
-  std::string Content(FirstPiece, '\0');
+  TQuillonBuffer Content;
+  Content.Resize(FirstPiece);
   std::size_t Length = 0;
-  while (const std::size_t Got = AStream.Read(std::span(Content).subspan(Length))) {
+  while (const std::size_t Got = AStream.Read({Content.Data() + Length, Content.Size() - Length})) {
     Length += Got;
-    if (Length == Content.size()) {
+    if (Length == Content.Size()) {
       // Twice what has come, at most; the claimed size, and one more to see the end, as soon as it is within that.
-      const std::size_t Wanted = Claimed >= Length && Claimed < 2 * Length ? Claimed + 1 : 2 * Length;
-      std::string Longer;
-      Longer.reserve(Wanted);
-      Longer.append(Content).resize(Wanted);
-      Content = std::move(Longer);
+      Content.Resize(Claimed >= Length && Claimed < 2 * Length ? Claimed + 1 : 2 * Length);
     }
   }
-  Content.resize(Length);
+  Content.Resize(Length);
   return Content;
 }
+
+std::string ReadWholeFile(TQuillonStream& AStream) { return std::string(ReadIntoBuffer(AStream).View()); }
 
 std::string ReadWholeFile(const std::string& AFileName) {
   TQuillonFileStream Stream(AFileName, fomOpenRead, famShareDenyNone);

@@ -125,10 +125,36 @@ class TQuillonFileStream : public TQuillonStream {
   std::unique_ptr<Platform::File> FFileObject;
 };
 
+/// Bytes of a file in memory, to be worked on in place. Grows without copying or clearing, as a string cannot.
+class TQuillonBuffer {
+ public:
+  TQuillonBuffer() = default;
+  TQuillonBuffer(std::string_view ABytes);  // NOLINT(google-explicit-constructor): a text is a buffer's content
+  TQuillonBuffer(const std::string& ABytes) : TQuillonBuffer(std::string_view(ABytes)) {}
+  TQuillonBuffer(const char* AText) : TQuillonBuffer(std::string_view(AText)) {}
+
+  char* Data() { return FBytes.get(); }
+  std::size_t Size() const { return FSize; }
+  std::string_view View() const { return {FBytes.get(), FSize}; }
+  /// What a larger size adds is not set to anything.
+  void Resize(std::size_t ASize);
+
+ private:
+  struct TFree {
+    void operator()(char* ABytes) const;
+  };
+
+  std::unique_ptr<char, TFree> FBytes;
+  std::size_t FSize = 0;
+};
+
 namespace QuillonIO {
 
 /// Everything from the position to the end. The memory taken grows with what really comes, whatever size the stream
 /// claims to have.
+TQuillonBuffer ReadIntoBuffer(TQuillonStream& AStream);
+
+/// As ReadIntoBuffer.
 std::string ReadWholeFile(TQuillonStream& AStream);
 /// @throws EQuillonFileHandleError
 std::string ReadWholeFile(const std::string& AFileName);

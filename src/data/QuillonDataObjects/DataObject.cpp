@@ -85,8 +85,12 @@ TQuillonDataAbstractObject* TQuillonDataAbstractObject::ResolveReference(const T
 }
 
 void TQuillonDataAbstractObject::InitProperties() {
-  FCreated = QuillonDateTime::Now();
-  FChanged = FCreated;
+  // An object that a reader makes gets the stamps of the file.
+  const TQuillonDataStorage* const Store = Storage();
+  if (Store == nullptr || !Store->IsChangeTrackingLocked()) {
+    FCreated = QuillonDateTime::Now();
+    FChanged = FCreated;
+  }
 }
 
 void TQuillonDataAbstractObject::FreeProperties() {

@@ -31,6 +31,9 @@ void Free(TQuillonDataAbstractObject* AnObject);
 /// virtual FreeProperties runs while it is still whole; then it is deleted.
 /// TQuillonDataClass::Create and QuillonDataObjects::Free are these two ways.
 class TQuillonDataAbstractObject : public TQuillonObject {
+  // First of all fields, beside the class: the two are what a look-up by identity touches.
+  mutable TGUID FID;
+
  public:
   /// The stamps that every object has: the first rows of every table.
   static const TQuillonDataClass& Class();
@@ -105,7 +108,6 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   void AfterConstruction(TQuillonDataAbstractObject* AnOwner, const TGUID& AnID);
   void BeforeDestruction();
 
-  mutable TGUID FID;
   std::uint32_t FHolders = 0;
   mutable bool FHasID = false;
   bool FRegistered = false;

@@ -7,7 +7,6 @@
 #include "QuillonDataObjects/XMLReader.h"
 #include "QuillonDataObjects/XMLWriter.h"
 #include "QuillonFileSystem.h"
-#include "QuillonIO.h"
 
 const TQuillonDataClass& TQuillonDataStorage::Class() {
   using T = TQuillonDataStorage;
@@ -99,14 +98,13 @@ void TQuillonDataStorage::LoadExistingFile(const std::string& AFileName) {
     const TQuillonChangeTrackingLock Lock(*this);
     FFileName = AFileName;
     TQuillonFileStream Stream(AFileName, fomOpenRead, famShareDenyWrite, fomOpenRead, famShareDenyNone);
-    std::string Document = QuillonIO::ReadWholeFile(Stream);
-    LoadFromXML(std::move(Document), AFileName);
+    LoadFromXML(QuillonIO::ReadIntoBuffer(Stream), AFileName);
   }
   FModified = false;
   AfterLoad();
 }
 
-void TQuillonDataStorage::LoadFromXML(std::string ADocument, std::string_view ASource) {
+void TQuillonDataStorage::LoadFromXML(TQuillonBuffer ADocument, std::string_view ASource) {
   TQuillonDataObjectXMLReader Reader(*this, std::move(ADocument), ASource);
   const TQuillonChangeTrackingLock Lock(*this);
   Clear();

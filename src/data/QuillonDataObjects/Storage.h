@@ -7,6 +7,7 @@
 #include "QuillonDataObjects/DataObject.h"
 #include "QuillonDataObjects/Registry.h"
 #include "QuillonDataObjects/Release.h"
+#include "QuillonIO.h"
 
 /// What a storage is busy with; model objects skip reactions that would be wrong at these times.
 enum class TQuillonDataStorageState : std::uint8_t { dssPlayback, dssClearing };
@@ -49,7 +50,7 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
 
   /// @param ADocument the file's bytes; used up by the parser
   /// @param ASource what messages call the document, usually its file name
-  void LoadFromXML(std::string ADocument, std::string_view ASource);
+  void LoadFromXML(TQuillonBuffer ADocument, std::string_view ASource);
   std::string SaveToXML();
 
  protected:

@@ -120,20 +120,22 @@ void SetDefault(TQuillonDataAbstractObject& AnObject, const TRow& ARow) {
 
 }  // namespace
 
-TQuillonDataObjectXMLReader::TQuillonDataObjectXMLReader(TQuillonDataStorage& AStorage, std::string ADocument,
+TQuillonDataObjectXMLReader::TQuillonDataObjectXMLReader(TQuillonDataStorage& AStorage, TQuillonBuffer ADocument,
                                                          std::string_view ASource)
     : TQuillonDataObjectReader(AStorage), FBuffer(std::move(ADocument)) {
   const auto Refuse = [&](const std::string& AReason) {
     throw EQuillonDataObjectReaderError("\"" + std::string(ASource) + "\" ist kein gültiges XML-Dokument: " + AReason);
   };
-  if (!IsUtf16(FBuffer)) {
-    if (const std::size_t Bad = QuillonText::FindInvalidUtf8(FBuffer); Bad != std::string::npos) {
-      Refuse("ungültiges UTF-8 (Zeile " + std::to_string(LineOf(FBuffer, static_cast<std::ptrdiff_t>(Bad))) + ").");
+  if (!IsUtf16(FBuffer.View())) {
+    if (const std::size_t Bad = QuillonText::FindInvalidUtf8(FBuffer.View()); Bad != std::string::npos) {
+      Refuse("ungültiges UTF-8 (Zeile " + std::to_string(LineOf(FBuffer.View(), static_cast<std::ptrdiff_t>(Bad))) +
+             ").");
     }
   }
-  const pugi::xml_parse_result Result = FDocument.load_buffer_inplace(FBuffer.data(), FBuffer.size(), ParseOptions);
+  const pugi::xml_parse_result Result = FDocument.load_buffer_inplace(FBuffer.Data(), FBuffer.Size(), ParseOptions);
   if (!Result) {
-    Refuse(std::string(Result.description()) + " (Zeile " + std::to_string(LineOf(FBuffer, Result.offset)) + ").");
+    Refuse(std::string(Result.description()) + " (Zeile " + std::to_string(LineOf(FBuffer.View(), Result.offset)) +
+           ").");
   }
   FCursor = FDocument.document_element();
   if (std::strcmp(FCursor.name(), DocumentElement) != 0) {
@@ -156,16 +158,20 @@ class TQuillonDataObjectXMLReader::TElements {
     FStack.resize(FStart + FRows.size());
     std::size_t Next = 0;
     for (pugi::xml_node Child = AParent.first_child(); Child; Child = Child.next_sibling()) {
-      if (Child.type() != pugi::node_element) {
+      const char* const Name = Child.name();
+      if (*Name == '\0') {  // a text or a comment
         continue;
       }
-      const std::size_t Found = Seek(Child.name(), Next);
+      const std::size_t Found = Seek(Name, Next);
       if (Found == FRows.size()) {
+        ++FUnknown;
         continue;
       }
       pugi::xml_node& First = FStack[FStart + FRows[Found].FirstOfName];
       if (!First) {
         First = Child;
+      } else {
+        ++FUnknown;
       }
       Next = Found + 1;
     }
@@ -174,6 +180,8 @@ class TQuillonDataObjectXMLReader::TElements {
   TElements& operator=(const TElements&) = delete;
   ~TElements() { FStack.resize(FStart); }
 
+  /// Elements that no row reads.
+  std::int64_t Unknown() const { return FUnknown; }
   pugi::xml_node Of(const TRow& ARow) const { return FStack[FStart + ARow.FirstOfName]; }
 
  private:
@@ -192,6 +200,7 @@ class TQuillonDataObjectXMLReader::TElements {
     return static_cast<std::size_t>(Found - FRows.begin());
   }
 
+  std::int64_t FUnknown = 0;
   std::vector<pugi::xml_node>& FStack;
   std::size_t FStart;
   std::span<const TRow> FRows;
@@ -200,14 +209,18 @@ class TQuillonDataObjectXMLReader::TElements {
 void TQuillonDataObjectXMLReader::ReadRows(TQuillonDataAbstractObject& AnObject) {
   const std::span<const TRow> Rows = AnObject.DataClass().Rows();
   const TElements Elements(FElements, FCursor, Rows);
+  FPassedOver += Elements.Unknown();
   const TQuillonRelease Release = Storage().FileRelease();
   for (const TRow& Row : Rows) {
     if (Row.Kind == TQuillonRowKind::Hook) {
       Row.As<TRow::TStep>().Run(AnObject);
     } else if (Row.IsReadFrom(Release)) {
       ReadRow(AnObject, Row, Elements.Of(Row));
-    } else if (!Row.KeepsCurrent && !Row.IsRetired()) {
-      SetDefault(AnObject, Row);
+    } else {
+      FPassedOver += Elements.Of(Row) ? 1 : 0;
+      if (!Row.KeepsCurrent && !Row.IsRetired()) {
+        SetDefault(AnObject, Row);
+      }
     }
   }
 }
@@ -231,6 +244,7 @@ void TQuillonDataObjectXMLReader::ReadValue(TQuillonDataAbstractObject& AnObject
       return;
     case TQuillonRowKind::Reference:
       ARow.As<TRow::TPointer>().Set(AnObject, &FindReferred(AnElement, ARow.As<TRow::TPointer>().Class()));
+      FPassedOver += AnElement.first_child() ? 1 : 0;
       return;
     case TQuillonRowKind::List:
       ReadList(AnObject, ARow, AnElement);
@@ -238,6 +252,7 @@ void TQuillonDataObjectXMLReader::ReadValue(TQuillonDataAbstractObject& AnObject
     default:
       break;
   }
+  FPassedOver += AnElement.first_child() ? 1 : 0;
   std::string Scratch;
   try {
     QuillonXMLValues::Read(AnObject, ARow, TextOf(AnElement, Scratch));
@@ -252,29 +267,32 @@ void TQuillonDataObjectXMLReader::ReadList(TQuillonDataAbstractObject& AnObject,
   if (!ARow.Merged) {
     List.Clear();
   }
-  const pugi::xml_node Items = AnElement.child(ItemsElement);
+  pugi::xml_node Items = AnElement.child(ItemsElement);
   if (!Items) {
     ThrowExpected(AnElement, "Tag", ItemsElement);
   }
   const TQuillonDataClass& ItemClass = List.ItemClass();
-  for (pugi::xml_node Item = Items.first_child(); Item; Item = Item.next_sibling()) {
+  for (pugi::xml_node Item = Items.first_child(), Next; Item; Item = Next) {
+    Next = Item.next_sibling();
     if (std::strcmp(Item.name(), ItemElement) != 0) {
+      ++FPassedOver;
       continue;
     }
+    const std::int64_t Before = FPassedOver;
     TQuillonDataObject& Object = List.IsItemOwner() ? ReadObject(Item, ItemClass) : FindReferred(Item, ItemClass);
     if (ARow.Merged) {
       List.Merge(&Object);
     } else {
       List.Append(&Object);
     }
+    if (!List.IsItemOwner()) {
+      FPassedOver += Item.first_child() ? 1 : 0;
+    } else if (FPassedOver == Before) {
+      // Its memory serves the objects that come. An item with elements that nobody read stays: they may be nested
+      // deeper than the removal, which is recursive, can go.
+      Items.remove_child(Item);
+    }
   }
-  // A list's stamps stand inside its element, but are read beside it: it takes those of the object it lies in.
-  // Last, because each item that enters stamps the list.
-  List.FVersion = AnObject.FVersion;
-  List.FChanged = AnObject.FChanged;
-  List.FChangedBy = AnObject.FChangedBy;
-  List.FCreated = AnObject.FCreated;
-  List.FCreatedBy = AnObject.FCreatedBy;
 }
 
 TQuillonDataObject& TQuillonDataObjectXMLReader::FindReferred(const pugi::xml_node& AnElement,

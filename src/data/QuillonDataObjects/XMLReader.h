@@ -1,11 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <pugixml.hpp>
-#include <string>
 #include <string_view>
 #include <vector>
 
 #include "QuillonDataObjects/ReaderWriter.h"
+#include "QuillonIO.h"
 
 struct TQuillonDataRow;
 
@@ -16,7 +17,7 @@ class TQuillonDataObjectXMLReader : public TQuillonDataObjectReader {
   /// @param ADocument the document's bytes, in UTF-8 or UTF-16; parsed in place
   /// @param ASource what messages call the document
   /// @throws EQuillonDataObjectReaderError for what is no well-formed document of a storage
-  TQuillonDataObjectXMLReader(TQuillonDataStorage& AStorage, std::string ADocument, std::string_view ASource);
+  TQuillonDataObjectXMLReader(TQuillonDataStorage& AStorage, TQuillonBuffer ADocument, std::string_view ASource);
 
   void ReadRows(TQuillonDataAbstractObject& AnObject) override;
 
@@ -29,8 +30,9 @@ class TQuillonDataObjectXMLReader : public TQuillonDataObjectReader {
   TQuillonDataObject& FindReferred(const pugi::xml_node& AnElement, const TQuillonDataClass& ABase) const;
   TQuillonDataObject& ReadObject(const pugi::xml_node& AnElement, const TQuillonDataClass& ABase);
 
-  std::string FBuffer;
+  TQuillonBuffer FBuffer;
   pugi::xml_document FDocument;
   pugi::xml_node FCursor;
+  std::int64_t FPassedOver = 0;           ///< elements so far that no row has read
   std::vector<pugi::xml_node> FElements;  ///< of the objects being read, one behind the other, an entry a row
 };

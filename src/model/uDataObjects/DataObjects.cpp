@@ -21,10 +21,16 @@ void TVELDataObject::Assign(const TQuillonObject& AnObject) {
   }
 }
 
-bool TVELDataObject::IsTracked() const {
-  const TQuillonDataStorage* const Store = Storage();
+namespace {
+
+bool IsTrackedObject(const TQuillonDataAbstractObject& AnObject) {
+  const TQuillonDataStorage* const Store = AnObject.Storage();
   return Store != nullptr && !Store->IsChangeTrackingLocked();
 }
+
+}  // namespace
+
+bool TVELDataObject::IsTracked() const { return IsTrackedObject(*this); }
 
 void TVELDataObject::Change() {
   if (IsTracked()) {
@@ -47,6 +53,12 @@ std::string TVELDataObject::GetDisplayName() const {
 TQuillonRelease TVELDataObject::FileRelease() const {
   const TQuillonDataStorage* const Store = Storage();
   return Store != nullptr ? Store->FileRelease() : TQuillonRelease{};
+}
+
+void TVELDataList::Change() {
+  if (IsTrackedObject(*this)) {
+    TQuillonListOf::Change();
+  }
 }
 
 TVELDataObject* TVELDataList::FindCustomID(std::string_view ACustomID) const {

@@ -38,6 +38,8 @@ class TVELDataList : public TQuillonListOf<TVELDataObject> {
  public:
   using TQuillonListOf::TQuillonListOf;
 
+  /// Does nothing without storage and while the storage's change tracking is locked.
+  void Change() override;
   /// The first item with the identifier, an empty one included; null if there is none.
   TVELDataObject* FindCustomID(std::string_view ACustomID) const;
 };
