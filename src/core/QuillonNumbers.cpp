@@ -13,6 +13,17 @@ namespace {
 /// Longest piece of a wrong text that an error message repeats.
 constexpr std::size_t QuotedLength = 100;
 
+/// The digits with their sign, as std::from_chars wants them.
+std::string_view Bare(std::string_view AText) {
+  constexpr std::string_view Blanks = " \t\r\n";
+  AText.remove_prefix(std::min(AText.find_first_not_of(Blanks), AText.size()));
+  AText.remove_suffix(AText.size() - (AText.find_last_not_of(Blanks) + 1));
+  if (AText.size() > 1 && AText.front() == '+' && AText[1] != '-') {
+    AText.remove_prefix(1);
+  }
+  return AText;
+}
+
 [[noreturn]] void ThrowConvertError(std::string_view AText, std::string_view AWanted) {
   throw EQuillonConvertError("\"" + std::string(AText.substr(0, QuotedLength)) + "\" ist " + std::string(AWanted) +
                              ".");
@@ -23,11 +34,7 @@ constexpr std::size_t QuotedLength = 100;
 namespace QuillonNumbers {
 
 std::int64_t ParseInteger(std::string_view AText, std::int64_t AMin, std::int64_t AMax) {
-  std::string_view Digits = AText;
-  Digits.remove_prefix(std::min(Digits.find_first_not_of(' '), Digits.size()));
-  if (Digits.size() > 1 && Digits.front() == '+' && Digits[1] != '-') {
-    Digits.remove_prefix(1);
-  }
+  const std::string_view Digits = Bare(AText);
   std::int64_t Value = 0;
   const auto [End, Error] = std::from_chars(Digits.data(), Digits.data() + Digits.size(), Value);
   if (Error == std::errc::invalid_argument || End != Digits.data() + Digits.size()) {
@@ -42,11 +49,7 @@ std::int64_t ParseInteger(std::string_view AText, std::int64_t AMin, std::int64_
 double ParseFloat(std::string_view AText) {
   std::string Text(AText);
   std::replace(Text.begin(), Text.end(), ',', '.');
-  std::string_view Digits = Text;
-  Digits.remove_prefix(std::min(Digits.find_first_not_of(' '), Digits.size()));
-  if (Digits.size() > 1 && Digits.front() == '+' && Digits[1] != '-') {
-    Digits.remove_prefix(1);
-  }
+  const std::string_view Digits = Bare(Text);
   double Value = 0;
   const auto [End, Error] = std::from_chars(Digits.data(), Digits.data() + Digits.size(), Value);
   if (Error != std::errc{} || End != Digits.data() + Digits.size() || !std::isfinite(Value)) {

@@ -8,11 +8,11 @@
 /// Numbers and their text, the same in every locale.
 namespace QuillonNumbers {
 
-/// Reads a decimal number with optional sign; blanks ahead of it are passed over.
+/// Reads a decimal number with optional sign; blanks and line breaks around it are passed over.
 /// @throws EQuillonConvertError for any other text and for a number outside of the bounds
 std::int64_t ParseInteger(std::string_view AText, std::int64_t AMin, std::int64_t AMax);
 
-/// Reads a finite number; a comma counts as the decimal point.
+/// Reads a finite number; a comma counts as the decimal point, blanks and line breaks around it do not count.
 /// @throws EQuillonConvertError for any other text
 double ParseFloat(std::string_view AText);
 

@@ -110,11 +110,11 @@ TEST(Text, DamageIsFoundWhereItBegins) {
 
 TEST(Numbers, IntegersStayWithinTheirBounds) {
   EXPECT_EQ(QuillonNumbers::ParseInteger("  -42", -100, 100), -42);
-  EXPECT_EQ(QuillonNumbers::ParseInteger("+7", 0, 7), 7);
+  EXPECT_EQ(QuillonNumbers::ParseInteger("\n +7\t\r\n", 0, 7), 7);
   constexpr auto Least = std::numeric_limits<std::int64_t>::min();
   constexpr auto Most = std::numeric_limits<std::int64_t>::max();
   EXPECT_EQ(QuillonNumbers::ParseInteger("-9223372036854775808", Least, Most), Least);
-  for (const char* Text : {"", " ", "-", "+", "+-1", "--1", "1 ", "1.0", "0x10", "1a", "9223372036854775808", "8"}) {
+  for (const char* Text : {"", " ", "-", "+", "+-1", "--1", "1 1", "1.0", "0x10", "1a", "9223372036854775808", "8"}) {
     EXPECT_THROW(QuillonNumbers::ParseInteger(Text, -7, 7), EQuillonConvertError) << Text;
   }
 }
