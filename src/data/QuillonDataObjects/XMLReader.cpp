@@ -293,6 +293,13 @@ void TQuillonDataObjectXMLReader::ReadList(TQuillonDataAbstractObject& AnObject,
       Items.remove_child(Item);
     }
   }
+  // A list's stamps stand inside its element, but are read beside it: it takes those of the object it lies in.
+  // Last, because each item that enters stamps the list.
+  List.FVersion = AnObject.FVersion;
+  List.FChanged = AnObject.FChanged;
+  List.FChangedBy = AnObject.FChangedBy;
+  List.FCreated = AnObject.FCreated;
+  List.FCreatedBy = AnObject.FCreatedBy;
 }
 
 TQuillonDataObject& TQuillonDataObjectXMLReader::FindReferred(const pugi::xml_node& AnElement,
