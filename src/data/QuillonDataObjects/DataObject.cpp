@@ -146,7 +146,8 @@ void TQuillonDataHolder::Hold(TQuillonDataObject& AnObject, TQuillonDataAbstract
 
 void TQuillonDataHolder::Release(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder) {
   assert(AnObject.FHolders > 0);
-  if (AnObject.FHolders > 1) {
+  TQuillonDataStorage* const Store = AHolder.AsStorage() != nullptr ? AHolder.AsStorage() : AHolder.Storage();
+  if (AnObject.FHolders > 1 || (Store != nullptr && Store->IsReading())) {
     Drop(AnObject, AHolder);
     return;
   }

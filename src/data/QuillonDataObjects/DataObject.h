@@ -131,7 +131,7 @@ class TQuillonDataHolder {
  public:
   /// AHolder becomes the owner: a list, or the object that a nested object belongs to.
   static void Hold(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder);
-  /// Frees the object if this was its last holder.
+  /// Frees the object if this was its last holder, but not while the storage is read.
   static void Release(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder);
   /// Lets go without freeing.
   static void Drop(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder);

@@ -108,6 +108,11 @@ void TQuillonDataStorage::LoadFromXML(TQuillonBuffer ADocument, std::string_view
   TQuillonDataObjectXMLReader Reader(*this, std::move(ADocument), ASource);
   const TQuillonChangeTrackingLock Lock(*this);
   Clear();
+  struct TReading {
+    bool& Flag;
+    ~TReading() { Flag = false; }
+  } const Reading{FIsReading};
+  FIsReading = true;
   ReadProperties(Reader);
 }
 

@@ -32,6 +32,8 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   void Change() override;
   void LockChangeTracking() { ++FChangeTrackingLockCount; }
   void UnlockChangeTracking();
+  /// True while a document is read: what loses its last holder now stays, unheld, since others may refer to it.
+  bool IsReading() const { return FIsReading; }
   bool IsChangeTrackingLocked() const { return FChangeTrackingLockCount > 0; }
 
   /// Empties the storage.
@@ -77,6 +79,7 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   TQuillonDataObjectRegistry FObjectRegistry;
   int FChangeTrackingLockCount = 0;
   std::uint8_t FState = 0;
+  bool FIsReading = false;
 };
 
 /// Locks the change tracking of a storage for as long as it lives.

@@ -271,6 +271,9 @@ void TQuillonDataObjectXMLReader::ReadList(TQuillonDataAbstractObject& AnObject,
   if (!Items) {
     ThrowExpected(AnElement, "Tag", ItemsElement);
   }
+  for (pugi::xml_node Beside = AnElement.first_child(); Beside; Beside = Beside.next_sibling()) {
+    FPassedOver += Beside != Items && Beside.first_child() ? 1 : 0;
+  }
   const TQuillonDataClass& ItemClass = List.ItemClass();
   for (pugi::xml_node Item = Items.first_child(), Next; Item; Item = Next) {
     Next = Item.next_sibling();
