@@ -55,8 +55,11 @@ TEST(DataStorage, SavesLoadsAndTellsEachStep) {
   EXPECT_EQ(NamesOf(Copy->FItems), "a");
   EXPECT_EQ(Copy->FItems.GetItem(0)->FNumber, 9);
   EXPECT_EQ(Copy->FItems.GetItem(0)->ID(), Item->ID());
-  EXPECT_EQ(Copy->SaveToXML(), ReadFile(FileName));
+  Copy->SaveToFile(Folder.Path("copy"));
+  Store->LoadFromFile(Folder.Path("copy"));
+  EXPECT_EQ(Store->SaveToXML(), ReadFile(Folder.Path("copy")));
 
+  Copy->LoadFromFile(FileName);
   Copy->FHooks.clear();
   Copy->LoadFromFile(Folder.Path("missing"));
   Copy->LoadFromFile("");
