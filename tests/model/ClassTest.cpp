@@ -97,6 +97,32 @@ TEST(Classes, EveryClassThatAPlanCanReachIsRegistered) {
   }
 }
 
+// What a file can nest is bounded by the classes, so that no file drives the recursion of readers and writers.
+TEST(Classes, NoClassCanContainItself) {
+  const auto Plan = CreateStorage<TVELPlan>();
+  std::vector<const TQuillonDataClass*> Path;
+  const auto Visit = [&](const TQuillonDataClass& AClass, const auto& AnItself) -> void {
+    ASSERT_EQ(std::ranges::count(Path, &AClass), 0) << AClass.Tag();
+    Path.push_back(&AClass);
+    TQuillonDataObject* const Object = AClass.Create(Plan.get(), QuillonGuid::New());
+    for (const TRow& Row : AClass.Rows()) {
+      const TQuillonDataClass* Part = nullptr;
+      if (Row.Kind == TQuillonRowKind::Object) {
+        Part = &Row.As<TRow::TPointer>().Class();
+      } else if (Row.Kind == TQuillonRowKind::List && Row.As<TRow::TItems>().Field(*Object).IsItemOwner()) {
+        Part = &Row.As<TRow::TItems>().Field(*Object).ItemClass();
+      }
+      for (const TQuillonDataClass* Class : Part != nullptr ? PlanRows::Descendants(*Part) : decltype(Path){}) {
+        AnItself(*Class, AnItself);
+      }
+    }
+    Path.pop_back();
+  };
+  for (const TQuillonDataClass* Class : PlanRows::Classes()) {
+    Visit(*Class, Visit);
+  }
+}
+
 TEST(Classes, EveryRowOfEveryClassSurvivesAFile) {
   for (const TQuillonDataClass* Class : PlanRows::Classes()) {
     for (unsigned Seed = 1; Seed <= 3; ++Seed) {
