@@ -160,8 +160,6 @@ void TVELPlan::SortAfterLoad() {
       Lists.push_back(&static_cast<TVELPlanobjekt*>(Object)->FVeranstaltungen);
     }
   }
-  // The file's calendar has taken the place of the one that was there.
-  FKalender->FEintraege.SetCompare(TVELKalenderEintragList::CompareItems);
   uPlandaten::MarkPlaces(Lists);
   FVeranstaltungen.SetCompare(uPlandaten::ComparePlaces);
   // The calendar is another object now: the one of the file.
