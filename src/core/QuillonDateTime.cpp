@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "QuillonDateTimeCalendar.h"
+#include "QuillonText.h"
 
 namespace {
 
@@ -58,9 +59,7 @@ double EncodePossible(const TQuillonDateTimeFields& AFields) {
 }
 
 [[noreturn]] void ThrowConvertError(std::string_view AText, std::string_view AWanted) {
-  constexpr std::size_t QuotedLength = 100;
-  throw EQuillonConvertError("\"" + std::string(AText.substr(0, QuotedLength)) + "\" ist " + std::string(AWanted) +
-                             ".");
+  throw EQuillonConvertError(QuillonText::Quoted(AText) + " ist " + std::string(AWanted) + ".");
 }
 
 /// Cuts fields out of a text at fixed places.

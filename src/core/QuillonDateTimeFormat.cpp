@@ -5,6 +5,7 @@
 
 #include "QuillonDateTime.h"
 #include "QuillonNumbers.h"
+#include "QuillonText.h"
 
 namespace {
 
@@ -118,8 +119,7 @@ class TextScanner {
   }
 
   [[noreturn]] void Fail() const {
-    constexpr std::size_t QuotedLength = 100;
-    throw EQuillonConvertError("\"" + std::string(FText.substr(0, QuotedLength)) + "\" ist kein gültiger Zeitpunkt.");
+    throw EQuillonConvertError(QuillonText::Quoted(FText) + " ist kein gültiger Zeitpunkt.");
   }
 
  private:

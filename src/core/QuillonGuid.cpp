@@ -4,6 +4,7 @@
 #include <boost/uuid/name_generator_sha1.hpp>
 #include <boost/uuid/uuid.hpp>
 
+#include "QuillonText.h"
 #include "QuillonTypes.h"
 #include "platform/Random.h"
 
@@ -100,7 +101,7 @@ TGUID Parse(std::string_view AText) {
   if (const auto Guid = TryParse(AText)) {
     return *Guid;
   }
-  throw EQuillonConvertError("\"" + std::string(AText.substr(0, 100)) + "\" ist keine gültige GUID.");
+  throw EQuillonConvertError(QuillonText::Quoted(AText) + " ist keine gültige GUID.");
 }
 
 void AppendBraced(std::string& ATarget, const TGUID& AGuid) {

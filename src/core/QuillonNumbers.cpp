@@ -6,12 +6,10 @@
 #include <cstddef>
 #include <iterator>
 
+#include "QuillonText.h"
 #include "QuillonTypes.h"
 
 namespace {
-
-/// Longest piece of a wrong text that an error message repeats.
-constexpr std::size_t QuotedLength = 100;
 
 /// The digits with their sign, as std::from_chars wants them.
 std::string_view Bare(std::string_view AText) {
@@ -25,8 +23,7 @@ std::string_view Bare(std::string_view AText) {
 }
 
 [[noreturn]] void ThrowConvertError(std::string_view AText, std::string_view AWanted) {
-  throw EQuillonConvertError("\"" + std::string(AText.substr(0, QuotedLength)) + "\" ist " + std::string(AWanted) +
-                             ".");
+  throw EQuillonConvertError(QuillonText::Quoted(AText) + " ist " + std::string(AWanted) + ".");
 }
 
 }  // namespace

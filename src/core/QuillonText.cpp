@@ -107,4 +107,18 @@ std::size_t FindInvalidUtf8(std::string_view AText) {
   return std::string_view::npos;
 }
 
+std::string Quoted(std::string_view AText) {
+  constexpr std::size_t Longest = 100;
+  constexpr std::size_t MostContinuations = 3;
+  const auto IsContinuation = [](char C) { return (static_cast<unsigned char>(C) & 0xC0) == 0x80; };
+  if (AText.size() > Longest) {
+    std::size_t End = Longest;
+    while (End > Longest - MostContinuations && IsContinuation(AText[End])) {
+      --End;
+    }
+    AText = AText.substr(0, End);
+  }
+  return "\"" + std::string(AText) + "\"";
+}
+
 }  // namespace QuillonText

@@ -21,4 +21,7 @@ std::string ToUpper(std::string_view AText);
 /// Offset of the first byte that is no well-formed UTF-8, or npos.
 std::size_t FindInvalidUtf8(std::string_view AText);
 
+/// The text in double quotes as messages repeat it: of a long one only the first 100 bytes, cut between characters.
+std::string Quoted(std::string_view AText);
+
 }  // namespace QuillonText

@@ -6,6 +6,7 @@
 
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/ReaderWriter.h"
+#include "QuillonText.h"
 
 TQuillonDataClassRegistry& TQuillonDataClassRegistry::Instance() {
   static TQuillonDataClassRegistry Registry;
@@ -31,14 +32,14 @@ const TQuillonDataClass& TQuillonDataClassRegistry::GetClass(std::string_view AT
   }
   const auto Found = FClasses.find(ATag);
   if (Found == FClasses.end()) {
-    throw EQuillonDataObjectReaderError("Klasse \"" + std::string(ATag) + "\" wurde nicht registriert.");
+    throw EQuillonDataObjectReaderError("Klasse " + QuillonText::Quoted(ATag) + " wurde nicht registriert.");
   }
   for (const TQuillonDataClass* Class : Found->second) {
     if (Class->DescendsFrom(ABase)) {
       return *Class;
     }
   }
-  throw EQuillonDataObjectReaderError("Klasse \"" + std::string(ATag) + "\" ist hier nicht erlaubt.");
+  throw EQuillonDataObjectReaderError("Klasse " + QuillonText::Quoted(ATag) + " ist hier nicht erlaubt.");
 }
 
 std::vector<const TQuillonDataClass*> TQuillonDataClassRegistry::Classes() const {

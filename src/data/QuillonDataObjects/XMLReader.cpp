@@ -139,7 +139,7 @@ TQuillonDataObjectXMLReader::TQuillonDataObjectXMLReader(TQuillonDataStorage& AS
   }
   FCursor = FDocument.document_element();
   if (std::strcmp(FCursor.name(), DocumentElement) != 0) {
-    Refuse("das Dokumentelement ist \"" + std::string(FCursor.name()) + "\" statt \"" + DocumentElement + "\".");
+    Refuse("das Dokumentelement ist " + QuillonText::Quoted(FCursor.name()) + " statt \"" + DocumentElement + "\".");
   }
   for (pugi::xml_node Next = FCursor.next_sibling(); Next; Next = Next.next_sibling()) {
     if (Next.type() == pugi::node_element) {
@@ -317,7 +317,7 @@ TQuillonDataObject& TQuillonDataObjectXMLReader::FindReferred(const pugi::xml_no
   }
   const auto Guid = QuillonGuid::TryParse(IDText.value());
   if (!Guid) {
-    ThrowAt(AnElement, "\"" + std::string(IDText.value()).substr(0, 100) + "\" ist keine gültige GUID.");
+    ThrowAt(AnElement, QuillonText::Quoted(IDText.value()) + " ist keine gültige GUID.");
   }
   try {
     const bool IsBase = !ABase.IsAbstract() && ABase.Tag() == ClassTag.value();

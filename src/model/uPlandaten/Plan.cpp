@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "QuillonText.h"
 #include "uPlandaten/Automatik.h"
 #include "uPlandaten/Besitzer.h"
 #include "uPlandaten/Einstellungen.h"
@@ -98,8 +99,8 @@ void TVELPlan::CheckRelease() {
   }
   FFileRelease = TQuillonRelease(FDataformatVersion);
   if (FFileRelease > CurrentRelease) {
-    throw EDataFormatError("Neues Datenformat \"" + FDataformatVersion +
-                           "\" erkannt, aber diese Velmora Version erwartet Datenformat \"" +
+    throw EDataFormatError("Neues Datenformat " + QuillonText::Quoted(FDataformatVersion) +
+                           " erkannt, aber diese Velmora Version erwartet Datenformat \"" +
                            std::string(CurrentRelease) + "\". Bitte updaten Sie Velmora.");
   }
 }
