@@ -12,56 +12,43 @@ DAYS = ["Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday", "Sun
 SYSTEM_COLOURS = (
     "c8c8c8 000000 99b4d1 bfcddb f0f0f0 ffffff 646464 000000 000000 000000 b4b4b4 f4f7fc ababab 0078d7 ffffff f0f0f0 "
     "a0a0a0 6d6d6d 000000 000000 ffffff 696969 e3e3e3 000000 ffffe1 000000 0066cc b9d1ea d7e4f2 3399ff f0f0f0").split()
-# File, key directory in the data file. The order is that of writing.
-CATALOGS = dict(line.split() for line in """
-CourseTypes LessonTypes
-SchoolTypes SchulTypes
-RoomTypes RoomTypes
-SchoolClassProfils SchoolTypes
-SchoolClassLevels SchoolBranches
-EducationalPrograms ProfessionalTrainingCourses
-TimeAccountEntryReportings Sites
-SubjectFocuses SubjectTopicAreas
-EventTypes CalendarEventCategories
-SchoolClassAbsenceReasons ClassAbsenceReasons
-SchoolClassFlags ClassFeatures
-EducationalAreas TeachingAreas
-LessonProfiles Profiles
-TeacherAbsenceReasons TeacherAbsenceReasons
-TeacherAbsenceReasonDifferentiations TeacherAbsenceReasonDetails
-TeacherTypes TeacherTypes
-TimeAccountEntryReasons TeacherSetChangeReasons
-TimeAccountEntryTypes TeacherSetTypes
-RoomAbsenceReasons RoomUnavailableReasons
-ResourceCategories ResourceCategories
-ResourceFlags ResourceFeatures
-ScheduleMarkerCategories BlockCategories
-FormsOfTeaching LessonForms
-CourseCategories EventCategories
-CourseFlags EventFeature
-SubstitutionQualities StandInQualities""".strip().splitlines())
-# Column, kind of value, element in the data file; the rest of a file's columns follows the same way.
-KEY = "Id id . Code text Code Name text Name"
-PERSON = ("Id id . Code text Code LastName text Surname MiddleName text MiddleName FirstName text FirstName "
-          "{} Gender gender Gender Birthdate date DateOfBirth EmailAddress text Email MobileNumber text Phone ")
-FRAME_AND_GROUPS = " TimeFrameId frame TimeFrame DepartmentIdList ids Groups"
-COLUMNS = {
+CATALOGS = dict(pair.split("=") for pair in """
+    CourseTypes=LessonTypes SchoolTypes=SchulTypes RoomTypes=RoomTypes SchoolClassProfils=SchoolTypes
+    SchoolClassLevels=SchoolBranches EducationalPrograms=ProfessionalTrainingCourses TimeAccountEntryReportings=Sites
+    SubjectFocuses=SubjectTopicAreas EventTypes=CalendarEventCategories SchoolClassAbsenceReasons=ClassAbsenceReasons
+    SchoolClassFlags=ClassFeatures EducationalAreas=TeachingAreas LessonProfiles=Profiles
+    TeacherAbsenceReasons=TeacherAbsenceReasons TeacherAbsenceReasonDifferentiations=TeacherAbsenceReasonDetails
+    TeacherTypes=TeacherTypes TimeAccountEntryReasons=TeacherSetChangeReasons TimeAccountEntryTypes=TeacherSetTypes
+    RoomAbsenceReasons=RoomUnavailableReasons ResourceCategories=ResourceCategories ResourceFlags=ResourceFeatures
+    ScheduleMarkerCategories=BlockCategories FormsOfTeaching=LessonForms CourseCategories=EventCategories
+    CourseFlags=EventFeature SubstitutionQualities=StandInQualities""".split())
+# Columns of a file: name, kind of value, element in the data file; name, kind, ...
+KEY = "Id id . Code text Code Name text Name "
+PERSON = ("Id id . Code text Code LastName text Surname MiddleName text MiddleName FirstName text FirstName {}"
+          "Gender gender Gender Birthdate date DateOfBirth EmailAddress text Email MobileNumber text Phone ")
+FRAME_AND_GROUPS = "TimeFrameId frame TimeFrame DepartmentIdList ids Groups"
+CATALOG = KEY + "StatisticalCode text Key"
+HOLIDAYS = "Id id . Title text Display Description description . TemporalExpressions occurrence ."
+FRAMES = ("Id id . Code text Code Description text Name StartOfWeek first_day . ScopeOfWeek school_days . "
+          "TimeSlots slots Rows")
+TABLES = {  # File: list in the data file, columns.
     "Departments": ("Groups", KEY),
-    "Rooms": ("Rooms", KEY + " Color colour Color Notes text Comments Capacity integer Capacity" + FRAME_AND_GROUPS),
-    "Subjects": ("Subjects", KEY + " StatisticalCode text Key Color colour Color DepartmentIdList ids Groups"),
-    "Teachers": ("Teacher", PERSON.format("Salutation text Title") +
-                 "TeacherNo text PersonalID Color colour Color Notes text Comments" + FRAME_AND_GROUPS),
+    "Rooms": ("Rooms", KEY + "Color colour Color Notes text Comments Capacity integer Capacity " + FRAME_AND_GROUPS),
+    "Subjects": ("Subjects", CATALOG + " Color colour Color DepartmentIdList ids Groups"),
+    "Teachers": ("Teacher", PERSON.format("Salutation text Title ") + "TeacherNo text PersonalID Color colour Color "
+                 "Notes text Comments " + FRAME_AND_GROUPS),
     "Students": ("Students", PERSON.format("") + "Locality text Location PostalCode text ZipCode "
                  "AddressLines text Street TutorId ref Tutor Notes text Comments"),
     "SchoolClasses": ("Classes", "Id id . Code text Code Description text Name Notes text Comments Color colour Color "
                       "SchoolClassNo text SchoolNumber Teacher1Id ref Teacher1 Teacher2Id ref Teacher2 "
                       "DepartmentId ref Group RoomId ref Room TimeFrameId frame TimeFrame StudentIdList ids Students"),
 }
-CATALOG_COLUMNS = KEY + " StatisticalCode text Key"
-ABSENCES = {  # File: class, column and element of who or what is absent.
-    "TeacherAbsences": ("TeacherAbsenceTime", "TeacherId", "Teacher"),
-    "RoomAbsences": ("RoomUnavailableTime", "RoomId", "Room"),
-    "SchoolClassAbsences": ("ClassAbsenceTime", "SchoolClassId", "Class"),
+ABSENCE = "Id id . {} ref {} StartTimepoint timepoint Start EndTimepoint timepoint End ReasonId ref AbsenceReason " \
+          "Description text Comment"
+ABSENCES = {  # Class: file, column and element of who or what is absent.
+    "TeacherAbsenceTime": ("TeacherAbsences", "TeacherId", "Teacher"),
+    "RoomUnavailableTime": ("RoomAbsences", "RoomId", "Room"),
+    "ClassAbsenceTime": ("SchoolClassAbsences", "SchoolClassId", "Class"),
 }
 
 
@@ -85,44 +72,31 @@ def quicksort(items, compare):
     return items
 
 
-def order(a, b):
-    return (a > b) - (a < b)
+def by_latest(moment, text):
+    """Order of two elements: the later moment first, then by the UTF-16 code units of a text."""
+    def number(element):  # ahead of day 0 the time of day counts away from it
+        value = moment(element)
+        day = value.toordinal() - BASE.toordinal()
+        time = (value - datetime.combine(value.date(), BASE.time())) / timedelta(1)
+        return day - time if day < 0 else day + time
+
+    def compare(a, b):
+        pairs = (number(b), number(a)), (text(a).encode("utf-16-be"), text(b).encode("utf-16-be"))
+        return next((1 if first > second else -1 for first, second in pairs if first != second), 0)
+    return compare
 
 
-def day_number(moment):
-    """The number that moments are ordered by: ahead of day 0 the time of day counts away from it."""
-    day = moment.date().toordinal() - BASE.date().toordinal()
-    time = (moment - datetime.combine(moment.date(), BASE.time())) / timedelta(1)
-    return day - time if day < 0 else day + time
-
-
-def ordinal(text):
-    return text.encode("utf-16-be")
-
-
-def identifier(guid):
-    plain = guid[1:-1].lower()
+def identifier(element):
+    plain = "0" if element is None else element.get("ID")[1:-1].lower()
     return "" if set(plain) <= set("0-") else plain
 
 
-def derived(*guids):
-    return str(uuid.uuid5(uuid.NAMESPACE_OID, "".join(guid.upper() for guid in guids)))
-
-
 def compact(value):
-    return json.dumps(value, ensure_ascii=False, separators=(",", ":"))
-
-
-def strings(text):
-    """The items of delimited text: with blanks, commas or quotes only in quotes."""
-    if not text:
-        return []
-    found = re.findall(r'(?:^|,)(?:"((?:[^"]|"")*)"|([^,]*))', text)
-    return [quoted.replace('""', '"') or plain for quoted, plain in found]
+    return json.dumps(value, ensure_ascii=False, separators=(",", ":")) if value else ""
 
 
 class OcfSet:
-    """Reads a document and gives the files of its set by name, as bytes."""
+    """Reads a document and gives the files of its set."""
 
     def __init__(self, file_name, zone):
         self.zone = zone
@@ -130,12 +104,9 @@ class OcfSet:
         # An object that is met twice is one, and has what was read last.
         self.last = {(e.get("Class"), e.get("ID").upper()): e for e in self.root.iter("Item") if len(e)}
         self.settings = self.root.find("Settings")
-        self.standard = self.settings.find("TimeFrame")
 
-    def items(self, element, name, resolve=True):
-        found = element.find(name) if element is not None else None
-        found = [] if found is None else found.find("Items").findall("Item")
-        return [self.resolve(item) for item in found] if resolve else found
+    def items(self, element, name):
+        return [] if element is None else [self.resolve(item) for item in element.findall(f"./{name}[1]/Items/Item")]
 
     def resolve(self, element):
         return self.last.get((element.get("Class"), element.get("ID").upper()), element)
@@ -145,23 +116,20 @@ class OcfSet:
     def text(self, element, name, default=""):
         return element.findtext(name, default)
 
-    def integer(self, element, name, default="0"):
-        return str(int(self.text(element, name, default)))
+    def integer(self, element, name):
+        return str(int(self.text(element, name, "0")))
 
     def id(self, element, _):
-        return identifier(element.get("ID"))
+        return identifier(element)
 
     def ref(self, element, name):
-        found = element.find(name)
-        return "" if found is None else identifier(found.get("ID"))
+        return identifier(element.find(name))
 
     def frame(self, element, name):
-        return self.ref(element if element.find(name) is not None else self.settings, "TimeFrame")
+        return self.ref(element if element.find(name) is not None else self.settings, name)
 
     def ids(self, element, name):
-        found = dict.fromkeys(identifier(item.get("ID")) for item in self.items(element, name, False))
-        found.pop("", None)
-        return compact(list(found)) if found else ""
+        return compact(list(filter(None, dict.fromkeys(map(identifier, self.items(element, name))))))
 
     def gender(self, element, name):
         return {"1": "Male", "2": "Female"}.get(self.text(element, name), "")
@@ -169,9 +137,12 @@ class OcfSet:
     def colour(self, element, name):
         value = int(self.text(element, name, str(NO_COLOUR)))
         if value < 0:
-            index = value & 0xFF
-            return "#" + (SYSTEM_COLOURS[index] if index < len(SYSTEM_COLOURS) else "000000")
+            return "#" + (SYSTEM_COLOURS + ["000000"] * 256)[value & 0xFF]
         return "" if value == NO_COLOUR else "#%02x%02x%02x" % (value & 255, value >> 8 & 255, value >> 16 & 255)
+
+    def moment(self, element, name):
+        text = self.text(element, name).rstrip("Z")
+        return datetime.fromisoformat(text) if text.strip("0-T:.") else BASE
 
     def date(self, element, name):
         value = self.moment(element, name).date()
@@ -180,63 +151,53 @@ class OcfSet:
     def timepoint(self, element, name):
         return self.point(self.moment(element, name))
 
-    def moment(self, element, name):
-        text = self.text(element, name, "0000-00-00").rstrip("Z")
-        if not text.strip("0-T:."):
-            return BASE
-        return datetime.fromisoformat(text)
-
     def point(self, moment):
         if moment <= BASE:
             return ""
-        seconds = moment.replace(tzinfo=self.zone).utcoffset() // timedelta(seconds=1)
+        seconds = moment.replace(tzinfo=self.zone).utcoffset() // timedelta(seconds=1)  # fold=0, as RFC 5545 has it
         offset = "%s%02d:%02d" % ("-" if seconds < 0 else "+", abs(seconds) // 3600, abs(seconds) // 60 % 60)
         return moment.isoformat(timespec="milliseconds") + offset
 
-    # The files.
+    def description(self, entry, _=None):
+        found = re.findall(r'(?:^|,)(?:"((?:[^"]|"")*)"|([^,]+))', self.text(entry, "Description"))
+        return "\r\n".join(quoted.replace('""', '"') or plain for quoted, plain in found)
 
-    def row(self, element, columns):
-        return [getattr(self, kind)(element, name) for _, kind, name in columns]
+    def occurrence(self, entry, _):
+        return compact([{"_type": "OneTime", "Operation": "Include", "StartTimepoint": self.timepoint(entry, "Start"),
+                         "EndTimepoint": self.timepoint(entry, "End")}])
 
-    def table(self, elements, columns):
+    def first_day(self, *_):
+        return DAYS[int(self.text(self.settings, "WeekStart")) - 1]
+
+    def school_days(self, *_):
+        first, last = DAYS.index(self.first_day()), int(self.text(self.settings, "Weekend"))
+        return ", ".join((DAYS * 2)[first:last if last > first else last + 7])
+
+    def slots(self, frame, name):
+        return compact([{"Label": self.text(slot, "Name"), "StartTime": self.timepoint(slot, "Start"),
+                         "EndTime": self.timepoint(slot, "End")} for slot in self.items(frame, name)])
+
+    def table(self, columns, elements):
         words = columns.split()
-        columns = list(zip(words[::3], words[1::3], words[2::3]))
-        return [[name for name, _, _ in columns]] + [self.row(element, columns) for element in elements]
+        return [words[::3]] + [[getattr(self, kind)(element, name) for kind, name in zip(words[1::3], words[2::3])]
+                               for element in elements]
 
-    def holidays(self, entries):
-        def compare(a, b):
-            return (order(day_number(self.moment(b, "End")), day_number(self.moment(a, "End"))) or
-                    order(ordinal(self.description(a)), ordinal(self.description(b))))
-        rows = [["Id", "Title", "Description", "TemporalExpressions"]]
-        for entry in quicksort(entries, compare):
-            if self.integer(entry, "FreePeriod", "1") != "0":
-                time = {"_type": "OneTime", "Operation": "Include", "StartTimepoint": self.timepoint(entry, "Start"),
-                        "EndTimepoint": self.timepoint(entry, "End")}
-                rows.append([self.id(entry, ""), self.text(entry, "Display"), self.description(entry), compact([time])])
-        return rows
-
-    def description(self, entry):
-        return "\r\n".join(strings(self.text(entry, "Description")))
-
-    def time_frames(self, frames):
-        first, last = (int(self.text(self.settings, name)) - 1 for name in ("WeekStart", "Weekend"))
-        scope = ", ".join((DAYS * 2)[first:last + 1 + 7 * (last < first)])
-        rows = [["Id", "Code", "Description", "StartOfWeek", "ScopeOfWeek", "TimeSlots"]]
-        for frame in [self.standard] + frames:
-            slots = [{"Label": self.text(slot, "Name"), "StartTime": self.timepoint(slot, "Start"),
-                      "EndTime": self.timepoint(slot, "End")} for slot in self.items(frame, "Rows")]
-            rows.append([self.id(frame, ""), self.text(frame, "Code"), self.text(frame, "Name"), DAYS[first], scope,
-                         compact(slots) if slots else ""])
-        return rows
-
-    def absences(self):
+    def absence_tables(self):
         def code(absence):
-            who = next((absence.find(name) for kind, _, name in ABSENCES.values() if kind == absence.get("Class")), None)
-            return ordinal(self.text(self.resolve(who), "Code")) if who is not None else b""
-        def compare(a, b):
-            return (order(day_number(self.moment(b, "Start")), day_number(self.moment(a, "Start"))) or
-                    order(code(a), code(b)))
-        return quicksort(self.items(self.root, "AbsenceTimes"), compare)
+            who = absence.find(ABSENCES[absence.get("Class")][2])
+            return "" if who is None else self.text(self.resolve(who), "Code")
+        absences = self.items(self.root, "AbsenceTimes")
+        quicksort(absences, by_latest(lambda absence: self.moment(absence, "Start"), code))
+        return {name: self.table(ABSENCE.format(column, who), [a for a in absences if a.get("Class") == kind])
+                for kind, (name, column, who) in ABSENCES.items() if absences}
+
+    def attendances(self):
+        rows = [["Id", "StudentId", "SchoolCLassId"]]
+        for school_class in self.items(self.root, "Classes"):
+            for student in self.items(school_class, "Students"):
+                names = school_class.get("ID").upper() + student.get("ID").upper()
+                rows.append([str(uuid.uuid5(uuid.NAMESPACE_OID, names)), identifier(student), identifier(school_class)])
+        return rows
 
     def tables(self):
         """Rows by name of the file, header and all."""
@@ -244,31 +205,19 @@ class OcfSet:
         day_after = until + timedelta(1) if until.date() < date.max else datetime.max.replace(microsecond=999000)
         found = {"_Manifest": [["ValidFrom", self.timepoint(self.settings, "ValidFrom")],
                                ["ValidTo", self.point(day_after)]]}
-        directories = self.root.find("Directories")
         for name, directory in CATALOGS.items():
-            found[name] = self.table(self.items(directories, directory), CATALOG_COLUMNS)
-        found["Holidays"] = self.holidays(self.items(self.root.find("Calendar"), "Entries"))
+            found[name] = self.table(CATALOG, self.items(self.root.find("Directories"), directory))
+        for name, (elements, columns) in TABLES.items():
+            found[name] = self.table(columns, self.items(self.root, elements))
         frames = self.items(self.root, "TimeFrame")
-        found["TimeFrames"] = self.time_frames(frames) if frames else []
-        for name, (elements, columns) in COLUMNS.items():
-            found[name] = self.table(self.items(self.root, elements), columns)
-        written = {name for name, rows in found.items() if len(rows) > 1}
-        written |= {"Holidays"} if self.items(self.root.find("Calendar"), "Entries") else set()
-        absences = self.absences()
-        for name, (kind, column, element) in ABSENCES.items():
-            found[name] = self.table(
-                [absence for absence in absences if absence.get("Class") == kind],
-                f"Id id . {column} ref {element} StartTimepoint timepoint Start EndTimepoint timepoint End "
-                "ReasonId ref AbsenceReason Description text Comment")
-            written |= {name} if absences else set()
-        name = "StudentSchoolClassAttendances"
-        found[name] = [["Id", "StudentId", "SchoolCLassId"]]
-        for school_class in self.items(self.root, "Classes"):
-            for student in self.items(school_class, "Students", False):
-                ids = school_class.get("ID"), student.get("ID")
-                found[name].append([derived(*ids), identifier(ids[1]), identifier(ids[0])])
-        written |= {name} if len(found["Students"]) > 1 and len(found["SchoolClasses"]) > 1 else set()
-        return {name: rows for name, rows in found.items() if name in written}
+        found["TimeFrames"] = self.table(FRAMES, [self.settings.find("TimeFrame")] + frames if frames else [])
+        found = {name: rows for name, rows in found.items() if len(rows) > 1}
+        if {"Students", "SchoolClasses"} <= set(found):
+            found["StudentSchoolClassAttendances"] = self.attendances()
+        if entries := self.items(self.root.find("Calendar"), "Entries"):
+            quicksort(entries, by_latest(lambda entry: self.moment(entry, "End"), self.description))
+            found["Holidays"] = self.table(HOLIDAYS, [e for e in entries if int(self.text(e, "FreePeriod", "1"))])
+        return found | self.absence_tables()
 
     def files(self):
         def cell(text):
