@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
+#include <set>
 
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/Storage.h"
@@ -264,7 +266,11 @@ void TQuillonDataObjectXMLReader::ReadValue(TQuillonDataAbstractObject& AnObject
 void TQuillonDataObjectXMLReader::ReadList(TQuillonDataAbstractObject& AnObject, const TRow& ARow,
                                            const pugi::xml_node& AnElement) {
   TQuillonDataList& List = ARow.As<TRow::TItems>().Field(AnObject);
-  if (!ARow.Merged) {
+  std::set<TGUID> Present;
+  if (ARow.Merged) {
+    std::ranges::transform(List.Items(), std::inserter(Present, Present.end()),
+                           [](const TQuillonDataObject* AnItem) { return AnItem->ID(); });
+  } else {
     List.Clear();
   }
   pugi::xml_node Items = AnElement.child(ItemsElement);
@@ -283,9 +289,7 @@ void TQuillonDataObjectXMLReader::ReadList(TQuillonDataAbstractObject& AnObject,
     }
     const std::int64_t Before = FPassedOver;
     TQuillonDataObject& Object = List.IsItemOwner() ? ReadObject(Item, ItemClass) : FindReferred(Item, ItemClass);
-    if (ARow.Merged) {
-      List.Merge(&Object);
-    } else {
+    if (!ARow.Merged || Present.insert(Object.ID()).second) {
       List.Append(&Object);
     }
     if (!List.IsItemOwner()) {

@@ -39,7 +39,8 @@ namespace QuillonXMLValues {
 void Read(TQuillonDataAbstractObject& AnObject, const TRow& ARow, std::string_view AText) {
   switch (ARow.Kind) {
     case TQuillonRowKind::Boolean:
-      ARow.As<TRow::TNumber>().Set(AnObject, QuillonNumbers::ParseInteger(AText, ARow.MinNumber, ARow.MaxNumber) != 0);
+      ARow.As<TRow::TNumber>().Set(AnObject,
+                                   QuillonNumbers::ParseInteger(AText, ARow.MinNumber, ARow.MaxNumber) != 0 ? 1 : 0);
       break;
     case TQuillonRowKind::Byte:
     case TQuillonRowKind::ShortInt:

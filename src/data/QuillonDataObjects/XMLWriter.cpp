@@ -12,7 +12,7 @@ using TRow = TQuillonDataRow;
 constexpr std::string_view Head =
     "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"utf-8\" standalone=\"yes\"?>\n<Storage>\n";
 constexpr std::string_view Tail = "</Storage>\n";
-constexpr int IndentWidth = 2;
+constexpr std::size_t IndentWidth = 2;
 
 /// Characters that would not come back as they are: markup, and line ends, which a parser makes one.
 constexpr bool IsEscaped(char C) {
@@ -28,7 +28,7 @@ std::string TQuillonDataObjectXMLWriter::Finish() {
   return std::move(FText);
 }
 
-void TQuillonDataObjectXMLWriter::Indent() { FText.append(static_cast<std::size_t>(FLevel * IndentWidth), ' '); }
+void TQuillonDataObjectXMLWriter::Indent() { FText.append(FLevel * IndentWidth, ' '); }
 
 void TQuillonDataObjectXMLWriter::Open(std::string_view ATag) {
   Indent();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -34,5 +35,5 @@ class TQuillonDataObjectXMLWriter : public TQuillonDataObjectWriter {
 
   std::string FText;
   std::string FValue;
-  int FLevel = 0;
+  std::size_t FLevel = 0;
 };

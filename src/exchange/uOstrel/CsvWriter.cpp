@@ -77,7 +77,7 @@ void TVELOstrelCsvWriter::WriteAll() {
 }
 
 TCsvFile TVELOstrelCsvWriter::OpenFile(std::string_view AFileName) const {
-  return TCsvFile(Options().FTargetFolderName, AFileName);
+  return {Options().FTargetFolderName, AFileName};
 }
 
 template <class T, class TList, class TTest>

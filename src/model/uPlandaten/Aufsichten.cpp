@@ -24,8 +24,7 @@ const TQuillonDataClass& TVELAufsicht::Class() {
   using T = TVELAufsicht;
   // clang-format off
   static const TQuillonDataClass Class = DescribeClass<T, TVELAbstrakterTermin>("Supervision", "Aufsicht")
-      .Reference<&T::FLehrer>("Teacher")
-      .Hook<&T::EnterTeacher>();
+      .Reference<&T::FLehrer>("Teacher");
   // clang-format on
   return Class;
 }
@@ -33,10 +32,4 @@ const TQuillonDataClass& TVELAufsicht::Class() {
 TVELZeitrahmen* TVELAufsicht::Zeitrahmen() const {
   const auto* Area = dynamic_cast<const TVELAufsichtsbereich*>(HasOwner() ? FOwner->FOwner : nullptr);
   return Area != nullptr ? Area->FZeitrahmen : nullptr;
-}
-
-void TVELAufsicht::EnterTeacher() {
-  if (FLehrer != nullptr) {
-    FLehrer->FAufsichten.Merge(this);
-  }
 }

@@ -32,8 +32,4 @@ class TVELAufsicht : public TVELAbstrakterTermin {
   bool Reoccur() const override { return FWochentag != velNoDay; }
   /// That of the area; null without area.
   TVELZeitrahmen* Zeitrahmen() const override;
-
- protected:
-  /// A duty that is read enters its teacher's list.
-  void EnterTeacher();
 };

@@ -1,9 +1,11 @@
 #include "uPlandaten/Plan.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <vector>
 
 #include "QuillonText.h"
+#include "uPlandaten/Aufsichten.h"
 #include "uPlandaten/Automatik.h"
 #include "uPlandaten/Besitzer.h"
 #include "uPlandaten/Einstellungen.h"
@@ -119,6 +121,7 @@ void TVELPlan::ReadProperties(TQuillonDataObjectReader& AReader) {
     List->SetSorted(false);
   }
   TVELDataStorage::ReadProperties(AReader);
+  EnterSupervisions();
   SortAfterLoad();
   FDataformatVersion = CurrentRelease;
 }
@@ -149,6 +152,25 @@ void TVELPlan::SortLists() {
 
 std::array<TQuillonDataList*, 6> TVELPlan::SortedLists() {
   return {&FVeranstaltungen, &FKalender->FEintraege, &FAenderungen, &FFehlzeiten, &FAnrechnungen, &FZuweisungen};
+}
+
+/// A supervision with a teacher stands in the teacher's list, whether the file tells so or not.
+void TVELPlan::EnterSupervisions() {
+  std::unordered_set<const TVELAufsicht*> Entered;
+  for (const TVELLehrer* Teacher : FLehrer) {
+    for (const TVELAufsicht* Supervision : Teacher->FAufsichten) {
+      if (Supervision->FLehrer == Teacher) {
+        Entered.insert(Supervision);
+      }
+    }
+  }
+  for (const TVELAufsichtsbereich* Area : FAufsichtsbereiche) {
+    for (TVELAufsicht* Supervision : Area->FAufsichten) {
+      if (Supervision->FLehrer != nullptr && Entered.insert(Supervision).second) {
+        Supervision->FLehrer->FAufsichten.Append(Supervision);
+      }
+    }
+  }
 }
 
 void TVELPlan::SortAfterLoad() {

@@ -82,6 +82,7 @@ class TVELPlan : public TVELDataStorage {
  private:
   void CheckRelease();
   std::array<TQuillonDataList*, 6> SortedLists();
+  void EnterSupervisions();
   void SortAfterLoad();
 
   TQuillonRelease FFileRelease = CurrentRelease;
