@@ -25,8 +25,8 @@ TIMETABLE = {name + ".csv" for name in ("TeacherCourseAttendances StudentCourseA
                                         "ScheduledLessons SubstituteLessons LessonGaps").split()}
 TARGETS = {"DepartmentIdList": "Departments", "StudentIdList": "Students", "TimeFrameId": "TimeFrames",
            "DepartmentId": "Departments", "RoomId": "Rooms", "TutorId": "Teachers", "TeacherId": "Teachers",
-           "Teacher1Id": "Teachers", "Teacher2Id": "Teachers", "StudentId": "Students", "SchoolClassId": "SchoolClasses",
-           "SchoolCLassId": "SchoolClasses"}
+           "Teacher1Id": "Teachers", "Teacher2Id": "Teachers", "StudentId": "Students",
+           "SchoolClassId": "SchoolClasses", "SchoolCLassId": "SchoolClasses"}
 ZERO = "{00000000-0000-0000-0000-000000000000}"
 AWKWARD = ['say "hi"', "A;B", "two\r\nlines", "LF\nonly", "CR\ronly", "Grüße aus Łódź", "𝔘𝔫𝔦 😀", "", " ", "  padded  ",
            "\t", "'", "\\", '"', '""', ";", "a,b", "<&>", "\u007f", "\u00a0\u2028", "\ufeff", "e\u0301", "x" * 5000]
@@ -151,8 +151,8 @@ class OcfSets(unittest.TestCase):
             self.compare(document(*parts, week=(7, 7)))
 
     def test_colours(self):
-        values = [0, 1, 255, 0x00C0FFEE, 0xFFFFFF, 0x1000000, 0x02ABCDEF, 0x1FFFFFFF, 0x1FFFFFFE, 0x20000000, 0x7FFFFFFF,
-                  *(0xFF000000 + n - (1 << 32) for n in range(40)), -1, -(1 << 31), -16711936]
+        values = [0, 1, 255, 0x00C0FFEE, 0xFFFFFF, 0x1000000, 0x02ABCDEF, 0x1FFFFFFF, 0x1FFFFFFE, 0x20000000,
+                  0x7FFFFFFF, *(0xFF000000 + n - (1 << 32) for n in range(40)), -1, -(1 << 31), -16711936]
         self.compare(document(items("Rooms", [item("Room", 9 + n, Code="x", Color=str(value))
                                               for n, value in enumerate(values)])))
 
