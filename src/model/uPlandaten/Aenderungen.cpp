@@ -107,8 +107,7 @@ TVELZeitrahmen* TVELZusatzunterricht::Zeitrahmen() const {
   if (const TVELKlasse* const Class = FOriginal.First<TVELKlasse>()) {
     return Class->Timeframe();
   }
-  const TVELPlan* const Owner = Plan();
-  return Owner != nullptr ? Owner->StandardTimeframe() : nullptr;
+  return StandardTimeframe();
 }
 
 std::string TVELZusatzunterricht::Member() const { return FOriginal.JoinCodes(); }

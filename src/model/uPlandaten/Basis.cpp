@@ -13,6 +13,11 @@ const TQuillonDataClass& TVELBasisObject::Class() {
 
 TVELPlan* TVELBasisObject::Plan() const { return dynamic_cast<TVELPlan*>(Storage()); }
 
+TVELZeitrahmen* TVELBasisObject::StandardTimeframe() const {
+  const TVELPlan* const Owner = Plan();
+  return Owner != nullptr ? Owner->StandardTimeframe() : nullptr;
+}
+
 const TQuillonDataClass& TVELStammobjekt::Class() {
   using T = TVELStammobjekt;
   // clang-format off
@@ -25,10 +30,7 @@ const TQuillonDataClass& TVELStammobjekt::Class() {
   return Class;
 }
 
-TVELZeitrahmen* TVELStammobjekt::Timeframe() const {
-  const TVELPlan* const Owner = Plan();
-  return Owner != nullptr ? Owner->StandardTimeframe() : nullptr;
-}
+TVELZeitrahmen* TVELStammobjekt::Timeframe() const { return StandardTimeframe(); }
 
 std::string TVELStammobjekt::WebName() const {
   std::string Code = FKuerzel;

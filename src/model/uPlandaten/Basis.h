@@ -18,6 +18,10 @@ class TVELBasisObject : public TVELDataObject {
 
   /// The plan that the object belongs to; null for an object without storage.
   TVELPlan* Plan() const;
+
+ protected:
+  /// The plan's standard time frame; null without plan.
+  TVELZeitrahmen* StandardTimeframe() const;
 };
 
 /// Master data: an object that is told by an abbreviation.

@@ -69,10 +69,7 @@ std::string JoinLines(const std::vector<std::string>& ALines) {
 
 }  // namespace
 
-TVELZeitrahmen* TVELKalendereintrag::Zeitrahmen() const {
-  const TVELPlan* const Owner = Plan();
-  return Owner != nullptr ? Owner->StandardTimeframe() : nullptr;
-}
+TVELZeitrahmen* TVELKalendereintrag::Zeitrahmen() const { return StandardTimeframe(); }
 
 void TVELKalendereintrag::Change() {
   TVELAbstrakterTermin::Change();

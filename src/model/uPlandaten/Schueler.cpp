@@ -38,7 +38,7 @@ const TQuillonDataClass& TVELSchueler::Class() {
 }
 
 TVELZeitrahmen* TVELSchueler::Timeframe() const {
-  return FKlasse != nullptr ? FKlasse->Timeframe() : TVELStammobjekt::Timeframe();
+  return FKlasse != nullptr ? FKlasse->Timeframe() : StandardTimeframe();
 }
 
 TVELKlassenstufe TVELSchueler::Klassenstufe() const { return FKlasse != nullptr ? FKlasse->FStufe : FStufe; }

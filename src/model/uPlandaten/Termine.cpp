@@ -104,8 +104,7 @@ TVELZeitrahmen* TVELTermin::Zeitrahmen() const {
   if (const TVELVeranstaltung* const Lesson = Veranstaltung()) {
     return Lesson->Zeitrahmen();
   }
-  const TVELPlan* const Owner = Plan();
-  return Owner != nullptr ? Owner->StandardTimeframe() : nullptr;
+  return StandardTimeframe();
 }
 
 TVELPeriode* TVELTermin::GetPeriode() const {

@@ -107,8 +107,7 @@ TVELZeitrahmen* TVELVeranstaltung::Zeitrahmen() const {
   if (!FKlassen.IsEmpty()) {
     return FKlassen.GetItem(0)->Timeframe();
   }
-  const TVELPlan* const Owner = Plan();
-  return Owner != nullptr ? Owner->StandardTimeframe() : nullptr;
+  return StandardTimeframe();
 }
 
 std::string TVELVeranstaltung::KursTitel() const {
