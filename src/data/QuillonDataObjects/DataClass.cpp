@@ -37,65 +37,6 @@ using TRow = TQuillonDataRow;
 
 namespace QuillonDataObjects {
 
-void AssignRow(const TRow& ARow, TQuillonDataAbstractObject& ATarget, const TQuillonDataAbstractObject& ASource) {
-  // The accessors of fields hand out what may be changed; the source is only looked at.
-  auto& Source = const_cast<TQuillonDataAbstractObject&>(ASource);
-  switch (ARow.Kind) {
-    case TQuillonRowKind::Boolean:
-    case TQuillonRowKind::Byte:
-    case TQuillonRowKind::ShortInt:
-    case TQuillonRowKind::Word:
-    case TQuillonRowKind::SmallInt:
-    case TQuillonRowKind::LongInt:
-    case TQuillonRowKind::Int64:
-      ARow.As<TRow::TNumber>().Set(ATarget, ARow.As<TRow::TNumber>().Get(ASource));
-      break;
-    case TQuillonRowKind::Single:
-    case TQuillonRowKind::Double:
-    case TQuillonRowKind::DateTime:
-    case TQuillonRowKind::Date:
-    case TQuillonRowKind::Time:
-      ARow.As<TRow::TFloat>().Set(ATarget, ARow.As<TRow::TFloat>().Get(ASource));
-      break;
-    case TQuillonRowKind::String: {
-      std::string Scratch;
-      ARow.As<TRow::TText>().Set(ATarget, ARow.As<TRow::TText>().Get(ASource, Scratch));
-      break;
-    }
-    case TQuillonRowKind::Guid:
-      ARow.As<TRow::TGuid>().Field(ATarget) = ARow.As<TRow::TGuid>().Field(Source);
-      break;
-    case TQuillonRowKind::IntegerArray:
-      ARow.As<TRow::TIntegers>().Field(ATarget) = ARow.As<TRow::TIntegers>().Field(Source);
-      break;
-    case TQuillonRowKind::StringArray:
-      ARow.As<TRow::TStrings>().Field(ATarget) = ARow.As<TRow::TStrings>().Field(Source);
-      break;
-    case TQuillonRowKind::Graphic:
-      ARow.As<TRow::TPicture>().Field(ATarget) = ARow.As<TRow::TPicture>().Field(Source);
-      break;
-    case TQuillonRowKind::Object: {
-      const TQuillonDataObject* const Part = ARow.As<TRow::TPointer>().Get(ASource);
-      TQuillonDataObject* const Own = ARow.As<TRow::TPointer>().Get(ATarget);
-      if (Part != nullptr && Own != nullptr) {
-        Own->Assign(*Part);
-      }
-      break;
-    }
-    case TQuillonRowKind::Reference: {
-      const auto& Pointer = ARow.As<TRow::TPointer>();
-      auto* const Resolved = static_cast<TQuillonDataObject*>(ATarget.ResolveReference(nullptr, Pointer.Get(ASource)));
-      Pointer.Set(ATarget, Resolved);
-      break;
-    }
-    case TQuillonRowKind::List:
-      ARow.As<TRow::TItems>().Field(ATarget).Assign(ARow.As<TRow::TItems>().Field(Source));
-      break;
-    case TQuillonRowKind::Hook:
-      break;
-  }
-}
-
 void AssignRows(TQuillonDataAbstractObject& ATarget, const TQuillonDataAbstractObject& ASource) {
   const TQuillonDataClass* Common = &ATarget.DataClass();
   while (Common != nullptr && !ASource.DataClass().DescendsFrom(*Common)) {

@@ -68,10 +68,6 @@ TQuillonDataHandle<T> CreateStorage() {
   return TQuillonDataHandle<T>(Create<T>(nullptr));
 }
 
-/// Copies the content of one row; of a list or a nested object by its own Assign.
-void AssignRow(const TQuillonDataRow& ARow, TQuillonDataAbstractObject& ATarget,
-               const TQuillonDataAbstractObject& ASource);
-
 /// Copies the content of the rows that both classes have from their common bases; stamps stay.
 /// @throws EQuillonAssignError for objects with no content in common
 void AssignRows(TQuillonDataAbstractObject& ATarget, const TQuillonDataAbstractObject& ASource);

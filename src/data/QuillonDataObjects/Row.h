@@ -181,3 +181,23 @@ struct TQuillonDataRow {
     return *std::get_if<TAccess>(&Access);
   }
 };
+
+/// One function for each kind of access, for std::visit.
+template <class... TCases>
+struct TQuillonCases : TCases... {
+  using TCases::operator()...;
+};
+
+namespace QuillonDataObjects {
+
+/// Puts the row's default into the field; a nested object stays as it is.
+void ResetRow(TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow);
+
+/// True while the field holds what an absent element reads as.
+bool HoldsDefault(TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow);
+
+/// Copies the content of one row; of a list or a nested object by its own Assign.
+void AssignRow(const TQuillonDataRow& ARow, TQuillonDataAbstractObject& ATarget,
+               const TQuillonDataAbstractObject& ASource);
+
+}  // namespace QuillonDataObjects

@@ -73,53 +73,6 @@ bool IsUtf16(std::string_view ADocument) {
   return Starts("\xFF\xFE"sv) || Starts("\xFE\xFF"sv) || Starts("<\0"sv) || Starts("\0<"sv);
 }
 
-void SetDefault(TQuillonDataAbstractObject& AnObject, const TRow& ARow) {
-  switch (ARow.Kind) {
-    case TQuillonRowKind::Boolean:
-    case TQuillonRowKind::Byte:
-    case TQuillonRowKind::ShortInt:
-    case TQuillonRowKind::Word:
-    case TQuillonRowKind::SmallInt:
-    case TQuillonRowKind::LongInt:
-    case TQuillonRowKind::Int64:
-      ARow.As<TRow::TNumber>().Set(AnObject, ARow.DefaultNumber);
-      break;
-    case TQuillonRowKind::Single:
-    case TQuillonRowKind::Double:
-    case TQuillonRowKind::DateTime:
-    case TQuillonRowKind::Date:
-    case TQuillonRowKind::Time:
-      ARow.As<TRow::TFloat>().Set(AnObject, ARow.DefaultFloat);
-      break;
-    case TQuillonRowKind::String:
-      ARow.As<TRow::TText>().Set(AnObject, ARow.DefaultText);
-      break;
-    case TQuillonRowKind::Guid:
-      ARow.As<TRow::TGuid>().Field(AnObject) = TGUID{};
-      break;
-    case TQuillonRowKind::IntegerArray:
-      ARow.As<TRow::TIntegers>().Field(AnObject).clear();
-      break;
-    case TQuillonRowKind::StringArray:
-      ARow.As<TRow::TStrings>().Field(AnObject).clear();
-      break;
-    case TQuillonRowKind::Graphic:
-      ARow.As<TRow::TPicture>().Field(AnObject).Image.clear();
-      break;
-    case TQuillonRowKind::Reference:
-      ARow.As<TRow::TPointer>().Set(AnObject, nullptr);
-      break;
-    case TQuillonRowKind::List:
-      if (!ARow.Merged) {
-        ARow.As<TRow::TItems>().Field(AnObject).Clear();
-      }
-      break;
-    case TQuillonRowKind::Object:  // the object that is there stays
-    case TQuillonRowKind::Hook:
-      break;
-  }
-}
-
 }  // namespace
 
 TQuillonDataObjectXMLReader::TQuillonDataObjectXMLReader(TQuillonDataStorage& AStorage, TQuillonBuffer ADocument,
@@ -221,7 +174,7 @@ void TQuillonDataObjectXMLReader::ReadRows(TQuillonDataAbstractObject& AnObject)
     } else {
       FPassedOver += Elements.Of(Row) ? 1 : 0;
       if (!Row.KeepsCurrent && !Row.IsRetired()) {
-        SetDefault(AnObject, Row);
+        QuillonDataObjects::ResetRow(AnObject, Row);
       }
     }
   }
@@ -234,7 +187,7 @@ void TQuillonDataObjectXMLReader::ReadRow(TQuillonDataAbstractObject& AnObject, 
   } else if (ARow.Required) {
     ThrowExpected(FCursor, "Tag", ARow.Name);
   } else if (!ARow.KeepsCurrent) {
-    SetDefault(AnObject, ARow);
+    QuillonDataObjects::ResetRow(AnObject, ARow);
   }
 }
 

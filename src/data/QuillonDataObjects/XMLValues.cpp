@@ -32,157 +32,82 @@ std::vector<std::int32_t> SplitIntegers(std::string_view AText) {
   return Numbers;
 }
 
+void AppendIntegers(std::string& ATarget, const std::vector<std::int32_t>& ANumbers) {
+  bool IsFirst = true;
+  for (const std::int32_t Number : ANumbers) {
+    if (!IsFirst) {
+      ATarget.push_back(IntegerSeparator);
+    }
+    IsFirst = false;
+    QuillonNumbers::AppendInteger(ATarget, Number);
+  }
+}
+
+double ParseFloatRow(TQuillonRowKind AKind, std::string_view AText) {
+  switch (AKind) {
+    case TQuillonRowKind::DateTime:
+      return QuillonDateTime::ParseDateTime(AText);
+    case TQuillonRowKind::Date:
+      return QuillonDateTime::ParseDate(AText);
+    case TQuillonRowKind::Time:
+      return QuillonDateTime::ParseTime(AText);
+    default:
+      return QuillonNumbers::ParseFloat(AText);
+  }
+}
+
+void AppendFloatRow(std::string& ATarget, TQuillonRowKind AKind, double AValue) {
+  switch (AKind) {
+    case TQuillonRowKind::DateTime:
+      QuillonDateTime::AppendDateTime(ATarget, AValue);
+      break;
+    case TQuillonRowKind::Date:
+      QuillonDateTime::AppendDate(ATarget, AValue);
+      break;
+    case TQuillonRowKind::Time:
+      QuillonDateTime::AppendTime(ATarget, AValue);
+      break;
+    default:
+      QuillonNumbers::AppendFloat(ATarget, AValue);
+  }
+}
+
 }  // namespace
 
 namespace QuillonXMLValues {
 
 void Read(TQuillonDataAbstractObject& AnObject, const TRow& ARow, std::string_view AText) {
-  switch (ARow.Kind) {
-    case TQuillonRowKind::Boolean:
-      ARow.As<TRow::TNumber>().Set(AnObject,
-                                   QuillonNumbers::ParseInteger(AText, ARow.MinNumber, ARow.MaxNumber) != 0 ? 1 : 0);
-      break;
-    case TQuillonRowKind::Byte:
-    case TQuillonRowKind::ShortInt:
-    case TQuillonRowKind::Word:
-    case TQuillonRowKind::SmallInt:
-    case TQuillonRowKind::LongInt:
-    case TQuillonRowKind::Int64:
-      ARow.As<TRow::TNumber>().Set(AnObject, QuillonNumbers::ParseInteger(AText, ARow.MinNumber, ARow.MaxNumber));
-      break;
-    case TQuillonRowKind::Single:
-    case TQuillonRowKind::Double:
-      ARow.As<TRow::TFloat>().Set(AnObject, QuillonNumbers::ParseFloat(AText));
-      break;
-    case TQuillonRowKind::DateTime:
-      ARow.As<TRow::TFloat>().Set(AnObject, QuillonDateTime::ParseDateTime(AText));
-      break;
-    case TQuillonRowKind::Date:
-      ARow.As<TRow::TFloat>().Set(AnObject, QuillonDateTime::ParseDate(AText));
-      break;
-    case TQuillonRowKind::Time:
-      ARow.As<TRow::TFloat>().Set(AnObject, QuillonDateTime::ParseTime(AText));
-      break;
-    case TQuillonRowKind::String:
-      ARow.As<TRow::TText>().Set(AnObject, AText);
-      break;
-    case TQuillonRowKind::Guid:
-      ARow.As<TRow::TGuid>().Field(AnObject) = QuillonGuid::Parse(AText);
-      break;
-    case TQuillonRowKind::IntegerArray:
-      ARow.As<TRow::TIntegers>().Field(AnObject) = SplitIntegers(AText);
-      break;
-    case TQuillonRowKind::StringArray:
-      ARow.As<TRow::TStrings>().Field(AnObject) = SplitStrings(AText);
-      break;
-    case TQuillonRowKind::Graphic:
-      ARow.As<TRow::TPicture>().Field(AnObject).Image = DecodeBase64(AText);
-      break;
-    case TQuillonRowKind::Object:
-    case TQuillonRowKind::Reference:
-    case TQuillonRowKind::List:
-    case TQuillonRowKind::Hook:
-      break;
-  }
-}
-
-bool IsOmitted(TQuillonDataAbstractObject& AnObject, const TRow& ARow) {
-  if (ARow.Required || ARow.AlwaysWritten) {
-    return false;
-  }
-  switch (ARow.Kind) {
-    case TQuillonRowKind::Boolean:
-    case TQuillonRowKind::Byte:
-    case TQuillonRowKind::ShortInt:
-    case TQuillonRowKind::Word:
-    case TQuillonRowKind::SmallInt:
-    case TQuillonRowKind::LongInt:
-    case TQuillonRowKind::Int64:
-      return ARow.As<TRow::TNumber>().Get(AnObject) == ARow.DefaultNumber;
-    case TQuillonRowKind::Single:
-    case TQuillonRowKind::Double:
-    case TQuillonRowKind::DateTime:
-    case TQuillonRowKind::Date:
-    case TQuillonRowKind::Time:
-      return ARow.As<TRow::TFloat>().Get(AnObject) == ARow.DefaultFloat;
-    case TQuillonRowKind::String: {
-      std::string Scratch;
-      return ARow.As<TRow::TText>().Get(AnObject, Scratch) == ARow.DefaultText;
-    }
-    case TQuillonRowKind::IntegerArray:
-      return ARow.As<TRow::TIntegers>().Field(AnObject).empty();
-    case TQuillonRowKind::StringArray:
-      return ARow.As<TRow::TStrings>().Field(AnObject).empty();
-    case TQuillonRowKind::Graphic:
-      return ARow.As<TRow::TPicture>().Field(AnObject).Image.empty();
-    case TQuillonRowKind::Reference:
-    case TQuillonRowKind::Object:
-      return ARow.As<TRow::TPointer>().Get(AnObject) == nullptr;
-    case TQuillonRowKind::List:
-      return ARow.As<TRow::TItems>().Field(AnObject).IsEmpty();
-    case TQuillonRowKind::Guid:
-      return false;
-    case TQuillonRowKind::Hook:
-      return true;
-  }
-  return true;
+  std::visit(TQuillonCases{
+                 [&](const TRow::TNumber& AnAccess) {
+                   const std::int64_t Number = QuillonNumbers::ParseInteger(AText, ARow.MinNumber, ARow.MaxNumber);
+                   AnAccess.Set(AnObject, ARow.Kind == TQuillonRowKind::Boolean && Number != 0 ? 1 : Number);
+                 },
+                 [&](const TRow::TFloat& AnAccess) { AnAccess.Set(AnObject, ParseFloatRow(ARow.Kind, AText)); },
+                 [&](const TRow::TText& AnAccess) { AnAccess.Set(AnObject, AText); },
+                 [&](const TRow::TGuid& AnAccess) { AnAccess.Field(AnObject) = QuillonGuid::Parse(AText); },
+                 [&](const TRow::TIntegers& AnAccess) { AnAccess.Field(AnObject) = SplitIntegers(AText); },
+                 [&](const TRow::TStrings& AnAccess) { AnAccess.Field(AnObject) = SplitStrings(AText); },
+                 [&](const TRow::TPicture& AnAccess) { AnAccess.Field(AnObject).Image = DecodeBase64(AText); },
+                 [](const auto&) {},
+             },
+             ARow.Access);
 }
 
 void Append(std::string& ATarget, TQuillonDataAbstractObject& AnObject, const TRow& ARow) {
-  switch (ARow.Kind) {
-    case TQuillonRowKind::Boolean:
-    case TQuillonRowKind::Byte:
-    case TQuillonRowKind::ShortInt:
-    case TQuillonRowKind::Word:
-    case TQuillonRowKind::SmallInt:
-    case TQuillonRowKind::LongInt:
-    case TQuillonRowKind::Int64:
-      QuillonNumbers::AppendInteger(ATarget, ARow.As<TRow::TNumber>().Get(AnObject));
-      break;
-    case TQuillonRowKind::Single:
-    case TQuillonRowKind::Double:
-      QuillonNumbers::AppendFloat(ATarget, ARow.As<TRow::TFloat>().Get(AnObject));
-      break;
-    case TQuillonRowKind::DateTime:
-      QuillonDateTime::AppendDateTime(ATarget, ARow.As<TRow::TFloat>().Get(AnObject));
-      break;
-    case TQuillonRowKind::Date:
-      QuillonDateTime::AppendDate(ATarget, ARow.As<TRow::TFloat>().Get(AnObject));
-      break;
-    case TQuillonRowKind::Time:
-      QuillonDateTime::AppendTime(ATarget, ARow.As<TRow::TFloat>().Get(AnObject));
-      break;
-    case TQuillonRowKind::String: {
-      std::string Scratch;
-      ATarget.append(ARow.As<TRow::TText>().Get(AnObject, Scratch));
-      break;
-    }
-    case TQuillonRowKind::Guid:
-      QuillonGuid::AppendBraced(ATarget, ARow.As<TRow::TGuid>().Field(AnObject));
-      break;
-    case TQuillonRowKind::IntegerArray: {
-      bool IsFirst = true;
-      for (const std::int32_t Number : ARow.As<TRow::TIntegers>().Field(AnObject)) {
-        if (!IsFirst) {
-          ATarget.push_back(IntegerSeparator);
-        }
-        IsFirst = false;
-        QuillonNumbers::AppendInteger(ATarget, Number);
-      }
-      break;
-    }
-    case TQuillonRowKind::StringArray:
-      ATarget.append(JoinStrings(ARow.As<TRow::TStrings>().Field(AnObject)));
-      break;
-    case TQuillonRowKind::Graphic:
-      ATarget.append(EncodeBase64(ARow.As<TRow::TPicture>().Field(AnObject).Image));
-      break;
-    case TQuillonRowKind::Object:
-    case TQuillonRowKind::Reference:
-    case TQuillonRowKind::List:
-    case TQuillonRowKind::Hook:
-      break;
-  }
+  std::visit(TQuillonCases{
+                 [&](const TRow::TNumber& AnAccess) { QuillonNumbers::AppendInteger(ATarget, AnAccess.Get(AnObject)); },
+                 [&](const TRow::TFloat& AnAccess) { AppendFloatRow(ATarget, ARow.Kind, AnAccess.Get(AnObject)); },
+                 [&](const TRow::TText& AnAccess) {
+                   std::string Scratch;
+                   ATarget.append(AnAccess.Get(AnObject, Scratch));
+                 },
+                 [&](const TRow::TGuid& AnAccess) { QuillonGuid::AppendBraced(ATarget, AnAccess.Field(AnObject)); },
+                 [&](const TRow::TIntegers& AnAccess) { AppendIntegers(ATarget, AnAccess.Field(AnObject)); },
+                 [&](const TRow::TStrings& AnAccess) { ATarget.append(JoinStrings(AnAccess.Field(AnObject))); },
+                 [&](const TRow::TPicture& AnAccess) { ATarget.append(EncodeBase64(AnAccess.Field(AnObject).Image)); },
+                 [](const auto&) {},
+             },
+             ARow.Access);
 }
 
 std::string EncodeBase64(std::string_view ABytes) {

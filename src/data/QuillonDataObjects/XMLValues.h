@@ -14,10 +14,6 @@ namespace QuillonXMLValues {
 /// @throws EQuillonConvertError for a text that is no value of the row's kind
 void Read(TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow, std::string_view AText);
 
-/// True while the field holds what an absent element reads as, so that it need not be written.
-/// A row that must stand in the file never does.
-bool IsOmitted(TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow);
-
 /// Appends the text of the row's field, without the escapes of XML.
 void Append(std::string& ATarget, TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow);
 

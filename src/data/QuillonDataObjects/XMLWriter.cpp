@@ -128,7 +128,8 @@ void TQuillonDataObjectXMLWriter::WriteValue(TQuillonDataAbstractObject& AnObjec
 
 void TQuillonDataObjectXMLWriter::WriteRows(TQuillonDataAbstractObject& AnObject) {
   for (const TRow& Row : AnObject.DataClass().Rows()) {
-    if (Row.IsRetired() || QuillonXMLValues::IsOmitted(AnObject, Row)) {
+    const bool IsOmitted = !Row.Required && !Row.AlwaysWritten && QuillonDataObjects::HoldsDefault(AnObject, Row);
+    if (Row.IsRetired() || Row.Kind == TQuillonRowKind::Hook || IsOmitted) {
       continue;
     }
     switch (Row.Kind) {
