@@ -1,6 +1,7 @@
 #include "QuillonDataObjects/DataClass.h"
 
 #include <cassert>
+#include <cstring>
 
 #include "QuillonDataObjects/Storage.h"
 
@@ -9,6 +10,7 @@ TQuillonDataClass::TQuillonDataClass(std::string_view ATag, std::string_view ADi
     : FTag(ATag), FDisplayFormat(ADisplayFormat), FBase(ABase), FFactory(AFactory) {
   if (ABase != nullptr) {
     FRows = ABase->FRows;
+    FInitials = ABase->FInitials;
   }
 }
 
@@ -19,6 +21,25 @@ void TQuillonDataClass::AddRow(TQuillonDataRow ARow) {
   }
   ARow.FirstOfName = First;
   FRows.push_back(ARow);
+  FInitials.push_back(ARow.Name.empty() ? '\0' : ARow.Name.front());
+}
+
+std::size_t TQuillonDataClass::FindRow(const char* AName, std::size_t AFrom) const {
+  const auto Seek = [&](std::size_t APlace, std::size_t AnEnd) {
+    for (; APlace < AnEnd; ++APlace) {
+      const void* const Candidate = std::memchr(FInitials.data() + APlace, *AName, AnEnd - APlace);
+      if (Candidate == nullptr) {
+        return FRows.size();
+      }
+      APlace = static_cast<std::size_t>(static_cast<const char*>(Candidate) - FInitials.data());
+      if (std::strcmp(AName, FRows[APlace].Name.data()) == 0) {
+        return APlace;
+      }
+    }
+    return FRows.size();
+  };
+  const std::size_t Found = Seek(AFrom, FRows.size());
+  return Found < FRows.size() ? Found : Seek(0, AFrom);
 }
 
 TQuillonDataAbstractObject* TQuillonDataClass::CreateAny(TQuillonDataAbstractObject* AnOwner, const TGUID& AnID) const {

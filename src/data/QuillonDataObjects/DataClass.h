@@ -26,6 +26,8 @@ class TQuillonDataClass {
   bool IsAbstract() const { return FFactory == nullptr; }
   /// All rows in persisted order, those of the bases first.
   std::span<const TQuillonDataRow> Rows() const { return FRows; }
+  /// Place of the first row with the name from AFrom on, or else ahead of it; the number of rows if there is none.
+  std::size_t FindRow(const char* AName, std::size_t AFrom) const;
   /// True for the class itself too.
   bool DescendsFrom(const TQuillonDataClass& AClass) const {
     for (const TQuillonDataClass* Class = this; Class != nullptr; Class = Class->FBase) {
@@ -52,6 +54,7 @@ class TQuillonDataClass {
   const TQuillonDataClass* FBase;
   TFactory FFactory;
   std::vector<TQuillonDataRow> FRows;
+  std::string FInitials;  ///< first character of each row's name: what a search by name looks at first
 };
 
 namespace QuillonDataObjects {

@@ -108,21 +108,22 @@ TQuillonDataObjectXMLReader::TQuillonDataObjectXMLReader(TQuillonDataStorage& AS
 /// Elements stand in the order of the rows as a rule, so a child's row is sought from where the last one was found.
 class TQuillonDataObjectXMLReader::TElements {
  public:
-  TElements(std::vector<pugi::xml_node>& AStack, const pugi::xml_node& AParent, std::span<const TRow> ARows)
-      : FStack(AStack), FStart(AStack.size()), FRows(ARows) {
-    FStack.resize(FStart + FRows.size());
+  TElements(std::vector<pugi::xml_node>& AStack, const pugi::xml_node& AParent, const TQuillonDataClass& AClass)
+      : FStack(AStack), FStart(AStack.size()) {
+    const std::span<const TRow> Rows = AClass.Rows();
+    FStack.resize(FStart + Rows.size());
     std::size_t Next = 0;
     for (pugi::xml_node Child = AParent.first_child(); Child; Child = Child.next_sibling()) {
       const char* const Name = Child.name();
       if (*Name == '\0') {  // a text or a comment
         continue;
       }
-      const std::size_t Found = Seek(Name, Next);
-      if (Found == FRows.size()) {
+      const std::size_t Found = AClass.FindRow(Name, Next);
+      if (Found == Rows.size()) {
         ++FUnknown;
         continue;
       }
-      pugi::xml_node& First = FStack[FStart + FRows[Found].FirstOfName];
+      pugi::xml_node& First = FStack[FStart + Rows[Found].FirstOfName];
       if (!First) {
         First = Child;
       } else {
@@ -140,30 +141,14 @@ class TQuillonDataObjectXMLReader::TElements {
   pugi::xml_node Of(const TRow& ARow) const { return FStack[FStart + ARow.FirstOfName]; }
 
  private:
-  std::size_t Seek(const char* AName, std::size_t AFrom) const {
-    const auto Matches = [AName](const TRow& ARow) {
-      return AName[0] == *ARow.Name.data() && std::strcmp(AName, ARow.Name.data()) == 0;
-    };
-    const auto Start = FRows.begin() + static_cast<std::ptrdiff_t>(AFrom);
-    auto Found = std::find_if(Start, FRows.end(), Matches);
-    if (Found == FRows.end()) {
-      Found = std::find_if(FRows.begin(), Start, Matches);
-      if (Found == Start) {
-        return FRows.size();
-      }
-    }
-    return static_cast<std::size_t>(Found - FRows.begin());
-  }
-
   std::int64_t FUnknown = 0;
   std::vector<pugi::xml_node>& FStack;
   std::size_t FStart;
-  std::span<const TRow> FRows;
 };
 
 void TQuillonDataObjectXMLReader::ReadRows(TQuillonDataAbstractObject& AnObject) {
   const std::span<const TRow> Rows = AnObject.DataClass().Rows();
-  const TElements Elements(FElements, FCursor, Rows);
+  const TElements Elements(FElements, FCursor, AnObject.DataClass());
   FPassedOver += Elements.Unknown();
   const TQuillonRelease Release = Storage().FileRelease();
   for (const TRow& Row : Rows) {
