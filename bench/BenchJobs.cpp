@@ -21,12 +21,13 @@ constexpr unsigned ReaderOptions =
     pugi::parse_escapes | pugi::parse_eol | pugi::parse_cdata | pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata;
 
 std::uint64_t ParseWith(const std::string& AFileName, unsigned AnOptions) {
-  std::string Text = QuillonIO::ReadWholeFile(AFileName);
+  TQuillonFileStream Stream(AFileName, fomOpenRead, famShareDenyNone);
+  TQuillonBuffer Text = QuillonIO::ReadIntoBuffer(Stream);
   pugi::xml_document Document;
-  if (!Document.load_buffer_inplace(Text.data(), Text.size(), AnOptions)) {
+  if (!Document.load_buffer_inplace(Text.Data(), Text.Size(), AnOptions)) {
     throw std::runtime_error("\"" + AFileName + "\" is no XML");
   }
-  return Text.size();
+  return Text.Size();
 }
 
 }  // namespace

@@ -1,42 +1,20 @@
+#include <benchmark/benchmark.h>
+
 #include <algorithm>
+#include <exception>
 #include <filesystem>
-#include <iomanip>
+#include <functional>
 #include <iostream>
+#include <map>
 #include <string>
-#include <vector>
 
 #include "BenchJobs.h"
 #include "Measure.h"
 #include "QuillonGuid.h"
-#include "QuillonNumbers.h"
-#include "QuillonTypes.h"
 
 namespace {
 
-constexpr const char* Usage = "usage: velmora-bench [--repeats N] [SCALE...]";
 constexpr double Mega = 1e6;
-
-struct TArguments {
-  int Repeats = 0;  ///< 0 for as many as suit the scale
-  std::vector<int> Scales;
-};
-
-TArguments Parse(const std::vector<std::string>& AnArguments) {
-  TArguments Result;
-  for (std::size_t I = 0; I < AnArguments.size(); ++I) {
-    if (AnArguments[I] == "--repeats" && I + 1 < AnArguments.size()) {
-      Result.Repeats = static_cast<int>(QuillonNumbers::ParseInteger(AnArguments[++I], 1, 1000));
-    } else if (AnArguments[I].starts_with("-")) {
-      throw EQuillonException("unknown argument \"" + AnArguments[I] + "\"; " + Usage);
-    } else {
-      Result.Scales.push_back(static_cast<int>(QuillonNumbers::ParseInteger(AnArguments[I], 1, 1000)));
-    }
-  }
-  if (Result.Scales.empty()) {
-    Result.Scales = {1, 8, 64};
-  }
-  return Result;
-}
 
 /// A folder for the files of one run.
 class TFolder {
@@ -57,81 +35,98 @@ class TFolder {
   std::filesystem::path FPath;
 };
 
-/// The quickest run, and the least memory: all else is the machine's doing.
-void Improve(Bench::TResult& ABest, const Bench::TResult& AResult, bool AnIsFirst) {
-  ABest.Value = AResult.Value;
-  ABest.Seconds = AnIsFirst ? AResult.Seconds : std::min(ABest.Seconds, AResult.Seconds);
-  ABest.PeakBytes = AnIsFirst ? AResult.PeakBytes : std::min(ABest.PeakBytes, AResult.PeakBytes);
-}
-
-struct TFigures {
+/// One school of a scale, and what its bare parse took.
+struct TSchool {
+  std::string FileName;
+  double Bytes = 0;
+  double Objects = 0;
   Bench::TResult Parse;
-  Bench::TResult Defaults;
-  Bench::TResult Load;
-  Bench::TResult Export;
 };
 
-void ShowLine(const char* AName, const Bench::TResult& AResult, const TFigures& AFigures) {
-  const auto Objects = static_cast<double>(AFigures.Load.Value);
-  const double Peak = static_cast<double>(AResult.PeakBytes);
-  std::cout << std::fixed << "  " << std::left << std::setw(24) << AName << std::right << std::setprecision(1)
-            << std::setw(10) << AResult.Seconds * 1e3 << " ms" << std::setprecision(2) << std::setw(8)
-            << AResult.Seconds / AFigures.Parse.Seconds << " x" << std::setprecision(0) << std::setw(8)
-            << AResult.Seconds * 1e9 / Objects << " ns/object" << std::setprecision(1) << std::setw(9) << Peak / Mega
-            << " MB\n";
-}
-
-void Show(int AScale, const TFigures& AFigures) {
-  const auto Bytes = static_cast<double>(AFigures.Parse.Value);
-  const double Allowed = static_cast<double>(AFigures.Parse.PeakBytes) + Bytes;
-  const double Peak = static_cast<double>(AFigures.Export.PeakBytes);
-  std::cout << "scale " << AScale << ": " << std::fixed << std::setprecision(1) << Bytes / Mega << " MB, "
-            << AFigures.Load.Value << " objects\n";
-  ShowLine("bare parse", AFigures.Parse, AFigures);
-  ShowLine("  with default options", AFigures.Defaults, AFigures);
-  ShowLine("load of the plan", AFigures.Load, AFigures);
-  ShowLine("whole export", AFigures.Export, AFigures);
-  std::cout << "  memory of the export: " << std::setprecision(2) << Peak / Allowed << " of bare parse + file size\n";
-  std::cout << std::setprecision(3) << "BENCH scale=" << AScale << " bytes=" << AFigures.Parse.Value
-            << " objects=" << AFigures.Load.Value << " parse_ms=" << AFigures.Parse.Seconds * 1e3
-            << " parse_default_ms=" << AFigures.Defaults.Seconds * 1e3 << " load_ms=" << AFigures.Load.Seconds * 1e3
-            << " export_ms=" << AFigures.Export.Seconds * 1e3
-            << " export_to_parse=" << AFigures.Export.Seconds / AFigures.Parse.Seconds
-            << " export_ns_per_object=" << AFigures.Export.Seconds * 1e9 / static_cast<double>(AFigures.Load.Value)
-            << " parse_peak_bytes=" << AFigures.Parse.PeakBytes << " load_peak_bytes=" << AFigures.Load.PeakBytes
-            << " export_peak_bytes=" << AFigures.Export.PeakBytes << " peak_to_allowed=" << Peak / Allowed << "\n"
-            << std::flush;
-}
-
-void Run(const TFolder& AFolder, int AScale, int ARepeats) {
-  const std::string FileName = AFolder.Path("school.velmora");
-  Bench::Measure([&] {
-    Bench::MakeSchool(FileName, AScale);
-    return std::uint64_t{0};
-  });
-  TFigures Best;
-  // One after the other in each round, so that a slow moment of the machine meets all of them.
-  for (int I = 0; I < ARepeats; ++I) {
-    Improve(Best.Parse, Bench::Measure([&] { return Bench::Parse(FileName); }), I == 0);
-    Improve(Best.Defaults, Bench::Measure([&] { return Bench::ParseWithDefaults(FileName); }), I == 0);
-    Improve(Best.Load, Bench::Measure([&] { return Bench::Load(FileName); }), I == 0);
-    Improve(Best.Export, Bench::Measure([&] { return Bench::Export(FileName, AFolder.Path("out")); }), I == 0);
+/// The school of a scale; made when it is first asked for.
+TSchool& SchoolOf(const TFolder& AFolder, int AScale) {
+  static std::map<int, TSchool> Schools;
+  TSchool& School = Schools[AScale];
+  if (School.FileName.empty()) {
+    School.FileName = AFolder.Path("school-" + std::to_string(AScale) + ".velmora");
+    Bench::Measure([&] {
+      Bench::MakeSchool(School.FileName, AScale);
+      return std::uint64_t{0};
+    });
+    School.Bytes = static_cast<double>(std::filesystem::file_size(School.FileName));
+    School.Objects = static_cast<double>(Bench::Measure([&] { return Bench::Load(School.FileName); }).Value);
+    School.Parse = Bench::Measure([&] { return Bench::Parse(School.FileName); });
   }
-  Show(AScale, Best);
+  return School;
+}
+
+using TJob = std::function<std::uint64_t(const TSchool&)>;
+
+/// The quickest round and the least memory count: all else is the machine's doing.
+Bench::TResult MeasureBest(benchmark::State& AState, const TSchool& ASchool, const TJob& AJob) {
+  Bench::TResult Best;
+  for (auto Round : AState) {
+    static_cast<void>(Round);
+    const Bench::TResult Result = Bench::Measure([&] { return AJob(ASchool); });
+    AState.SetIterationTime(Result.Seconds);
+    const bool IsFirst = Best.Seconds == 0;
+    Best.Seconds = IsFirst ? Result.Seconds : std::min(Best.Seconds, Result.Seconds);
+    Best.PeakBytes = IsFirst ? Result.PeakBytes : std::min(Best.PeakBytes, Result.PeakBytes);
+  }
+  return Best;
+}
+
+void Tell(benchmark::State& AState, const TSchool& ASchool, const Bench::TResult& AResult) {
+  const auto Peak = static_cast<double>(AResult.PeakBytes);
+  AState.counters["best_ms"] = AResult.Seconds * 1e3;
+  AState.counters["to_parse"] = AResult.Seconds / ASchool.Parse.Seconds;
+  AState.counters["ns_per_object"] = AResult.Seconds * 1e9 / ASchool.Objects;
+  AState.counters["file_MB"] = ASchool.Bytes / Mega;
+  AState.counters["peak_MB"] = Peak / Mega;
+  AState.counters["peak_to_aim"] = Peak / (static_cast<double>(ASchool.Parse.PeakBytes) + ASchool.Bytes);
 }
 
 /// About the same time for each scale.
-int RepeatsOf(int AScale) { return std::clamp(64 / AScale, 5, 20); }
+int RoundsOf(int AScale) { return std::clamp(64 / AScale, 3, 20); }
+
+void Register(const TFolder& AFolder, int AScale) {
+  const auto Add = [&](const char* AName, bool IsParse, const TJob& AJob) {
+    const std::string Name = std::string(AName) + "/scale:" + std::to_string(AScale);
+    benchmark::RegisterBenchmark(Name.c_str(),
+                                 [&AFolder, AScale, IsParse, AJob](benchmark::State& AState) {
+                                   TSchool& School = SchoolOf(AFolder, AScale);
+                                   const Bench::TResult Best = MeasureBest(AState, School, AJob);
+                                   if (IsParse) {
+                                     School.Parse = Best;
+                                   }
+                                   Tell(AState, School, Best);
+                                 })
+        ->UseManualTime()
+        ->Iterations(RoundsOf(AScale))
+        ->Unit(benchmark::kMillisecond);
+  };
+  Add("parse", true, [](const TSchool& ASchool) { return Bench::Parse(ASchool.FileName); });
+  Add("parse_default_options", false,
+      [](const TSchool& ASchool) { return Bench::ParseWithDefaults(ASchool.FileName); });
+  Add("load", false, [](const TSchool& ASchool) { return Bench::Load(ASchool.FileName); });
+  Add("export", false,
+      [&AFolder](const TSchool& ASchool) { return Bench::Export(ASchool.FileName, AFolder.Path("out")); });
+}
 
 }  // namespace
 
 int main(int ACount, char** AValues) {
+  benchmark::Initialize(&ACount, AValues);
+  if (benchmark::ReportUnrecognizedArguments(ACount, AValues)) {
+    return 1;
+  }
   try {
-    const TArguments Arguments = Parse({AValues + 1, AValues + ACount});
     const TFolder Folder;
-    for (const int Scale : Arguments.Scales) {
-      Run(Folder, Scale, Arguments.Repeats > 0 ? Arguments.Repeats : RepeatsOf(Scale));
+    for (const int Scale : {1, 8, 64}) {
+      Register(Folder, Scale);
     }
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
     return 0;
   } catch (const std::exception& Error) {
     std::cerr << "[Error] " << Error.what() << "\n";

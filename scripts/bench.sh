@@ -1,6 +1,6 @@
 #!/bin/sh
 # Builds the optimised program and measures the export of schools against a bare parse of their files.
-# Usage: bench.sh [--repeats N] [SCALE...]
+# Usage: bench.sh [BENCHMARK-OPTION...], for instance --benchmark_filter=scale:8$ or --benchmark_format=json
 set -eu
 cd "$(dirname "$0")/.."
 
