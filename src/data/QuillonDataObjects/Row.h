@@ -187,6 +187,8 @@ template <class... TCases>
 struct TQuillonCases : TCases... {
   using TCases::operator()...;
 };
+template <class... TCases>
+TQuillonCases(TCases...) -> TQuillonCases<TCases...>;  // for Clang 14, which does not deduce it for aggregates
 
 namespace QuillonDataObjects {
 
