@@ -109,6 +109,11 @@ TEST(DataStorage, BackupsKeepTheFirstStateOfADay) {
             (std::set<std::string>{"plan.velmora", "plan." + Day + ".backup"}));
   EXPECT_EQ(ReadFile(Folder.Path("plan." + Day + ".backup")), First);
   EXPECT_EQ(ReadFile(FileName), Third);
+  // Behind a link, the backup is of the file and not of the link.
+  std::filesystem::create_symlink("plan.velmora", Folder.Path("link.velmora"));
+  Store->SaveToFile(Folder.Path("link.velmora"));
+  SaveAs("fifth");
+  EXPECT_EQ(ReadFile(Folder.Path("link." + Day + ".backup")), Third);
 }
 
 TEST(DataStorage, AFailedLoadLeavesTheFileAndUnlocksTheTracking) {

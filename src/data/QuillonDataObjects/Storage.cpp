@@ -146,10 +146,11 @@ void TQuillonDataStorage::KeepBackup() const {
   if (TQuillonFileSystem::Exists(Backup)) {
     return;
   }
-  // A second name, not a move: the data file must not be missing at any moment.
+  // A second name, not a move: the data file must not be missing at any moment. A link is followed, or the second
+  // name would be one for the link.
   std::error_code Error;
-  std::filesystem::create_hard_link(FFileName, Backup, Error);
+  std::filesystem::create_hard_link(std::filesystem::canonical(FFileName), Backup, Error);
   if (Error) {
-    std::filesystem::copy_file(FFileName, Backup);
+    QuillonIO::ReplaceFile(Backup, QuillonIO::ReadWholeFile(FFileName));
   }
 }
