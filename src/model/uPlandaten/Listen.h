@@ -97,6 +97,8 @@ class TVELPlanobjektliste : public TQuillonListOf<TVELPlanobjekt, TVELStammobjek
   }
 };
 
+// The lists of the single families: each is named after the class that it holds.
+
 class TVELTeamsliste : public TQuillonListOf<TVELTeam, TVELStammobjektliste> {
  public:
   using TQuillonListOf::TQuillonListOf;
