@@ -49,7 +49,7 @@ std::uint64_t Load(const std::string& AFileName) {
 }
 
 std::uint64_t Export(const std::string& AFileName, const std::string& AFolder) {
-  TVELGlobals Globals;
+  static TVELGlobals& Globals = *new TVELGlobals;  // as the program does
   std::string Lines;
   const TLineSink Output = [&Lines](std::string_view ALine) { Lines.append(ALine).append("\n"); };
   TExchangeJobs Jobs(Globals.Plan(), Output);

@@ -19,7 +19,7 @@ std::uint64_t ParseWithDefaults(const std::string& AFileName);
 /// @returns the number of its objects
 std::uint64_t Load(const std::string& AFileName);
 
-/// Runs the program's export from the command line on: load, writing of all files, end of the plan.
+/// Runs the program's export from the command line on: load and writing of all files.
 /// @returns its exit code, 0
 /// @throws std::runtime_error for any other exit code
 std::uint64_t Export(const std::string& AFileName, const std::string& AFolder);

@@ -4,6 +4,7 @@
 #include <utf8proc.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <iterator>
@@ -84,12 +85,12 @@ std::size_t FindInvalidUtf8(std::string_view AText) {
   const char* Next = AText.data();
   const char* const End = Next + AText.size();
   while (Next != End) {
-    // Plain ASCII, eight bytes at a time: nearly all of a data file.
-    std::uint64_t Word = 0;
-    if (End - Next >= static_cast<std::ptrdiff_t>(sizeof Word)) {
-      std::memcpy(&Word, Next, sizeof Word);
-      if ((Word & 0x8080808080808080U) == 0) {
-        Next += sizeof Word;
+    // Plain ASCII, 32 bytes at a time: nearly all of a data file.
+    std::array<std::uint64_t, 4> Words{};
+    if (End - Next >= static_cast<std::ptrdiff_t>(sizeof Words)) {
+      std::memcpy(Words.data(), Next, sizeof Words);
+      if (((Words[0] | Words[1] | Words[2] | Words[3]) & 0x8080808080808080U) == 0) {
+        Next += sizeof Words;
         continue;
       }
     }
