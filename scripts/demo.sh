@@ -17,5 +17,4 @@ for File in Teachers.csv Rooms.csv; do
   echo
   echo "\$ head -n 4 out/$File"
   head -n 4 "out/$File"
-  echo
 done
