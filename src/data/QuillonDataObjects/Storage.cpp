@@ -47,6 +47,7 @@ void TQuillonDataStorage::FreeUnheld() {
 }
 
 void TQuillonDataStorage::Change() {
+  ++FChangeCount;
   if (!IsChangeTrackingLocked()) {
     FChanged = QuillonDateTime::Now();
     FModified = true;
@@ -61,6 +62,7 @@ void TQuillonDataStorage::UnlockChangeTracking() {
 }
 
 void TQuillonDataStorage::Clear() {
+  ++FChangeCount;
   const TQuillonChangeTrackingLock Lock(*this);
   const std::uint8_t Before = FState;
   FState = static_cast<std::uint8_t>(FState | Mask(TQuillonDataStorageState::dssClearing));
@@ -109,9 +111,12 @@ void TQuillonDataStorage::LoadFromXML(TQuillonBuffer ADocument, std::string_view
   const TQuillonChangeTrackingLock Lock(*this);
   Clear();
   struct TReading {
-    bool& Flag;
-    ~TReading() { Flag = false; }
-  } const Reading{FIsReading};
+    TQuillonDataStorage& Storage;
+    ~TReading() {
+      Storage.FIsReading = false;
+      ++Storage.FChangeCount;
+    }
+  } const Reading{*this};
   FIsReading = true;
   ReadProperties(Reader);
 }

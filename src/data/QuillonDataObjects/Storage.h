@@ -35,6 +35,8 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   /// True while a document is read: what loses its last holder now stays, unheld, since others may refer to it.
   bool IsReading() const { return FIsReading; }
   bool IsChangeTrackingLocked() const { return FChangeTrackingLockCount > 0; }
+  /// Rises with every change, tracked or not, and with every load: what was derived from the content is stale then.
+  std::uint64_t ChangeCount() const { return FChangeCount; }
 
   /// Empties the storage.
   void Clear();
@@ -77,6 +79,7 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   void FreeUnheld();
 
   TQuillonDataObjectRegistry FObjectRegistry;
+  std::uint64_t FChangeCount = 0;
   int FChangeTrackingLockCount = 0;
   std::uint8_t FState = 0;
   bool FIsReading = false;
