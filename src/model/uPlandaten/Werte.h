@@ -185,6 +185,11 @@ class TVELNumberSet {
   bool Contains(int ANumber) const { return ANumber >= 1 && ANumber <= Count && FBits[Place(ANumber)]; }
   void Include(int ANumber) { FBits.set(Place(ANumber)); }
   void Exclude(int ANumber) { FBits.reset(Place(ANumber)); }
+  /// The numbers that stand in both sets.
+  friend TVELNumberSet operator&(TVELNumberSet A, const TVELNumberSet& B) {
+    A.FBits &= B.FBits;
+    return A;
+  }
   friend bool operator==(const TVELNumberSet&, const TVELNumberSet&) = default;
 
   friend std::string_view ToText(const TVELNumberSet& AValue, std::string& AScratch) {

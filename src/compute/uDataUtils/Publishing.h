@@ -1,0 +1,24 @@
+#pragma once
+
+#include "uPlandaten/Werte.h"
+
+class TVELAenderung;
+class TVELPlan;
+class TVELVertretung;
+
+/// What of a plan is shown to the public.
+namespace uDataUtils {
+
+/// True if the date is shown: always, unless changes are released one by one for a number of school days ahead of
+/// AToday; then up to the last of these.
+bool InPublishWindow(const TVELPlan& APlan, TVELDate ADate, TVELDate AToday);
+
+/// True for a substitution that nobody has seen to: of status open, and its classes are not all absent.
+bool IsOpen(const TVELAenderung& AChange);
+/// True for a substitution that changes nothing and gives no reason for that: its classes are not all absent, it has
+/// no feature, no other appointment, no new subject or object, and misses no teacher of the timetable.
+bool HasNoEffect(const TVELVertretung& ASubstitution);
+/// True if the public may see the change. Null, a plan as it stands, is public.
+bool IsPublished(const TVELPlan& APlan, const TVELAenderung* AChange, TVELDate AToday);
+
+}  // namespace uDataUtils
