@@ -1,17 +1,15 @@
 #pragma once
 
-#include <chrono>
-#include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "CommandLine.h"
 #include "OcfConfiguration.h"
+#include "Run.h"
 
-/// Takes one line of output, without its line break; raises what keeps the line from being written.
-using TLineSink = std::function<void(std::string_view)>;
+/// Switch that leaves out the banner and the time.
+inline constexpr std::string_view MinimalDisplay = "minimal-display";
 
 /// The jobs that a command line can ask for. Each prints its own progress lines and raises an exception on failure.
 class TJobs {
@@ -45,37 +43,17 @@ class TProgram {
   std::string ProviderValue;
 
  private:
-  void ShowBanner();
   void Dispatch();
   void DispatchExport();
   void DispatchImport();
   void DispatchUpload();
   void ReadServerOptions(TOcfOptions& AnOptions);
   void ReadText(std::string_view AName, std::string& ATarget);
-  void ReportElapsedTime();
-
-  /// The one place that handles exceptions: runs a step and turns what it throws into the error line.
-  /// @return whether the step ended without an exception
-  bool Attempt(void (TProgram::*AStep)());
-  void ReportError(std::string_view AMessage);
 
   TCommandLine FCommandLine;
   TJobs& FJobs;
-  TLineSink FOutput;
-  bool FIsMinimal;
-  std::chrono::steady_clock::time_point Stopwatch;
+  TConsoleRun FRun;
   std::string ConfigFileName;
   std::string SourceValue;
   std::string OptionValue;
 };
-
-namespace Program {
-
-/// A duration as "hh:nn:ss", with "d." ahead for whole days and ".fffffff" behind for a part of a second.
-/// @param ATicks units of 100 nanoseconds, not negative
-std::string ElapsedText(std::int64_t ATicks);
-
-/// The text with each run of control characters, line breaks among them, turned into one blank.
-std::string OneLine(std::string_view AText);
-
-}  // namespace Program

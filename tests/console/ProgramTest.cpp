@@ -171,12 +171,12 @@ TEST(Program, EndsWithOneWhenAnyLineIsRefused) {
 
 TEST(Program, TellsElapsedTime) {
   constexpr std::int64_t Second = 10'000'000;
-  EXPECT_EQ(Program::ElapsedText(0), "00:00:00");
-  EXPECT_EQ(Program::ElapsedText(1), "00:00:00.0000001");
-  EXPECT_EQ(Program::ElapsedText(35 * Second / 10), "00:00:03.5000000");
-  EXPECT_EQ(Program::ElapsedText(86'399 * Second), "23:59:59");
-  EXPECT_EQ(Program::ElapsedText((26 * 3'600 + 61) * Second), "1.02:01:01");
-  EXPECT_EQ(Program::ElapsedText(123 * 86'400 * Second + 5), "123.00:00:00.0000005");
+  EXPECT_EQ(ConsoleRun::ElapsedText(0), "00:00:00");
+  EXPECT_EQ(ConsoleRun::ElapsedText(1), "00:00:00.0000001");
+  EXPECT_EQ(ConsoleRun::ElapsedText(35 * Second / 10), "00:00:03.5000000");
+  EXPECT_EQ(ConsoleRun::ElapsedText(86'399 * Second), "23:59:59");
+  EXPECT_EQ(ConsoleRun::ElapsedText((26 * 3'600 + 61) * Second), "1.02:01:01");
+  EXPECT_EQ(ConsoleRun::ElapsedText(123 * 86'400 * Second + 5), "123.00:00:00.0000005");
 }
 
 }  // namespace

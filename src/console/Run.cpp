@@ -1,0 +1,104 @@
+#include "Run.h"
+
+#include <exception>
+#include <ratio>
+#include <utility>
+
+#include "QuillonNumbers.h"
+
+TConsoleRun::TConsoleRun(TLineSink AnOutput, bool AnIsMinimal)
+    : FOutput(std::move(AnOutput)), FIsMinimal(AnIsMinimal), Stopwatch(std::chrono::steady_clock::now()) {}
+
+int TConsoleRun::Run(const std::function<void()>& AJob) {
+  // Without a banner there is no place for the lines of a job: a job whose lines nobody gets is not started.
+  const bool IsDone = Attempt([this] { ShowBanner(); }) && Attempt(AJob);
+  const bool IsReported = Attempt([this] { ReportElapsedTime(); });
+  return IsDone && IsReported ? 0 : 1;
+}
+
+template <class TStep>
+bool TConsoleRun::Attempt(const TStep& AStep) {
+  try {
+    AStep();
+    return true;
+  } catch (const std::exception& Error) {
+    ReportError(Error.what());
+  } catch (...) {
+    ReportError("Unknown error");
+  }
+  return false;
+}
+
+void TConsoleRun::ReportError(std::string_view AMessage) {
+  try {
+    FOutput("");
+    FOutput("[Error] " + ConsoleRun::OneLine(AMessage));
+  } catch (...) {
+    // An output that fails here has no other place to say so; the exit code tells it.
+    return;
+  }
+}
+
+void TConsoleRun::ShowBanner() {
+  if (!FIsMinimal) {
+    FOutput("VELMORA 6 CONSOLE");
+    FOutput("");
+  }
+  Stopwatch = std::chrono::steady_clock::now();
+}
+
+void TConsoleRun::ReportElapsedTime() {
+  using TTicks = std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>;
+  const auto Elapsed = std::chrono::duration_cast<TTicks>(std::chrono::steady_clock::now() - Stopwatch);
+  if (!FIsMinimal) {
+    FOutput("");
+    FOutput("Time elapsed: " + ConsoleRun::ElapsedText(Elapsed.count()) + ".");
+    FOutput("");
+  }
+}
+
+namespace ConsoleRun {
+
+std::string ElapsedText(std::int64_t ATicks) {
+  constexpr std::int64_t TicksPerSecond = 10'000'000;
+  constexpr std::int64_t SecondsPerMinute = 60;
+  constexpr std::int64_t SecondsPerHour = 3'600;
+  constexpr std::int64_t SecondsPerDay = 86'400;
+  const std::int64_t Seconds = ATicks / TicksPerSecond;
+  const std::int64_t Fraction = ATicks % TicksPerSecond;
+  std::string Text;
+  if (const std::int64_t Days = Seconds / SecondsPerDay; Days > 0) {
+    QuillonNumbers::AppendInteger(Text, Days);
+    Text.push_back('.');
+  }
+  QuillonNumbers::AppendPadded(Text, Seconds % SecondsPerDay / SecondsPerHour, 2);
+  Text.push_back(':');
+  QuillonNumbers::AppendPadded(Text, Seconds % SecondsPerHour / SecondsPerMinute, 2);
+  Text.push_back(':');
+  QuillonNumbers::AppendPadded(Text, Seconds % SecondsPerMinute, 2);
+  if (Fraction != 0) {
+    Text.push_back('.');
+    QuillonNumbers::AppendPadded(Text, Fraction, 7);
+  }
+  return Text;
+}
+
+std::string OneLine(std::string_view AText) {
+  constexpr unsigned char Delete = 0x7F;
+  std::string Line;
+  Line.reserve(AText.size());
+  bool IsInBreak = false;
+  for (const char C : AText) {
+    const auto Byte = static_cast<unsigned char>(C);
+    const bool IsControl = Byte < ' ' || Byte == Delete;
+    if (!IsControl) {
+      Line.push_back(C);
+    } else if (!IsInBreak) {
+      Line.push_back(' ');
+    }
+    IsInBreak = IsControl;
+  }
+  return Line;
+}
+
+}  // namespace ConsoleRun

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+/// Takes one line of output, without its line break; raises what keeps the line from being written.
+using TLineSink = std::function<void(std::string_view)>;
+
+/// The frame of a run: banner, job, time; and the one place that handles exceptions.
+class TConsoleRun {
+ public:
+  /// @param AnIsMinimal leaves out the banner and the time
+  TConsoleRun(TLineSink AnOutput, bool AnIsMinimal);
+
+  /// Never throws: any failure, one of the output included, becomes the error line and the exit code.
+  /// @return the process exit code, 0 or 1
+  int Run(const std::function<void()>& AJob);
+
+ private:
+  void ShowBanner();
+  void ReportElapsedTime();
+  /// Runs a step and turns what it throws into the error line.
+  /// @return whether the step ended without an exception
+  template <class TStep>
+  bool Attempt(const TStep& AStep);
+  void ReportError(std::string_view AMessage);
+
+  TLineSink FOutput;
+  bool FIsMinimal;
+  std::chrono::steady_clock::time_point Stopwatch;
+};
+
+namespace ConsoleRun {
+
+/// A duration as "hh:nn:ss", with "d." ahead for whole days and ".fffffff" behind for a part of a second.
+/// @param ATicks units of 100 nanoseconds, not negative
+std::string ElapsedText(std::int64_t ATicks);
+
+/// The text with each run of control characters, line breaks among them, turned into one blank.
+std::string OneLine(std::string_view AText);
+
+}  // namespace ConsoleRun
