@@ -171,14 +171,14 @@ void TQuillonCSVWriter::WriteValue(std::string_view AValue) {
 }
 
 void TQuillonCSVWriter::WriteQuoted(std::string_view AValue) {
-  FTextWriter.Write("\"");
+  // One text for the writer: a cell of JSON has a quote every few characters.
+  FQuoted.assign(1, '"');
   for (std::size_t Quote = AValue.find('"'); Quote != std::string_view::npos; Quote = AValue.find('"')) {
-    FTextWriter.Write(AValue.substr(0, Quote + 1));
-    FTextWriter.Write("\"");
+    FQuoted.append(AValue, 0, Quote + 1).push_back('"');
     AValue.remove_prefix(Quote + 1);
   }
-  FTextWriter.Write(AValue);
-  FTextWriter.Write("\"");
+  FQuoted.append(AValue).push_back('"');
+  FTextWriter.Write(FQuoted);
 }
 
 void TQuillonCSVWriter::WriteValues(std::span<const std::string> AValues) {

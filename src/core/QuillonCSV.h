@@ -77,5 +77,6 @@ class TQuillonCSVWriter {
   void WriteQuoted(std::string_view AValue);
 
   TQuillonTextWriter FTextWriter;
+  std::string FQuoted;
   bool FWasPreviousField = false;
 };

@@ -1,8 +1,6 @@
 #include "QuillonGuid.h"
 
-#include <algorithm>
-#include <boost/uuid/name_generator_sha1.hpp>
-#include <boost/uuid/uuid.hpp>
+#include <nettle/sha1.h>
 
 #include "QuillonText.h"
 #include "QuillonTypes.h"
@@ -53,23 +51,30 @@ TGUID NextRandom() {
   return Block[Used++];
 }
 
+/// Marks the bytes as those of a version, in the variant of RFC 4122, sections 4.1.1 and 4.1.3.
+void SetVersion(TGUID& AGuid, unsigned AVersion) {
+  AGuid.Bytes[6] = static_cast<std::uint8_t>((AGuid.Bytes[6] & 0x0FU) | (AVersion << 4));
+  AGuid.Bytes[8] = static_cast<std::uint8_t>((AGuid.Bytes[8] & 0x3FU) | 0x80U);
+}
+
 }  // namespace
 
 namespace QuillonGuid {
 
 TGUID New() {
   TGUID Guid = NextRandom();
-  Guid.Bytes[6] = static_cast<std::uint8_t>((Guid.Bytes[6] & 0x0F) | 0x40);
-  Guid.Bytes[8] = static_cast<std::uint8_t>((Guid.Bytes[8] & 0x3F) | 0x80);
+  SetVersion(Guid, 4);
   return Guid;
 }
 
 TGUID FromName(const TGUID& ANamespace, std::string_view AName) {
-  boost::uuids::uuid Space;
-  std::copy(ANamespace.Bytes.begin(), ANamespace.Bytes.end(), Space.begin());
-  const boost::uuids::uuid Named = boost::uuids::name_generator_sha1(Space)(AName.data(), AName.size());
+  sha1_ctx Digest;
+  sha1_init(&Digest);
+  sha1_update(&Digest, ANamespace.Bytes.size(), ANamespace.Bytes.data());
+  sha1_update(&Digest, AName.size(), reinterpret_cast<const std::uint8_t*>(AName.data()));
   TGUID Guid;
-  std::copy(Named.begin(), Named.end(), Guid.Bytes.begin());
+  sha1_digest(&Digest, Guid.Bytes.size(), Guid.Bytes.data());
+  SetVersion(Guid, 5);
   return Guid;
 }
 
