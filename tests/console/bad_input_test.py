@@ -177,7 +177,7 @@ class BadInput(unittest.TestCase):
 
     def test_mutations(self):
         self.assertEqual(self.export(SMALL), (0, ""))
-        self.assertEqual(len(os.listdir(self.target)), 10)
+        self.assertEqual(len(os.listdir(self.target)), 14)
         chance, codes = random.Random(20261121), set()
         for number in range(240):
             content = bytearray(SMALL)

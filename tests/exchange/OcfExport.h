@@ -60,13 +60,17 @@ class TOcfExport {
   TOcfExport& operator=(const TOcfExport&) = delete;
   ~TOcfExport() { std::filesystem::remove_all(FFolder); }
 
+  /// Settings of the next job; its files are set there.
+  TOcfExportOptions& Options() { return FConfiguration.FOcfExport; }
+  TVELPlan& Plan() { return FGlobals.Plan(); }
+
   std::filesystem::path Out() const { return FFolder / "out"; }
 
   /// The job, with the document loaded.
   std::unique_ptr<TVELOstrelCsvWriter> Open(std::string_view ADocument) {
     const std::string FileName = (FFolder / "plan.velmora").string();
     std::ofstream(FileName, std::ios::binary) << ADocument;
-    auto Configuration = std::make_unique<TOcfConfiguration>();
+    auto Configuration = std::make_unique<TOcfConfiguration>(FConfiguration);
     Configuration->FOcfExport.FSourceFileName = FileName;
     Configuration->FOcfExport.FTargetFolderName = Out().string();
     auto Writer = std::make_unique<TVELOstrelCsvWriter>(FGlobals.Plan(), std::move(Configuration));
@@ -95,5 +99,6 @@ class TOcfExport {
 
  private:
   std::filesystem::path FFolder;
+  TOcfConfiguration FConfiguration;
   TVELGlobals FGlobals;
 };

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "uOstrel/Lessons.h"
+#include "uPlandaten/Aenderungen.h"
 #include "uPlandaten/Einstellungen.h"
 #include "uPlandaten/Faecher.h"
 #include "uPlandaten/Fehlzeiten.h"
@@ -30,10 +32,12 @@ const TVELZeitrahmen& FrameOf(const TVELPlanobjekt& AnObject) {
 
 const TVELEinstellungen& SettingsOf(const TVELBasisObject& AnObject) { return *AnObject.Plan()->FEinstellungen; }
 
-std::string Occurrence(const TVELKalendereintrag& AnEntry) {
-  std::string Text;
-  AppendOneTime(Text, AnEntry.Start(), AnEntry.Ende());
-  return Text;
+/// Who sees a message besides those it names.
+std::string_view Visibility(const TVELMitteilung& AMessage) {
+  if (AMessage.FAlleKlassen) {
+    return AMessage.FAlleLehrer ? "AllSchoolClasses,AllTeachers" : "AllSchoolClasses";
+  }
+  return AMessage.FAlleLehrer ? "AllTeachers" : "";
 }
 
 /// Names of the school days, going on from Sunday to Monday.
@@ -131,7 +135,7 @@ std::span<const TColumn<TVELKalendereintrag>> HolidayColumns() {
       {"Id", [](TCsvFile& F, const T& O) { F.Identifier(O.ID()); }},
       {"Title", [](TCsvFile& F, const T& O) { F.Text(O.FAnzeige); }},
       {"Description", [](TCsvFile& F, const T& O) { F.Text(O.Beschreibung()); }},
-      {"TemporalExpressions", [](TCsvFile& F, const T& O) { F.Text(Occurrence(O)); }},
+      {"TemporalExpressions", [](TCsvFile& F, const T& O) { F.Text(OneTime(O.Start(), O.Ende())); }},
   }};
   // clang-format on
   return Columns;
@@ -276,6 +280,21 @@ std::span<const TColumn<TVELKlassenfehlzeit>> SchoolClassAbsenceColumns() {
 
 std::span<const TColumn<TVELLehrerfehlzeit>> TeacherAbsenceColumns() {
   static constexpr auto Columns = AbsenceColumns<TVELLehrerfehlzeit, &TVELLehrerfehlzeit::FLehrer>("TeacherId");
+  return Columns;
+}
+
+std::span<const TColumn<TVELMitteilung>> AnnouncementColumns() {
+  using T = TVELMitteilung;
+  static constexpr std::array<TColumn<T>, 7> Columns = {{
+      {"Id", [](TCsvFile& F, const T& O) { F.Identifier(O.ID()); }},
+      {"Title", [](TCsvFile& F, const T& O) { F.Text(O.FInformation); }},
+      {"Description", [](TCsvFile& F, const T& O) { F.Text(O.FMitteilung); }},
+      {"Visibility", [](TCsvFile& F, const T& O) { F.Text(Visibility(O)); }},
+      {"SchoolClassIdList",
+       [](TCsvFile& F, const T& O) { F.Text(O.FAlleKlassen ? "" : ChangeClasses(&O.FNeu, nullptr)); }},
+      {"TeacherIdList", [](TCsvFile& F, const T& O) { F.Text(O.FAlleLehrer ? "" : ChangeTeachers(&O.FNeu, nullptr)); }},
+      {"TemporalExpressions", [](TCsvFile& F, const T& O) { F.Text(OneTime(O.FStart, O.FEnde)); }},
+  }};
   return Columns;
 }
 

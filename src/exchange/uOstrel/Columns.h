@@ -11,6 +11,7 @@ class TVELKlasse;
 class TVELKlassenfehlzeit;
 class TVELLehrer;
 class TVELLehrerfehlzeit;
+class TVELMitteilung;
 class TVELRaum;
 class TVELRaumfehlzeit;
 class TVELSchluessel;
@@ -44,5 +45,6 @@ std::span<const TColumn<TVELKlasse>> SchoolClassColumns();
 std::span<const TColumn<TVELRaumfehlzeit>> RoomAbsenceColumns();
 std::span<const TColumn<TVELKlassenfehlzeit>> SchoolClassAbsenceColumns();
 std::span<const TColumn<TVELLehrerfehlzeit>> TeacherAbsenceColumns();
+std::span<const TColumn<TVELMitteilung>> AnnouncementColumns();
 
 }  // namespace uOstrel

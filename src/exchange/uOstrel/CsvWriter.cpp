@@ -5,6 +5,7 @@
 
 #include "QuillonFileSystem.h"
 #include "uOstrel/Columns.h"
+#include "uPlandaten/Aenderungen.h"
 #include "uPlandaten/Einstellungen.h"
 #include "uPlandaten/Faecher.h"
 #include "uPlandaten/Fehlzeiten.h"
@@ -41,38 +42,30 @@ void TVELOstrelCsvWriter::LoadVelFile() {
 
 void TVELOstrelCsvWriter::WriteAll() {
   using T = TVELOstrelCsvWriter;
-  // The receiving platform reads the set in this order. The steps without an operation are those of the timetable.
-  struct TStep {
-    std::string_view Name;
-    void (T::*Write)();
-  };
-  static constexpr std::array<TStep, 21> Steps = {{
-      {"Manifest", &T::WriteManifest},
-      {"Catalogs", &T::WriteCatalogs},
-      {"Holidays", &T::WriteHolidays},
-      {"TimeFrames", &T::WriteTimeFrames},
-      {"Departments", &T::WriteDepartments},
-      {"Rooms", &T::WriteRooms},
-      {"RoomAbsences", &T::WriteRoomAbsences},
-      {"SchoolClassAbsences", &T::WriteSchoolClassAbsences},
-      {"Subjects", &T::WriteSubjects},
-      {"Teachers", &T::WriteTeachers},
-      {"TeacherCourseAttendances", nullptr},
-      {"TeacherAbsences", &T::WriteTeacherAbsences},
-      {"Students", &T::WriteStudents},
-      {"StudentSchoolClassAttendances", &T::WriteStudentSchoolClassAttendances},
-      {"StudentCourseAttendances", nullptr},
-      {"SchoolClasses", &T::WriteSchoolClasses},
-      {"Courses", nullptr},
-      {"Announcements", nullptr},
-      {"ScheduledLessons", nullptr},
-      {"SubstituteLessons", nullptr},
-      {"LessonGaps", nullptr},
-  }};
-  for (const TStep& Step : Steps) {
-    if (Step.Write != nullptr) {
-      (this->*Step.Write)();
-    }
+  // The receiving platform reads the set in this order.
+  static constexpr std::array Steps = {&T::WriteManifest,
+                                       &T::WriteCatalogs,
+                                       &T::WriteHolidays,
+                                       &T::WriteTimeFrames,
+                                       &T::WriteDepartments,
+                                       &T::WriteRooms,
+                                       &T::WriteRoomAbsences,
+                                       &T::WriteSchoolClassAbsences,
+                                       &T::WriteSubjects,
+                                       &T::WriteTeachers,
+                                       &T::WriteTeacherCourseAttendances,
+                                       &T::WriteTeacherAbsences,
+                                       &T::WriteStudents,
+                                       &T::WriteStudentSchoolClassAttendances,
+                                       &T::WriteStudentCourseAttendances,
+                                       &T::WriteSchoolClasses,
+                                       &T::WriteCourses,
+                                       &T::WriteAnnouncements,
+                                       &T::WriteScheduledLessons,
+                                       &T::WriteSubstituteLessons,
+                                       &T::WriteLessonGaps};
+  for (const auto Step : Steps) {
+    (this->*Step)();
   }
 }
 
@@ -165,6 +158,13 @@ void TVELOstrelCsvWriter::WriteStudents() { WriteObjects("Students.csv", uOstrel
 
 void TVELOstrelCsvWriter::WriteSchoolClasses() {
   WriteObjects("SchoolClasses.csv", uOstrel::SchoolClassColumns(), FPlan.FKlassen);
+}
+
+void TVELOstrelCsvWriter::WriteAnnouncements() {
+  WriteObjects("Announcements.csv", uOstrel::AnnouncementColumns(), FPlan.FAenderungen,
+               [this](const TVELAenderung* AChange) {
+                 return Scope().Covers(*AChange) ? dynamic_cast<const TVELMitteilung*>(AChange) : nullptr;
+               });
 }
 
 void TVELOstrelCsvWriter::WriteRoomAbsences() {

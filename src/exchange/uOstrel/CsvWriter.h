@@ -1,10 +1,12 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 
 #include "Synchronizer.h"
+#include "uOstrel/Changes.h"
 #include "uOstrel/CsvFile.h"
 
 class TVELSchluesselverzeichnis;
@@ -37,10 +39,17 @@ class TVELOstrelCsvWriter : public TVELOstrelSynchronizer {
   void WriteSchoolClassAbsences();
   void WriteSubjects();
   void WriteTeachers();
+  void WriteTeacherCourseAttendances();
   void WriteTeacherAbsences();
   void WriteStudents();
   void WriteStudentSchoolClassAttendances();
+  void WriteStudentCourseAttendances();
   void WriteSchoolClasses();
+  void WriteCourses();
+  void WriteAnnouncements();
+  void WriteScheduledLessons();
+  void WriteSubstituteLessons();
+  void WriteLessonGaps();
 
  protected:
   std::string GetFileName() const override;
@@ -51,6 +60,8 @@ class TVELOstrelCsvWriter : public TVELOstrelSynchronizer {
   std::string GetServerPassword() const override;
 
  private:
+  struct TAttendances;
+
   const TOcfExportOptions& Options() const { return Configuration().FOcfExport; }
   uOstrel::TCsvFile OpenFile(std::string_view AFileName) const;
   /// Writes the items of a list that a test lets pass; no file for an empty list.
@@ -59,4 +70,16 @@ class TVELOstrelCsvWriter : public TVELOstrelSynchronizer {
                     const TTest& ATest);
   template <class T, class TList>
   void WriteObjects(std::string_view AFileName, std::span<const uOstrel::TColumn<T>> AColumns, const TList& AList);
+  /// Calls AWrite with each course that the set tells, until the job is aborted.
+  template <class TWrite>
+  void ForEachCourse(const TWrite& AWrite) const;
+  /// Calls AWrite with each additional lesson, public or not, until the job is aborted.
+  template <class TWrite>
+  void ForEachAdditionalLesson(const TWrite& AWrite) const;
+  /// Writes what a function makes of the changes; no file for a plan without changes.
+  template <class TRow>
+  void WriteChanges(std::string_view AFileName, std::span<const uOstrel::TColumn<TRow>> AColumns,
+                    std::optional<TRow> (*AMake)(const TVELAenderung&, const uOstrel::TExportScope&));
+  void WriteCourseAttendances(const TAttendances& AnAttendances);
+  uOstrel::TExportScope Scope() const;
 };

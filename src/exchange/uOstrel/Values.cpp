@@ -18,6 +18,9 @@ constexpr std::string_view HexDigits = "0123456789abcdef";
 constexpr TGUID OidNamespace{
     {0x6b, 0xa7, 0xb8, 0x12, 0x9d, 0xad, 0x11, 0xd1, 0x80, 0xb4, 0x00, 0xc0, 0x4f, 0xd4, 0x30, 0xc8}};
 
+/// Tells the identifier of an additional lesson's substitute from that of its gap.
+constexpr std::string_view ExtraLessonSuffix = "-1f3a9c52-7b10-4e6d-9a2e-5c0d8f42b771";
+
 /// How many identifiers of a list are searched one by one.
 constexpr std::size_t FewIdentifiers = 32;
 
@@ -105,6 +108,18 @@ TGUID PairGuid(const TVELDataObject& A, const TVELDataObject& B) {
   return QuillonGuid::FromName(OidNamespace, Name);
 }
 
+TGUID GapGuid(const TVELDataObject& AChange) {
+  std::string Name;
+  QuillonGuid::AppendBraced(Name, AChange.ID());
+  return QuillonGuid::FromName(OidNamespace, Name);
+}
+
+TGUID ExtraLessonGuid(const TVELDataObject& AChange) {
+  std::string Name;
+  QuillonGuid::AppendBraced(Name, AChange.ID());
+  return QuillonGuid::FromName(OidNamespace, Name.append(ExtraLessonSuffix));
+}
+
 std::string_view DayName(TVELDay ADay) {
   static constexpr std::array<std::string_view, 8> Names = {"",         "Monday", "Tuesday",  "Wednesday",
                                                             "Thursday", "Friday", "Saturday", "Sunday"};
@@ -128,7 +143,7 @@ bool TIdList::IsNew(const TGUID& AGuid) {
 }
 
 void TIdList::Add(const TGUID& AGuid) {
-  if (AGuid.IsZero() || !IsNew(AGuid)) {
+  if (AGuid.IsZero() || (FDoubles == TDoubles::Dropped && !IsNew(AGuid))) {
     return;
   }
   FText.append(FText.empty() ? "[\"" : ",\"");
@@ -144,11 +159,17 @@ const std::string& TIdList::Text() {
   return FText;
 }
 
-void AppendOneTime(std::string& ATarget, double AStart, double AFinish) {
-  ATarget.append(R"([{"_type":"OneTime","Operation":"Include")");
+void AppendOccurrence(std::string& ATarget, double AStart, double AFinish) {
+  ATarget.append(R"({"_type":"OneTime","Operation":"Include")");
   AppendMember(ATarget, "StartTimepoint", AStart);
   AppendMember(ATarget, "EndTimepoint", AFinish);
-  ATarget.append("}]");
+  ATarget.push_back('}');
+}
+
+std::string OneTime(double AStart, double AFinish) {
+  std::string Text = "[";
+  AppendOccurrence(Text, AStart, AFinish);
+  return Text + "]";
 }
 
 }  // namespace uOstrel
