@@ -3,8 +3,8 @@
 
 #include <functional>
 
-#include "PlanRows.h"
 #include "QuillonDataObjects/ReaderWriter.h"
+#include "model/PlanDocument.h"
 #include "uPlandaten/Aenderungen.h"
 #include "uPlandaten/Anrechnungen.h"
 #include "uPlandaten/Aufsichten.h"
@@ -29,32 +29,6 @@
 #include "uSchluessel/Verzeichnisse.h"
 
 namespace {
-
-using QuillonDataObjects::Create;
-using QuillonDataObjects::CreateStorage;
-using TPlan = TQuillonDataHandle<TVELPlan>;
-
-std::string ID(int ANumber) {
-  const std::string Digits = std::to_string(ANumber);
-  return "{00000000-0000-0000-0000-" + std::string(12 - Digits.size(), '0') + Digits + "}";
-}
-
-std::string Element(const std::string& ATag, const std::string& AClass, int AnID, const std::string& ARows = {}) {
-  return "<" + ATag + " Class=\"" + AClass + "\" ID=\"" + ID(AnID) + "\">" + ARows + "</" + ATag + ">";
-}
-std::string Item(const std::string& AClass, int AnID, const std::string& ARows = {}) {
-  return Element("Item", AClass, AnID, ARows);
-}
-std::string List(const std::string& ATag, const std::string& AnItems) {
-  return "<" + ATag + "><Items>" + AnItems + "</Items></" + ATag + ">";
-}
-
-TPlan Load(const std::string& ARelease, const std::string& ABody) {
-  (void)PlanRows::Classes();
-  auto Plan = CreateStorage<TVELPlan>();
-  Plan->LoadFromXML("<Storage><DataformatRelease>" + ARelease + "</DataformatRelease>" + ABody + "</Storage>", "test");
-  return Plan;
-}
 
 /// A new object in the list that owns it.
 template <class T, class TList>

@@ -37,6 +37,8 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   bool IsChangeTrackingLocked() const { return FChangeTrackingLockCount > 0; }
   /// Rises with every change, tracked or not, and with every load: what was derived from the content is stale then.
   std::uint64_t ChangeCount() const { return FChangeCount; }
+  /// Counts a change that is not tracked.
+  void CountChange() { ++FChangeCount; }
 
   /// Empties the storage.
   void Clear();

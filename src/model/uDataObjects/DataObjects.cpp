@@ -28,12 +28,22 @@ bool IsTrackedObject(const TQuillonDataAbstractObject& AnObject) {
   return Store != nullptr && !Store->IsChangeTrackingLocked();
 }
 
+/// As IsTrackedObject; a change that is not tracked is counted all the same.
+bool TracksChange(const TQuillonDataAbstractObject& AnObject) {
+  TQuillonDataStorage* const Store = AnObject.Storage();
+  if (Store != nullptr && Store->IsChangeTrackingLocked()) {
+    Store->CountChange();
+    return false;
+  }
+  return Store != nullptr;
+}
+
 }  // namespace
 
 bool TVELDataObject::IsTracked() const { return IsTrackedObject(*this); }
 
 void TVELDataObject::Change() {
-  if (IsTracked()) {
+  if (TracksChange(*this)) {
     TQuillonDataObject::Change();
   }
 }
@@ -56,7 +66,7 @@ TQuillonRelease TVELDataObject::FileRelease() const {
 }
 
 void TVELDataList::Change() {
-  if (IsTrackedObject(*this)) {
+  if (TracksChange(*this)) {
     TQuillonListOf::Change();
   }
 }

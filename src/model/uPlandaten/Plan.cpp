@@ -17,6 +17,7 @@
 #include "uPlandaten/Raeume.h"
 #include "uPlandaten/Ressourcen.h"
 #include "uPlandaten/Schueler.h"
+#include "uPlandaten/Upgrades.h"
 #include "uPlandaten/Zeitrahmen.h"
 #include "uSchluessel/Verzeichnisse.h"
 
@@ -80,6 +81,7 @@ void TVELPlan::ClearProperties() {
   TVELDataStorage::ClearProperties();
   FDataformatVersion = CurrentRelease;
   FProductVersion = VELMORA_PRODUCT_RELEASE;
+  FMolecules.Clear();
   // The owner and the automatic parameters keep their values.
   FEinstellungen->Clear();
   FKalender->Clear();
@@ -122,6 +124,7 @@ void TVELPlan::ReadProperties(TQuillonDataObjectReader& AReader) {
   }
   TVELDataStorage::ReadProperties(AReader);
   EnterSupervisions();
+  uPlandaten::UpgradePlan(*this, FFileRelease);
   SortAfterLoad();
   FDataformatVersion = CurrentRelease;
 }

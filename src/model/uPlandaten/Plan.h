@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "uPlandaten/Listen.h"
+#include "uPlandaten/Molekuele.h"
 
 class TVELAutomatikparameter;
 class TVELBesitzer;
@@ -60,6 +61,7 @@ class TVELPlan : public TVELDataStorage {
   TVELZeitraumliste FZeitraeume{this, TQuillonDataList::TItems::Owned};
   TVELZeitrahmenliste FZeitrahmen{this, TQuillonDataList::TItems::Owned};
   TVELZuweisungsliste FZuweisungen{this, TQuillonDataList::TItems::Owned};
+  TVELMoleculeList FMolecules{*this};  ///< of the running program only
 
   /// The standard time frame of the settings; null if there is none.
   TVELZeitrahmen* StandardTimeframe() const;

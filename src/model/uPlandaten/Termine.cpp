@@ -71,6 +71,19 @@ const TQuillonDataClass& TVELTermin::Class() {
   return Class;
 }
 
+void TVELTermin::FreeProperties() {
+  TVELPlan* const Owner = Plan();
+  if (Owner != nullptr && !Owner->IsIn(TQuillonDataStorageState::dssClearing)) {
+    Owner->FMolecules.RemoveTermin(*this);
+  }
+  TVELAbstrakterTermin::FreeProperties();
+}
+
+TVELMolecule* TVELTermin::Molecule() {
+  TVELPlan* const Owner = Plan();
+  return Owner != nullptr ? Owner->FMolecules.Find(*this) : nullptr;
+}
+
 TVELVeranstaltung* TVELTermin::Veranstaltung() const {
   return dynamic_cast<TVELVeranstaltung*>(HasOwner() ? FOwner->FOwner : nullptr);
 }

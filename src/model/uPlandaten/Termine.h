@@ -11,6 +11,7 @@
 
 class TVELFach;
 class TVELLehrer;
+class TVELMolecule;
 class TVELPeriode;
 class TVELRaum;
 class TVELVeranstaltung;
@@ -65,6 +66,12 @@ class TVELTermin : public TVELAbstrakterTermin {
   double FSollDauer = 0;            ///< wanted length, in lessons
   TVELWeeks FWochen;                ///< own weeks; the lesson's if empty
 
+  /// Of the running program only: the molecule as it was made last, see Molecule.
+  TVELMolecule* FMolecule = nullptr;
+
+  /// The appointments that it is bound to; null outside of a plan.
+  TVELMolecule* Molecule();
+
   /// The lesson that owns the appointment; null for one that stands in no list.
   TVELVeranstaltung* Veranstaltung() const;
   TVELFach* Fach() const;
@@ -90,4 +97,7 @@ class TVELTermin : public TVELAbstrakterTermin {
   void ClearRaeume() { FRaeume.Clear(); }
   void ClearRoom(const TVELRaum* AValue);
   void ClearTeacher(const TVELLehrer* AValue);
+
+ protected:
+  void FreeProperties() override;
 };

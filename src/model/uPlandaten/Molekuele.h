@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "QuillonTypes.h"
+#include "uPlandaten/Listen.h"
+
+class TVELPlan;
+class TVELTermin;
+class TVELVeranstaltung;
+
+/// Appointments that are bound together in time and place: those that share the slot of a block
+/// (uPlandaten::BlockPartners). None of its lists owns.
+class TVELMolecule : public TQuillonObject {
+ public:
+  std::int32_t Tag = 0;  ///< scratch value of the running program
+  TVELTerminliste Atoms;
+  TVELPlanobjektliste Members;    ///< classes and teachers of the atoms, each once
+  TVELPlanobjektliste Resources;  ///< members and rooms of the atoms, each once
+
+  /// Takes members and resources from the atoms.
+  void Update();
+  /// Takes the appointments that are bound to ATermin, then Update. Does nothing unless it has a molecule.
+  void Update(TVELTermin& ATermin);
+  /// As above with appointments that were found already.
+  void Update(std::span<TVELTermin* const> AGroup);
+};
+
+/// The molecules of a plan. They are derived data: made when they are asked for, and made anew when the plan has
+/// changed since. Their pointers hold until then.
+class TVELMoleculeList {
+ public:
+  explicit TVELMoleculeList(TVELPlan& APlan) : FPlan(APlan) {}
+
+  bool LockUpdate = false;  ///< keeps the molecules as they are
+
+  /// The molecules, in the order of the plan's lessons and their appointments.
+  const std::vector<std::unique_ptr<TVELMolecule>>& Items();
+  /// The molecule of an appointment of the plan; null for one that came while updates are locked.
+  TVELMolecule* Find(TVELTermin& ATermin);
+  /// Forgets all molecules.
+  void Clear();
+  /// Makes all molecules anew.
+  void Update();
+  /// Brings those of the lesson's appointments up to date, unless updates are locked.
+  void Update(TVELVeranstaltung& ALesson);
+  void Update(TVELTermin& ATermin);
+  /// Takes the appointment out of its molecule.
+  void RemoveTermin(TVELTermin& ATermin);
+
+ private:
+  void Refresh();
+
+  std::vector<std::unique_ptr<TVELMolecule>> FItems;
+  TVELPlan& FPlan;
+  bool FIsMade = false;
+  std::uint64_t FChangeCount = 0;  ///< of the plan, when they were made
+};

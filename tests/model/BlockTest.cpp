@@ -1,0 +1,177 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "model/PlanDocument.h"
+#include "uPlandaten/Blockketten.h"
+#include "uPlandaten/Bloecke.h"
+#include "uPlandaten/Klassen.h"
+#include "uPlandaten/Lehrer.h"
+#include "uPlandaten/Raeume.h"
+#include "uPlandaten/Schueler.h"
+#include "uPlandaten/Termine.h"
+#include "uPlandaten/Veranstaltungen.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using uPlandaten::SetBlockID;
+
+namespace {
+
+std::string Appointment(int AnID, const std::string& ABlock = "", const std::string& AMore = "") {
+  return Item("Time", AnID,
+              "<SetDuration>1</SetDuration>" + (ABlock.empty() ? "" : "<Block>" + ABlock + "</Block>") + AMore);
+}
+
+/// A lesson with the appointments AnID * 10 + 1 and + 2 in places 1 and 2 of the block.
+std::string Lesson(int AnID, const std::string& ABlock, const std::string& AMore = "") {
+  return Item("Event", AnID,
+              AMore + "<BlockID>" + ABlock + "</BlockID>" +
+                  List("Times", Appointment(AnID * 10 + 1, ABlock + ".1") + Appointment(AnID * 10 + 2, ABlock + ".2")));
+}
+
+/// The lessons of a ring from one on; each stands in it once.
+std::vector<int> Ring(TVELPlan& APlan, int AnID) {
+  std::vector<int> Found;
+  const TVELVeranstaltung* const First = &Find<TVELVeranstaltung>(APlan, AnID);
+  for (const TVELVeranstaltung* Next = First; Next != nullptr && (Found.empty() || Next != First);
+       Next = Next->FBlockNext) {
+    Found.push_back(std::stoi(QuillonGuid::Braced(Next->ID()).substr(25, 12)));
+  }
+  return Found;
+}
+
+std::vector<std::string> BlockIDs(const TVELVeranstaltung& ALesson) {
+  std::vector<std::string> Found;
+  for (const TVELTermin* Termin : ALesson.FTermine) {
+    Found.push_back(Termin->FBlockID);
+  }
+  return Found;
+}
+
+TEST(Blocks, AnOldFileGetsItsRingsAnew) {
+  // The subjects' numbers make the order 4, 2, 1; lesson 3 is alone in its block, and 5 points where it should not.
+  const std::string Lessons = Lesson(1, "A", "<CourseNo>3</CourseNo>") + Lesson(2, "A", "<CourseNo>2</CourseNo>") +
+                              Lesson(3, "B") + Lesson(4, "A", "<CourseNo>1</CourseNo>") +
+                              Item("Event", 5, Element("BlockNext", "Event", 1) + List("Times", Appointment(51)));
+  const TPlan Plan = Load("6.0.104", List("Events", Lessons));
+  EXPECT_THAT(Ring(*Plan, 1), ElementsAre(1, 4, 2));
+  EXPECT_EQ(Find<TVELVeranstaltung>(*Plan, 3).FBlockNext, nullptr);
+  EXPECT_EQ(Find<TVELVeranstaltung>(*Plan, 5).FBlockNext, nullptr);
+  EXPECT_THAT(BlockIDs(Find<TVELVeranstaltung>(*Plan, 1)), ElementsAre("A.1", "A.2"));
+  // A file of a later release tells its rings itself.
+  const TPlan Later = Load("6.0.105", List("Events", Lessons));
+  EXPECT_EQ(Find<TVELVeranstaltung>(*Later, 1).FBlockNext, nullptr);
+  EXPECT_EQ(Find<TVELVeranstaltung>(*Later, 5).FBlockNext, &Find<TVELVeranstaltung>(*Later, 1));
+}
+
+TEST(Blocks, AnIdentifierIsPassedOnToTheAppointmentsOfTheBlockOrToAll) {
+  const TPlan Plan =
+      Load("6.0.172",
+           List("Events", Item("Event", 1,
+                               "<BlockID>A</BlockID>" +
+                                   List("Times", Appointment(11, "A.7") + Appointment(12, "AB.2") + Appointment(13)))));
+  auto& Lesson = Find<TVELVeranstaltung>(*Plan, 1);
+  SetBlockID(Lesson, "A", false);
+  EXPECT_THAT(BlockIDs(Lesson), ElementsAre("A.7", "AB.2", "")) << "it is there already";
+  SetBlockID(Lesson, "C", false);
+  EXPECT_THAT(BlockIDs(Lesson), ElementsAre("C.1", "AB.2", ""));
+  SetBlockID(Lesson, "C", true);
+  EXPECT_THAT(BlockIDs(Lesson), ElementsAre("C.1", "C.2", "C.3"));
+  SetBlockID(Lesson, "", false);
+  EXPECT_THAT(BlockIDs(Lesson), ElementsAre("", "", ""));
+  EXPECT_EQ(Lesson.FBlockID, "");
+}
+
+TEST(Blocks, BlocksOfOldFilesGetBandsAndLevels) {
+  const auto Block = [](int AnID, const std::string& AName, const std::string& AMore) {
+    return Item("Block", AnID, "<Band>0</Band><Name>" + AName + "</Name>" + AMore);
+  };
+  const std::string Type = Element("LessonType", "LessonType", 81);
+  const std::string Body =
+      List("Blocks", Block(71, "A", Element("Class", "Class", 91)) + Block(72, "B", Type + "<Level>5</Level>") +
+                         Block(73, "C", Type + Element("Class", "Class", 92)) +
+                         Block(74, "D", Element("Class", "Class", 93) + "<Level>7</Level>")) +
+      List("Classes", Item("Class", 91, "<Code>Q12</Code><Level>0</Level>") +
+                          Item("Class", 92, "<Code>11</Code><Level>6</Level>") +
+                          Item("Class", 93, "<Code>E</Code><Level>0</Level>")) +
+      List("Events", Lesson(1, "B", Element("Block", "Block", 72)) + Lesson(2, "D", Element("Block", "Block", 74)) +
+                         Lesson(3, "X", "<Band>9</Band>")) +
+      "<Directories Class=\"Directories\" ID=\"" + ID(80) + "\">" +
+      List("LessonTypes", Item("LessonType", 81, "<Code>LK</Code>")) + "</Directories>";
+  const TPlan Plan = Load("6.0.134", Body);
+  std::vector<std::pair<int, int>> Blocks;
+  for (const TVELBlock* Found : Plan->FBlockungen) {
+    Blocks.emplace_back(Found->FBand, Found->FStufe);
+  }
+  EXPECT_THAT(Blocks, ElementsAre(std::pair(1, 12), std::pair(2, 6), std::pair(1, 7)));
+  EXPECT_EQ(Find<TVELVeranstaltung>(*Plan, 1).FBand, 2) << "from a block that went";
+  EXPECT_EQ(Find<TVELVeranstaltung>(*Plan, 1).FBlock, nullptr);
+  EXPECT_EQ(Find<TVELVeranstaltung>(*Plan, 2).FBand, 1);
+  EXPECT_EQ(Find<TVELVeranstaltung>(*Plan, 3).FBand, 9);
+  EXPECT_EQ(Load("6.0.135", Body)->FBlockungen.Count(), 4);
+}
+
+TEST(Blocks, StudentsOfOldLessonsAreSortedByName) {
+  const auto Student = [](int AnID, const std::string& ASurname, const std::string& AName) {
+    return Item("Student", AnID,
+                "<Code>" + std::to_string(AnID) + "</Code><Gender>0</Gender><Surname>" + ASurname +
+                    "</Surname><Name1>" + AName + "</Name1>");
+  };
+  const std::string Body =
+      List("Students", Student(61, "b", "") + Student(62, "A", "") + Student(63, "C", "")) +
+      List("Events",
+           Item("Event", 1, List("Student", Item("Student", 63) + Item("Student", 61) + Item("Student", 62))));
+  const auto Order = [](const TPlan& APlan) {
+    std::string Text;
+    for (const TVELSchueler* Found : Find<TVELVeranstaltung>(*APlan, 1).FSchueler) {
+      Text += Found->FNachname;
+    }
+    return Text;
+  };
+  EXPECT_EQ(Order(Load("6.0.102", Body)), "AbC");
+  EXPECT_EQ(Order(Load("6.0.103", Body)), "CbA");
+}
+
+TEST(Molecules, FollowTheBlocksAndWhatTheirAppointmentsHold) {
+  const std::string Teachers = List("Teacher", Item("Teacher", 61, "<Code>T</Code><Gender>0</Gender>"));
+  const std::string Rooms = List("Rooms", Item("Room", 62, "<Code>R</Code>"));
+  const TPlan Plan =
+      Load("6.0.104", Teachers + Rooms + List("Classes", Item("Class", 63, "<Code>K</Code>")) +
+                          List("Events", Lesson(1, "A", List("Classes", Item("Class", 63))) + Lesson(2, "A") +
+                                             Lesson(3, "B") + Item("Event", 4, List("Times", Appointment(41)))));
+  const auto Molecule = [&](int AnID) { return Find<TVELTermin>(*Plan, AnID).Molecule(); };
+  EXPECT_EQ(Plan->FMolecules.Items().size(), 5U);
+  EXPECT_EQ(Molecule(11), Molecule(21));
+  EXPECT_NE(Molecule(11), Molecule(12));
+  EXPECT_EQ(Molecule(31)->Atoms.Count(), 1);
+  EXPECT_THAT(Molecule(21)->Members.Items(), ElementsAre(&Find<TVELKlasse>(*Plan, 63)));
+
+  auto& Shared = Find<TVELTermin>(*Plan, 21);
+  Shared.FLehrer.Add(&Find<TVELLehrer>(*Plan, 61));
+  Shared.FRaeume.Add(&Find<TVELRaum>(*Plan, 62));
+  EXPECT_EQ(Molecule(11)->Members.Count(), 2);
+  EXPECT_EQ(Molecule(11)->Resources.Count(), 3);
+
+  SetBlockID(Find<TVELVeranstaltung>(*Plan, 2), "B", false);
+  uPlandaten::RebuildBlocks(*Plan);
+  EXPECT_EQ(Molecule(21), Molecule(31));
+  EXPECT_EQ(Molecule(11)->Atoms.Count(), 1);
+
+  Plan->FMolecules.LockUpdate = true;
+  Find<TVELVeranstaltung>(*Plan, 3).FTermine.Delete(0);
+  EXPECT_THAT(Molecule(21)->Atoms.Items(), ElementsAre(&Shared)) << "a freed appointment goes at once";
+  Plan->Clear();
+  EXPECT_THAT(Plan->FMolecules.Items(), IsEmpty());
+}
+
+TEST(Molecules, AChainThatNeverComesBackIsNoRing) {
+  const TPlan Plan =
+      Load("6.0.172", List("Events", Lesson(1, "A", Element("BlockNext", "Event", 2)) +
+                                         Lesson(2, "A", Element("BlockNext", "Event", 2)) + Lesson(3, "C")));
+  auto& Termin = Find<TVELTermin>(*Plan, 11);
+  EXPECT_THAT(uPlandaten::BlockPartners(Termin), ElementsAre(&Termin, &Find<TVELTermin>(*Plan, 21)));
+}
+
+}  // namespace
