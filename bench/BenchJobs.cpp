@@ -1,6 +1,7 @@
 #include "BenchJobs.h"
 
 #include <pugixml.hpp>
+#include <random>
 #include <stdexcept>
 #include <vector>
 
@@ -11,6 +12,11 @@
 #include "QuillonIO.h"
 #include "SchoolGenerator.h"
 #include "platform/Paths.h"
+#include "uPlandaten/Fehlzeiten.h"
+#include "uPlandaten/Klassen.h"
+#include "uPlandaten/Termine.h"
+#include "uPlandaten/Veranstaltungen.h"
+#include "uPlandaten/Vertretungen.h"
 
 namespace Bench {
 
@@ -36,6 +42,45 @@ void MakeSchool(const std::string& AFileName, int AScale) {
   SchoolGenerator::TOptions Options;
   Options.Scale = AScale;
   SchoolGenerator::Generate(Options)->SaveToFile(AFileName);
+}
+
+void MakeChangedSchool(const std::string& AFileName, int ACount) {
+  constexpr unsigned FirstDay = 46'240;  // in August 2026
+  constexpr unsigned Days = 320;
+  constexpr unsigned Features = vmKlasseFehlt + 1;
+  constexpr int ChangesPerAbsence = 4;
+  const auto Plan = SchoolGenerator::Generate({});
+  const TQuillonChangeTrackingLock Lock(*Plan);
+  std::vector<TVELTermin*> Places;
+  for (const TVELVeranstaltung* Lesson : Plan->FVeranstaltungen) {
+    if (!Lesson->FKlassen.IsEmpty()) {
+      Places.insert(Places.end(), Lesson->FTermine.begin(), Lesson->FTermine.end());
+    }
+  }
+  std::minstd_rand Random(1);
+  for (int I = 0; I < ACount; ++I) {
+    TVELTermin* const Place = Places[Random() % Places.size()];
+    const auto Day = static_cast<double>(FirstDay + Random() % Days);
+    const TVELDateTime Start = Day + static_cast<double>(8 + Random() % 8) / 24;
+    const TVELDateTime End = Start + 0.75 / 24;
+    auto* const Change = QuillonDataObjects::Create<TVELVertretung>(Plan.get());
+    Change->FATermin = Place;
+    Change->FStart = Start;
+    Change->FEnde = End;
+    Change->FAenderungsstatus = aePublished;
+    Change->FVertretungsmerkmal = static_cast<TVELVertretungsmerkmal>(Random() % Features);
+    Plan->FAenderungen.Append(Change);
+    if (I % ChangesPerAbsence == 0) {
+      auto* const Absence = QuillonDataObjects::Create<TVELKlassenfehlzeit>(Plan.get());
+      Absence->FKlasse = Place->Veranstaltung()->FKlassen.GetItem(0);
+      Absence->FStart = Start;
+      Absence->FEnde = End;
+      Plan->FFehlzeiten.Append(Absence);
+      Absence->FKlasse->FFehlzeiten.Append(Absence);
+    }
+  }
+  Plan->SortLists();
+  Plan->SaveToFile(AFileName);
 }
 
 std::uint64_t Parse(const std::string& AFileName) { return ParseWith(AFileName, ReaderOptions); }

@@ -8,6 +8,8 @@ namespace Bench {
 
 /// Makes the school of a scale and saves it.
 void MakeSchool(const std::string& AFileName, int AScale);
+/// Saves the school of scale 1 with ACount further substitutions, each fourth of them with an absence of the class.
+void MakeChangedSchool(const std::string& AFileName, int ACount);
 
 /// Reads a file into memory and parses it, with the options of the program's reader.
 /// @returns the file's length in bytes

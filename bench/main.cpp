@@ -35,7 +35,16 @@ class TFolder {
   std::filesystem::path FPath;
 };
 
-/// One school of a scale, and what its bare parse took.
+/// A family of data files: how one of a size is made.
+struct TFamily {
+  const char* Name;
+  void (*Make)(const std::string& AFileName, int ASize);
+};
+
+constexpr TFamily Scales{.Name = "scale", .Make = Bench::MakeSchool};
+constexpr TFamily Changes{.Name = "changes", .Make = Bench::MakeChangedSchool};
+
+/// One data file, and what its bare parse took.
 struct TSchool {
   std::string FileName;
   double Bytes = 0;
@@ -43,14 +52,15 @@ struct TSchool {
   Bench::TResult Parse;
 };
 
-/// The school of a scale; made when it is first asked for.
-TSchool& SchoolOf(const TFolder& AFolder, int AScale) {
-  static std::map<int, TSchool> Schools;
-  TSchool& School = Schools[AScale];
+/// The file of a size; made when it is first asked for.
+TSchool& SchoolOf(const TFolder& AFolder, const TFamily& AFamily, int ASize) {
+  static std::map<std::string, TSchool> Schools;
+  const std::string Name = AFamily.Name + std::to_string(ASize);
+  TSchool& School = Schools[Name];
   if (School.FileName.empty()) {
-    School.FileName = AFolder.Path("school-" + std::to_string(AScale) + ".velmora");
+    School.FileName = AFolder.Path(Name + ".velmora");
     Bench::Measure([&] {
-      Bench::MakeSchool(School.FileName, AScale);
+      AFamily.Make(School.FileName, ASize);
       return std::uint64_t{0};
     });
     School.Bytes = static_cast<double>(std::filesystem::file_size(School.FileName));
@@ -86,15 +96,17 @@ void Tell(benchmark::State& AState, const TSchool& ASchool, const Bench::TResult
   AState.counters["peak_to_aim"] = Peak / (static_cast<double>(ASchool.Parse.PeakBytes) + ASchool.Bytes);
 }
 
-/// About the same time for each scale.
-int RoundsOf(int AScale) { return std::clamp(64 / AScale, 3, 20); }
+/// About the same time for each size.
+int RoundsOf(const TFamily& AFamily, int ASize) {
+  return std::clamp(&AFamily == &Scales ? 64 / ASize : 200'000 / ASize, 3, 20);
+}
 
-void Register(const TFolder& AFolder, int AScale) {
+void Register(const TFolder& AFolder, const TFamily& AFamily, int ASize) {
   const auto Add = [&](const char* AName, bool IsParse, const TJob& AJob) {
-    const std::string Name = std::string(AName) + "/scale:" + std::to_string(AScale);
+    const std::string Name = std::string(AName) + "/" + AFamily.Name + ":" + std::to_string(ASize);
     benchmark::RegisterBenchmark(Name.c_str(),
-                                 [&AFolder, AScale, IsParse, AJob](benchmark::State& AState) {
-                                   TSchool& School = SchoolOf(AFolder, AScale);
+                                 [&AFolder, &AFamily, ASize, IsParse, AJob](benchmark::State& AState) {
+                                   TSchool& School = SchoolOf(AFolder, AFamily, ASize);
                                    const Bench::TResult Best = MeasureBest(AState, School, AJob);
                                    if (IsParse) {
                                      School.Parse = Best;
@@ -102,7 +114,7 @@ void Register(const TFolder& AFolder, int AScale) {
                                    Tell(AState, School, Best);
                                  })
         ->UseManualTime()
-        ->Iterations(RoundsOf(AScale))
+        ->Iterations(RoundsOf(AFamily, ASize))
         ->Unit(benchmark::kMillisecond);
   };
   Add("parse", true, [](const TSchool& ASchool) { return Bench::Parse(ASchool.FileName); });
@@ -123,7 +135,10 @@ int main(int ACount, char** AValues) {
   try {
     const TFolder Folder;
     for (const int Scale : {1, 8, 64}) {
-      Register(Folder, Scale);
+      Register(Folder, Scales, Scale);
+    }
+    for (const int Count : {12'500, 50'000, 200'000}) {
+      Register(Folder, Changes, Count);
     }
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
