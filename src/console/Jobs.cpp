@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "uOstrel/CsvWriter.h"
+#include "uTransformator.h"
 
 namespace {
 
@@ -11,6 +12,7 @@ namespace {
 }
 
 constexpr std::string_view OpenLine = "Open VELMORA file...";
+constexpr std::string_view SaveLine = "Save VELMORA file...";
 
 }  // namespace
 
@@ -46,4 +48,13 @@ void TExchangeJobs::ImportFromOcf(const std::string& /*AConfigFileName*/) {
   TVELOstrelService::ThrowNoConfiguration();
 }
 
-void TExchangeJobs::TransformFile(const std::string& /*AFileName*/) { ThrowMissing("transformation of a data file"); }
+void TExchangeJobs::TransformFile(const std::string& AFileName) {
+  TVELTransformator Transformator(FPlan);
+  FOutput(OpenLine);
+  Transformator.LoadFromFile(AFileName);
+  FOutput("Generate new Guids...");
+  Transformator.NewGuids();
+  FOutput(SaveLine);
+  Transformator.SaveToFile();
+  FOutput("Transformation finished.");
+}

@@ -1,0 +1,29 @@
+#include "uTransformator.h"
+
+#include "QuillonFileSystem.h"
+#include "uPlandaten/Aenderungen.h"
+#include "uPlandaten/Klassen.h"
+#include "uPlandaten/Termine.h"
+#include "uPlandaten/Veranstaltungen.h"
+
+void TVELTransformator::LoadFromFile(const std::string& AFileName) {
+  if (!TQuillonFileSystem::IsFile(AFileName)) {
+    throw EQuillonException("Local Velmora file does not exist.");
+  }
+  FPlan.LoadFromFile(AFileName);
+}
+
+void TVELTransformator::NewGuids() {
+  for (TVELKlasse* Class : FPlan.FKlassen) {
+    Class->SetID(QuillonGuid::New());
+  }
+  for (TVELVeranstaltung* Course : FPlan.FVeranstaltungen) {
+    Course->SetID(QuillonGuid::New());
+    for (TVELTermin* Appointment : Course->FTermine) {
+      Appointment->SetID(QuillonGuid::New());
+    }
+  }
+  for (TVELAenderung* Change : FPlan.FAenderungen) {
+    Change->SetID(QuillonGuid::New());
+  }
+}
