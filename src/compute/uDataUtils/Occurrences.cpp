@@ -138,17 +138,16 @@ std::optional<TSpan> FirstOccurrence(const TVELPlan& APlan, const TVELPlanobjekt
 }
 
 bool OccursIn(const TVELPlan& APlan, const TVELTermin& ATermin, const TSpan& ARange) {
-  const TVELDate First = APlan.FEinstellungen->FStundenplanZeitraumVon;
-  const TVELDate Last = APlan.FEinstellungen->FStundenplanZeitraumBis;
-  TSpan Range = ARange;
-  Narrow(Range, First, Last != 0 ? TVELDate(Last + 1) : Last);
-  if (!HasTime(ATermin) || Range.Start > Range.Finish) {
+  if (!HasTime(ATermin)) {
     return false;
   }
   if (!ATermin.Reoccur()) {
-    return Overlap(SpanOf(ATermin), Range);
+    return Overlap(SpanOf(ATermin), ARange);
   }
-  if (ATermin.Wochentag() == velNoDay ||
+  const TVELEinstellungen& Settings = *APlan.FEinstellungen;
+  TSpan Range = ARange;
+  Narrow(Range, Settings.FStundenplanZeitraumVon, Settings.FStundenplanZeitraumBis + 1);
+  if (ATermin.Wochentag() == velNoDay || Range.Start > Range.Finish ||
       (DayOf(Range.Start) == LastDay(Range) && !TimeOverlap(SpanOn(ATermin, LastDay(Range)), Range))) {
     return false;
   }

@@ -31,7 +31,8 @@ std::optional<TSpan> NextOccurrence(const TVELPlan& APlan, const TVELPlanobjekt*
                                     TVELDay ADay, const TSpan& ARange);
 /// The first occurrence in the timetable.
 std::optional<TSpan> FirstOccurrence(const TVELPlan& APlan, const TVELPlanobjekt* AnObject, const TVELTermin& ATermin);
-/// True if the appointment takes place in the range; what lies outside of the timetable does not count.
+/// True if the appointment takes place in the range. Of a recurring one nothing counts outside of the timetable; in a
+/// range of one day its times must share a moment with the range's.
 bool OccursIn(const TVELPlan& APlan, const TVELTermin& ATermin, const TSpan& ARange);
 
 }  // namespace uDataUtils

@@ -1,0 +1,141 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <random>
+
+#include "PlanFixture.h"
+#include "uDataUtils/Publishing.h"
+#include "uDataUtils/SchoolDays.h"
+#include "uPlandaten/Klassen.h"
+#include "uPlandaten/Lehrer.h"
+#include "uPlandaten/Vertretungen.h"
+
+namespace {
+
+/// Christmas from Thursday, 24 December, to Wednesday, 6 January.
+class SchoolYear : public testing::Test {
+ protected:
+  SchoolYear() { Plan.Free("2026-12-24", "2027-01-07"); }
+
+  std::string Move(int ACount, std::string_view ADate) {
+    return Show(uDataUtils::MoveSchoolDays(*Plan, ACount, At("1990-01-01"), At(ADate)));
+  }
+
+  TPlanFixture Plan{"2026-12-07", "2027-01-29"};
+};
+
+TEST_F(SchoolYear, DaysAreCountedOverHolidaysAndWeekends) {
+  EXPECT_EQ(Move(1, "2026-12-23T10:00"), "2027-01-07");
+  EXPECT_EQ(Move(3, "2026-12-23"), "2027-01-11");
+  EXPECT_EQ(Move(-1, "2027-01-07"), "2026-12-23");
+  EXPECT_EQ(Move(-3, "2027-01-10"), "2026-12-23");
+  EXPECT_EQ(Move(0, "2026-12-25T10:00"), "2026-12-25");
+}
+
+TEST_F(SchoolYear, AWalkEndsWithTheTimetable) {
+  EXPECT_EQ(Move(5, "2027-01-28"), "2027-01-29");
+  EXPECT_EQ(Move(1, "2027-01-29"), "1990-01-01");
+  EXPECT_EQ(Move(-2, "2026-12-08"), "2026-12-07");
+  EXPECT_EQ(Move(-1, "2026-12-07"), "1990-01-01");
+  EXPECT_EQ(Move(1, "2026-08-01"), "1990-01-01");
+  Plan.Settings().FStundenplanZeitraumVon = At("1900-01-01");
+  Plan.Settings().FStundenplanZeitraumBis = At("9999-12-31");
+  EXPECT_EQ(Move(std::numeric_limits<int>::max(), "2026-12-08"), "9999-12-31");
+  EXPECT_EQ(Move(std::numeric_limits<int>::min(), "2026-12-08"), "1900-01-01");
+}
+
+TEST_F(SchoolYear, OnlyWholeDaysForAllAreFree) {
+  const auto IsSchoolDay = [&](std::string_view ADay) { return uDataUtils::IsSchoolDay(*Plan, At(ADay)); };
+  EXPECT_FALSE(IsSchoolDay("2026-12-24T12:00"));
+  EXPECT_FALSE(IsSchoolDay("2027-01-06"));
+  EXPECT_TRUE(IsSchoolDay("2027-01-07"));
+  TVELKalendereintrag& Entry = Plan.Free("2027-01-11", "2027-01-11");
+  EXPECT_FALSE(IsSchoolDay("2027-01-11"));
+  Entry.FGanztaegig = false;
+  EXPECT_TRUE(IsSchoolDay("2027-01-11"));
+  Entry.FGanztaegig = true;
+  Entry.FUnterrichtsfrei = false;
+  EXPECT_TRUE(IsSchoolDay("2027-01-11"));
+  Entry.FUnterrichtsfrei = true;
+  Plan.Invite(Entry, Plan.Add<TVELLehrer>(Plan->FLehrer));
+  EXPECT_TRUE(IsSchoolDay("2027-01-11"));
+
+  EXPECT_FALSE(IsSchoolDay("2027-01-16"));
+  Plan.Settings().FWochenstart = velSaturday;
+  Plan.Settings().FWochenende = velWednesday;
+  EXPECT_TRUE(IsSchoolDay("2027-01-16"));
+  EXPECT_TRUE(IsSchoolDay("2027-01-17"));
+  EXPECT_FALSE(IsSchoolDay("2027-01-14"));
+}
+
+TEST_F(SchoolYear, EntriesMayOverlapInAnyOrder) {
+  std::mt19937 Random(7);
+  const auto Number = [&](int AMin, int AMax) { return std::uniform_int_distribution(AMin, AMax)(Random); };
+  const TVELDate First = Plan.Settings().FStundenplanZeitraumVon;
+  Plan.Settings().FWochenende = velSunday;
+  for (int Round = 0; Round < 200; ++Round) {
+    Plan->FKalender->FEintraege.Clear();
+    std::vector<bool> Free(50);
+    for (int I = Number(0, 8); I > 0; --I) {
+      const int Start = Number(0, 40);
+      const int Days = Number(0, 9);
+      TVELKalendereintrag& Entry = Plan.Free("2026-12-07", "2026-12-07");
+      Entry.FStart = First + Start;
+      Entry.FEnde = Entry.FStart + Days;
+      for (int Day = Start; Day < Start + std::max(Days, 1); ++Day) {
+        Free[static_cast<std::size_t>(Day)] = true;
+      }
+    }
+    for (int Day = 0; Day < 50; ++Day) {
+      ASSERT_NE(uDataUtils::IsSchoolDay(*Plan, First + Day), Free[static_cast<std::size_t>(Day)])
+          << Round << "/" << Day;
+    }
+  }
+}
+
+TEST_F(SchoolYear, ChangesAreShownForSomeSchoolDaysAhead) {
+  const TVELDate Today = At("2026-12-22T09:00");
+  const auto Shows = [&](std::string_view ADate) { return uDataUtils::InPublishWindow(*Plan, At(ADate), Today); };
+  Plan.Settings().FPublishDaysScope = 2;
+  EXPECT_TRUE(Shows("2027-01-29"));
+  Plan.Settings().FAenderungenFreigeben = true;
+  EXPECT_TRUE(Shows("2026-12-01"));
+  EXPECT_TRUE(Shows("2027-01-07T16:00"));
+  EXPECT_FALSE(Shows("2027-01-08"));
+  Plan.Settings().FPublishDaysScope = 0;
+  EXPECT_TRUE(Shows("2027-01-29"));
+}
+
+TEST_F(SchoolYear, OpenChangesAreNotPublic) {
+  const TVELDate Today = At("2026-12-22");
+  const TSpan Lesson = Span("2026-12-23T08:00", "2026-12-23T08:45");
+  TVELVertretung& Change = Plan.Change<TVELVertretung>(Lesson);
+  Change.FVertretungsmerkmal = vmFaelltAus;
+  const auto IsPublished = [&] { return uDataUtils::IsPublished(*Plan, &Change, Today); };
+  EXPECT_TRUE(uDataUtils::IsPublished(*Plan, nullptr, Today));
+  EXPECT_TRUE(uDataUtils::IsOpen(Change));
+  EXPECT_FALSE(IsPublished());
+  Change.FAenderungsstatus = aeFinished;
+  EXPECT_TRUE(IsPublished());
+  Change.FVertretungsmerkmal = vmKein;  // nobody stands in, and no reason is given
+  EXPECT_FALSE(IsPublished());
+  Change.FVertretungsentfall = QuillonDataObjects::Create<TVELVertretungsentfall>(&*Plan);
+  EXPECT_TRUE(IsPublished());
+  TVELLehrerfehlzeit& Absence = Plan.Absence<TVELLehrerfehlzeit>(Plan.Add<TVELLehrer>(Plan->FLehrer), Lesson);
+  Change.FFehlzeit = &Absence;
+  EXPECT_TRUE(IsPublished());
+  Absence.FNotPublic = true;
+  EXPECT_FALSE(IsPublished());
+  Absence.FNotPublic = false;
+  Plan.Settings().FAenderungenFreigeben = true;
+  EXPECT_FALSE(IsPublished());
+  Change.FAenderungsstatus = aePublished;
+  EXPECT_TRUE(IsPublished());
+  Plan.Settings().FPublishDaysScope = 1;
+  EXPECT_TRUE(IsPublished());
+  Change.FEnde = At("2027-01-07T08:45");
+  EXPECT_FALSE(IsPublished());
+  EXPECT_FALSE(uDataUtils::IsOpen(Plan.Change<TVELMitteilung>(Lesson)));
+}
+
+}  // namespace
