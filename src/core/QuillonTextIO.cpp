@@ -97,8 +97,10 @@ bool TQuillonTextReader::ReadUnit(std::uint16_t& AUnit) {
 
 char32_t TQuillonTextReader::ReadUtf8(std::uint8_t AFirst) {
   constexpr std::uint8_t ThreeByteFlag = 0x20;
+  constexpr std::uint8_t FourByteFlags = 0xF0;
   std::string Sequence(1, static_cast<char>(AFirst));
-  const std::size_t Length = (AFirst & ThreeByteFlag) != 0 ? 3 : 2;
+  const bool IsFour = (AFirst & FourByteFlags) == FourByteFlags;
+  const std::size_t Length = IsFour ? 4 : ((AFirst & ThreeByteFlag) != 0 ? 3 : 2);
   for (std::uint8_t Byte = 0; Sequence.size() < Length && ReadByte(Byte);) {
     Sequence.push_back(static_cast<char>(Byte));
   }

@@ -24,8 +24,8 @@ class TQuillonTextReader {
   TQuillonTextReader& operator=(const TQuillonTextReader&) = delete;
   virtual ~TQuillonTextReader() = default;
 
-  /// The next character. UTF-8 is read in sequences of up to three bytes, as their first byte tells: a longer one is
-  /// not understood. @return false at the end
+  /// The next character. A UTF-8 sequence is as long as its first byte tells, whatever the others are.
+  /// @return false at the end
   virtual bool Read(char32_t& AChar);
   /// The next line that is not empty, without its line break; empty at the end.
   std::string ReadLine();

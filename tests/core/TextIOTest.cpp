@@ -32,11 +32,11 @@ TEST(TextIO, DamagedTextIsReadAsReplacementCharacters) {
   EXPECT_EQ(ReadAll("Grün €", Utf8), "Grün €");
   EXPECT_EQ(ReadAll("a\xC4;b", Utf8),
             "a\uFFFD"
-            "b");                                                   // the byte behind belongs to the sequence
-  EXPECT_EQ(ReadAll("\xF0\x9F\x98\x80;x", Utf8), "\uFFFD\uFFFDx");  // sequences end after three bytes
-  EXPECT_EQ(ReadAll("\xED\xA0\x80x", Utf8), "\uFFFDx");             // a surrogate
-  EXPECT_EQ(ReadAll("\xC0\x80x", Utf8), "\uFFFDx");                 // too long
-  EXPECT_EQ(ReadAll("a\xE2\x82", Utf8), "a\uFFFD");                 // cut off
+            "b");  // the byte behind belongs to the sequence
+  EXPECT_EQ(ReadAll("\xF0\x9F\x98\x80;x", Utf8), "😀;x");
+  EXPECT_EQ(ReadAll("\xED\xA0\x80x", Utf8), "\uFFFDx");  // a surrogate
+  EXPECT_EQ(ReadAll("\xC0\x80x", Utf8), "\uFFFDx");      // too long
+  EXPECT_EQ(ReadAll("a\xE2\x82", Utf8), "a\uFFFD");      // cut off
   EXPECT_EQ(ReadAll("Gr\xFCn", Latin1), "Grün");
   EXPECT_EQ(ReadAll(std::string("a\0=\xD8\0\xDEx\0", 8), Utf16LE), "a😀x");
   EXPECT_EQ(ReadAll(std::string("=\xD8x\0\0\xDE=\xD8", 8), Utf16LE), "\uFFFDx\uFFFD\uFFFD");
