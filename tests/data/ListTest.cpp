@@ -48,7 +48,8 @@ TEST(DataList, HooksFrameEveryChange) {
       {[](TLetters& L) { L.List.Clear(); }, "", "BeforeClear/4 AfterClear/0 Change/0 "},
       {[](TLetters& L) { L.List.Exchange(0, 3); }, "dbca",
        "BeforeMove0/4 AfterMove2/4 Change/4 BeforeMove3/4 AfterMove0/4 Change/4 "},
-      // What changes nothing tells nothing.
+      // What readers do is told by nobody, and so is what changes nothing.
+      {[](TLetters& L) { L.List.Append(L.Store->NewItem("x")); }, "abcdx", ""},
       {[](TLetters& L) { L.List.Add(nullptr); }, "abcd", ""},
       {[](TLetters& L) { L.List.Insert(0, L[2]); }, "abcd", ""},
       {[](TLetters& L) { L.List.Merge(L[2]); }, "abcd", ""},
@@ -111,6 +112,10 @@ TEST(DataList, SetOperationsGoByIdentity) {
   EXPECT_EQ(NamesOf(References), "bbbb");
   References.Assign(Letters.List);
   EXPECT_EQ(NamesOf(References), "bbbbacd");  // what both have stays as it stands
+  EXPECT_TRUE(References.Holds(Letters[1]));
+  References.RemoveObject(Letters[1]);
+  EXPECT_EQ(NamesOf(References), "acd");
+  EXPECT_FALSE(References.Holds(Letters[1]));
 }
 
 TEST(DataList, OwningListsMoveImportAndCopy) {

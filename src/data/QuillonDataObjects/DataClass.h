@@ -208,6 +208,15 @@ class TQuillonDataClassBuilder : public TQuillonDataClass {
   TBuilder& Reference(std::string_view AName) {
     return Pointer<AMember>(AName, TKind::Reference);
   }
+  /// The same through a setter, for a field with a rule of its own.
+  template <auto AMember, auto ASetter>
+  TBuilder& Reference(std::string_view AName) {
+    Reference<AMember>(AName);
+    std::get_if<TQuillonDataRow::TPointer>(&LastRow().Access)->Set = [](TObject& AnObject, TQuillonDataObject* AValue) {
+      RunHook(ASetter, AnObject, static_cast<typename TQuillonMember<AMember>::TType>(AValue));
+    };
+    return *this;
+  }
   template <auto AMember>
   TBuilder& List(std::string_view AName) {
     TQuillonDataRow Row = MakeRow(AName, TKind::List);
@@ -267,6 +276,11 @@ class TQuillonDataClassBuilder : public TQuillonDataClass {
   }
   TBuilder& KeepsCurrent() {
     LastRow().KeepsCurrent = true;
+    return *this;
+  }
+  /// The object goes with the one that it refers to here.
+  TBuilder& Essential() {
+    LastRow().Essential = true;
     return *this;
   }
   /// The items of a list join those that are there.

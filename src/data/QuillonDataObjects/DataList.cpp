@@ -78,9 +78,14 @@ void TQuillonDataList::Add(TQuillonDataObject* AnItem) {
 }
 
 void TQuillonDataList::Append(TQuillonDataObject* AnItem) {
-  if (AnItem != nullptr) {
-    InsertAt(AnyPlace, Count(), AnItem);
+  if (AnItem == nullptr) {
+    return;
   }
+  assert(AnItem->DataClass().DescendsFrom(ItemClass()));
+  if (FIsItemOwner) {
+    TQuillonDataHolder::Hold(*AnItem, *this);
+  }
+  FItems.push_back(AnItem);
 }
 
 void TQuillonDataList::Insert(int AnIndex, TQuillonDataObject* AnItem) {
@@ -176,6 +181,10 @@ bool TQuillonDataList::Contains(const TQuillonDataObject* AnItem) const { return
 
 bool TQuillonDataList::Contains(const TGUID& AnID) const { return IndexOf(AnID) >= 0; }
 
+bool TQuillonDataList::Holds(const TQuillonDataObject* AnItem) const {
+  return std::find(FItems.begin(), FItems.end(), AnItem) != FItems.end();
+}
+
 bool TQuillonDataList::ContainsAll(const TQuillonDataList& AnOther) const {
   return std::all_of(AnOther.FItems.begin(), AnOther.FItems.end(),
                      [this](const TQuillonDataObject* AnItem) { return Contains(AnItem); });
@@ -245,6 +254,23 @@ void TQuillonDataList::Remove(const TQuillonDataObject* AnItem) {
   }
 }
 
+/// True if something went.
+template <class TPredicate>
+bool TQuillonDataList::DeleteIf(const TPredicate& APredicate) {
+  const int Before = Count();
+  for (int I = Before - 1; I >= 0; --I) {
+    // An item that is freed may take others with it.
+    if (I < Count() && APredicate(FItems[static_cast<std::size_t>(I)])) {
+      Delete(I);
+    }
+  }
+  return Count() != Before;
+}
+
+void TQuillonDataList::RemoveObject(const TQuillonDataObject* AnItem) {
+  DeleteIf([&](const TQuillonDataObject* AnOwn) { return AnOwn == AnItem; });
+}
+
 TQuillonDataObject* TQuillonDataList::Extract(int AnIndex) {
   TQuillonDataObject* const Item = GetItem(AnIndex);
   Perform([&] {
@@ -269,23 +295,11 @@ TQuillonDataObject* TQuillonDataList::Extract(const TQuillonDataObject* AnItem) 
 }
 
 bool TQuillonDataList::RemoveAll(const TQuillonDataList& AnOther) {
-  const int Before = Count();
-  for (int I = Before - 1; I >= 0; --I) {
-    if (AnOther.Contains(FItems[static_cast<std::size_t>(I)])) {
-      Delete(I);
-    }
-  }
-  return Count() != Before;
+  return DeleteIf([&](const TQuillonDataObject* AnItem) { return AnOther.Contains(AnItem); });
 }
 
 bool TQuillonDataList::RetainAll(const TQuillonDataList& AnOther) {
-  const int Before = Count();
-  for (int I = Before - 1; I >= 0; --I) {
-    if (!AnOther.Contains(FItems[static_cast<std::size_t>(I)])) {
-      Delete(I);
-    }
-  }
-  return Count() != Before;
+  return DeleteIf([&](const TQuillonDataObject* AnItem) { return !AnOther.Contains(AnItem); });
 }
 
 void TQuillonDataList::Pack() { std::erase(FItems, nullptr); }

@@ -38,7 +38,7 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
 
   /// Appends the item, or places it by the order of a sorted list; null is ignored, doubles are not.
   void Add(TQuillonDataObject* AnItem);
-  /// As Add, at the end whatever the order: for readers, which sort when all is read.
+  /// At the end whatever the order, without hooks or notice: for readers, which sort when all is read. Null is ignored.
   void Append(TQuillonDataObject* AnItem);
   /// As Add at a place; an item whose identity the list holds already is ignored.
   /// @throws EQuillonCollectionError for an index outside of the list
@@ -61,6 +61,8 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   bool Contains(const TGUID& AnID) const;
   bool ContainsAll(const TQuillonDataList& AnOther) const;
   TQuillonDataObject* Find(const TGUID& AnID) const;
+  /// As Contains for the very object, not for one with its identity: looks at no item but this one.
+  bool Holds(const TQuillonDataObject* AnItem) const;
   /// -1 if missing.
   int IndexOf(const TQuillonDataObject* AnItem) const;
   int IndexOf(const TGUID& AnID) const;
@@ -72,6 +74,8 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   void Delete(int AnIndex);
   void Delete(const TGUID& AnID);
   void Remove(const TQuillonDataObject* AnItem);
+  /// As Remove for the very object, as often as the list holds it.
+  void RemoveObject(const TQuillonDataObject* AnItem);
   /// Removes without freeing; null if it is not there.
   /// @throws EQuillonCollectionError for an index outside of the list
   TQuillonDataObject* Extract(int AnIndex);
@@ -133,6 +137,8 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
  private:
   template <class TBody>
   void Perform(TBody&& ABody);
+  template <class TPredicate>
+  bool DeleteIf(const TPredicate& APredicate);
   void InsertAt(int AWanted, int AnIndex, TQuillonDataObject* AnItem);
   int CheckedIndex(int AnIndex, int ALimit) const;
   int CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B) const;

@@ -142,6 +142,17 @@ TQuillonDataAbstractObject* TQuillonDataObjectRegistry::GetObject(const TGUID& A
   return nullptr;
 }
 
+std::vector<TQuillonDataAbstractObject*> TQuillonDataObjectRegistry::Objects() const {
+  std::vector<TQuillonDataAbstractObject*> Found;
+  Found.reserve(FCount);
+  for (const TSlot& Slot : FSlots) {
+    if (Slot.Object != nullptr) {
+      Found.push_back(Slot.Object);
+    }
+  }
+  return Found;
+}
+
 std::vector<TQuillonDataObject*> TQuillonDataObjectRegistry::Unheld() const {
   std::vector<TQuillonDataObject*> Found;
   for (const TSlot& Slot : FSlots) {

@@ -44,6 +44,8 @@ class TQuillonDataObjectRegistry {
   TQuillonDataAbstractObject* GetObject(const TGUID& AnID, const TQuillonDataClass& AClass) const;
 
   std::size_t Count() const { return FCount; }
+  /// All objects, in no order.
+  std::vector<TQuillonDataAbstractObject*> Objects() const;
   /// Objects that no list and no other object holds.
   std::vector<TQuillonDataObject*> Unheld() const;
   /// Forgets all objects.

@@ -163,6 +163,7 @@ struct TQuillonDataRow {
   bool AlwaysWritten = false;  ///< written also while it equals the default
   bool KeepsCurrent = false;   ///< an absent name leaves the field as it is
   bool Merged = false;         ///< the items of a list join those that are there
+  bool Essential = false;      ///< a reference: without the object there the one that refers to it has no sense
   bool IsStamp = false;        ///< tells of the object's past, no content: not copied by Assign
   bool HasSince = false;
   bool HasUntil = false;

@@ -239,7 +239,6 @@ void TQuillonDataObjectXMLReader::ReadList(TQuillonDataAbstractObject& AnObject,
     }
   }
   // A list's stamps stand inside its element, but are read beside it: it takes those of the object it lies in.
-  // Last, because each item that enters stamps the list.
   List.FVersion = AnObject.FVersion;
   List.FChanged = AnObject.FChanged;
   List.FChangedBy = AnObject.FChangedBy;
