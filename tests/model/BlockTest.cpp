@@ -15,6 +15,7 @@
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::UnorderedElementsAre;
 using uPlandaten::SetBlockID;
 
 namespace {
@@ -31,13 +32,15 @@ std::string Lesson(int AnID, const std::string& ABlock, const std::string& AMore
                   List("Times", Appointment(AnID * 10 + 1, ABlock + ".1") + Appointment(AnID * 10 + 2, ABlock + ".2")));
 }
 
+int Number(const TQuillonDataObject& AnObject) { return std::stoi(QuillonGuid::Braced(AnObject.ID()).substr(25, 12)); }
+
 /// The lessons of a ring from one on; each stands in it once.
 std::vector<int> Ring(TVELPlan& APlan, int AnID) {
   std::vector<int> Found;
   const TVELVeranstaltung* const First = &Find<TVELVeranstaltung>(APlan, AnID);
   for (const TVELVeranstaltung* Next = First; Next != nullptr && (Found.empty() || Next != First);
        Next = Next->FBlockNext) {
-    Found.push_back(std::stoi(QuillonGuid::Braced(Next->ID()).substr(25, 12)));
+    Found.push_back(Number(*Next));
   }
   return Found;
 }
@@ -164,6 +167,52 @@ TEST(Molecules, FollowTheBlocksAndWhatTheirAppointmentsHold) {
   EXPECT_THAT(Molecule(21)->Atoms.Items(), ElementsAre(&Shared)) << "a freed appointment goes at once";
   Plan->Clear();
   EXPECT_THAT(Plan->FMolecules.Items(), IsEmpty());
+}
+
+TEST(Blocks, PartnersAreThoseOfTheRingElseThoseOfTheName) {
+  // 1 and 2 are a ring, 3 points into it, 4 has the name only; 5 names a block that is not its own.
+  const TPlan Plan =
+      Load("6.0.172", List("Events", Lesson(1, "A", Element("BlockNext", "Event", 2)) +
+                                         Lesson(2, "A", Element("BlockNext", "Event", 1)) +
+                                         Lesson(3, "A", Element("BlockNext", "Event", 1)) + Lesson(4, "A") +
+                                         Item("Event", 5, List("Times", Appointment(51, "A.1")))));
+  const uPlandaten::TBlockIndex Blocks(*Plan);
+  const auto Partners = [&](int AnID) {
+    std::vector<int> Found;
+    for (const TVELTermin* Termin : Blocks.Partners(Find<TVELTermin>(*Plan, AnID))) {
+      Found.push_back(Number(*Termin));
+    }
+    return Found;
+  };
+  EXPECT_THAT(Partners(11), ElementsAre(11, 21));
+  EXPECT_THAT(Partners(22), ElementsAre(22, 12));
+  EXPECT_EQ(Partners(31).front(), 31);
+  EXPECT_THAT(Partners(31), UnorderedElementsAre(11, 21, 31, 41, 51));
+  EXPECT_EQ(Partners(51).front(), 51);
+  EXPECT_THAT(Partners(51), UnorderedElementsAre(11, 21, 31, 41, 51));
+  Plan->FVeranstaltungen.Remove(&Find<TVELVeranstaltung>(*Plan, 2));
+  EXPECT_EQ(Find<TVELVeranstaltung>(*Plan, 1).FBlockNext, nullptr) << "alone in the ring";
+  EXPECT_EQ(Find<TVELVeranstaltung>(*Plan, 3).FBlockNext, &Find<TVELVeranstaltung>(*Plan, 1));
+}
+
+TEST(Molecules, LetGoOfWhatLeavesThePlan) {
+  const TPlan Plan = Load("6.0.104", List("Teacher", Item("Teacher", 61, "<Code>T</Code><Gender>0</Gender>")) +
+                                         List("Events", Lesson(1, "A") + Lesson(2, "A")));
+  auto& Lesson1 = Find<TVELVeranstaltung>(*Plan, 1);
+  auto& Out = Find<TVELTermin>(*Plan, 11);
+  auto& Stays = Find<TVELTermin>(*Plan, 21);
+  Out.FLehrer.Add(&Find<TVELLehrer>(*Plan, 61));
+  EXPECT_EQ(Stays.Molecule()->Members.Count(), 1);
+  Lesson1.FTermine.Extract(&Out);
+  EXPECT_THAT(Stays.Molecule()->Atoms.Items(), ElementsAre(&Stays));
+  EXPECT_EQ(Out.Molecule(), nullptr);
+  Lesson1.FTermine.Add(&Out);
+  EXPECT_EQ(Out.Molecule(), Stays.Molecule());
+  Plan->FMolecules.LockUpdate = true;
+  Plan->FLehrer.Clear();
+  EXPECT_THAT(Out.Molecule()->Resources.Items(), IsEmpty()) << "freed objects go at once";
+  Plan->FMolecules.Clear();
+  EXPECT_EQ(Out.Molecule(), nullptr);
 }
 
 TEST(Molecules, AChainThatNeverComesBackIsNoRing) {

@@ -1,5 +1,7 @@
 #include "uDataObjects/DataObjects.h"
 
+#include "QuillonDataObjects/Sweep.h"
+
 const TQuillonDataClass& TVELDataObject::Class() {
   using T = TVELDataObject;
   static const TQuillonDataClass Class =
@@ -46,6 +48,14 @@ void TVELDataObject::Change() {
   if (TracksChange(*this)) {
     TQuillonDataObject::Change();
   }
+}
+
+void TVELDataObject::FreeProperties() {
+  TQuillonDataStorage* const Store = Storage();
+  if (Store != nullptr && !Store->IsIn(TQuillonDataStorageState::dssClearing)) {
+    QuillonDataObjects::ClearReferences(*Store, *this);
+  }
+  TQuillonDataObject::FreeProperties();
 }
 
 std::string TVELDataObject::GetDisplayName() const {

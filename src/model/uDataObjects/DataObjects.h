@@ -25,6 +25,8 @@ class TVELDataObject : public TQuillonDataObject {
   std::string GetDisplayName() const override;
 
  protected:
+  /// Takes every reference to this object out of its storage, unless that is cleared or destroyed.
+  void FreeProperties() override;
   /// What stands for "%s" in the display text.
   virtual std::string DisplayArgument() const { return {}; }
   /// True if changes count at present.

@@ -17,7 +17,7 @@ const TQuillonDataClass& TVELAenderung::Class() {
   using T = TVELAenderung;
   // clang-format off
   static const TQuillonDataClass Class = DescribeAbstractClass<T, TVELBasisObject>("TVELAenderung")
-      .Reference<&T::FATermin>("Time")
+      .Reference<&T::FATermin>("Time").Essential()
       .String<&T::FInformation>("Information")
       .String<&T::FMitteilung>("Message")
       .String<&T::FBemerkung>("Comment")

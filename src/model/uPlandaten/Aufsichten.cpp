@@ -2,6 +2,7 @@
 
 #include "uPlandaten/Lehrer.h"
 #include "uPlandaten/Plan.h"
+#include "uPlandaten/Relationen.h"
 #include "uPlandaten/Zeitrahmen.h"
 
 const TQuillonDataClass& TVELAufsichtsbereich::Class() {
@@ -24,9 +25,25 @@ const TQuillonDataClass& TVELAufsicht::Class() {
   using T = TVELAufsicht;
   // clang-format off
   static const TQuillonDataClass Class = DescribeClass<T, TVELAbstrakterTermin>("Supervision", "Aufsicht")
-      .Reference<&T::FLehrer>("Teacher");
+      .Reference<&T::FLehrer, &T::SetLehrer>("Teacher");
   // clang-format on
   return Class;
+}
+
+void TVELAufsicht::SetLehrer(TVELLehrer* AValue) {
+  if (FLehrer == AValue) {
+    return;
+  }
+  TVELLehrer* const Old = std::exchange(FLehrer, AValue);
+  if (uPlandaten::FollowsRelations(*this)) {
+    if (AValue != nullptr) {
+      AValue->FAufsichten.Merge(this);
+    }
+    if (Old != nullptr) {
+      Old->FAufsichten.RemoveObject(this);
+    }
+  }
+  Change();
 }
 
 TVELZeitrahmen* TVELAufsicht::Zeitrahmen() const {

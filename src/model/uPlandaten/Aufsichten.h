@@ -29,6 +29,8 @@ class TVELAufsicht : public TVELAbstrakterTermin {
 
   TVELLehrer* FLehrer = nullptr;
 
+  /// Changes the teacher; the supervision moves into the FAufsichten of the new one.
+  void SetLehrer(TVELLehrer* AValue);
   bool Reoccur() const override { return FWochentag != velNoDay; }
   /// That of the area; null without area.
   TVELZeitrahmen* Zeitrahmen() const override;

@@ -63,6 +63,13 @@ void TVELPlanobjekt::InitProperties() {
   FVeranstaltungen.SetSorted(true);
 }
 
+void TVELPlanobjekt::FreeProperties() {
+  if (TVELPlan* const Owner = Plan()) {
+    Owner->FMolecules.RemoveObject(*this);
+  }
+  TVELStammobjekt::FreeProperties();
+}
+
 TVELZeitrahmen* TVELPlanobjekt::Timeframe() const {
   return FZeitrahmen != nullptr ? FZeitrahmen : TVELStammobjekt::Timeframe();
 }

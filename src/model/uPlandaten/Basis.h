@@ -61,9 +61,15 @@ class TVELPlanobjekt : public TVELStammobjekt {
   TVELZeitrahmen* FZeitrahmen = nullptr;  ///< own time frame; the plan's if none
 
   TVELZeitrahmen* Timeframe() const override;
+  /// Enters a lesson that refers to this object, the lesson of an appointment that does, or an absence of it.
+  void AddReference(TVELDataObject& AReferrer);
+  /// As AddReference the other way round. The lesson of an appointment stays while anything else of it refers to this
+  /// object, see uPlandaten::LessonUses.
+  void RemoveReference(TVELDataObject& AReferrer);
 
  protected:
   void InitProperties() override;
+  void FreeProperties() override;
 };
 
 namespace uPlandaten {

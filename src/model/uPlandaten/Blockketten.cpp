@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <iterator>
 #include <string>
-#include <unordered_map>
+#include <unordered_set>
+#include <utility>
 
 #include "QuillonNumbers.h"
+#include "QuillonText.h"
 #include "uPlandaten/Plan.h"
 #include "uPlandaten/Termine.h"
 #include "uPlandaten/Veranstaltungen.h"
@@ -17,6 +19,15 @@ namespace {
 /// The block in an appointment's identifier.
 std::string_view BlockOf(std::string_view AnID) { return AnID.substr(0, AnID.find('.')); }
 
+/// The lessons of the plan, each once: a damaged file may list one twice.
+std::vector<TVELVeranstaltung*> LessonsOf(const TVELPlan& APlan) {
+  std::vector<TVELVeranstaltung*> Lessons;
+  std::unordered_set<const TVELVeranstaltung*> Seen;
+  std::ranges::copy_if(APlan.FVeranstaltungen, std::back_inserter(Lessons),
+                       [&](const TVELVeranstaltung* ALesson) { return Seen.insert(ALesson).second; });
+  return Lessons;
+}
+
 /// Sorts by the order of lessons, whose text is built once for each.
 void SortLessons(std::vector<TVELVeranstaltung*>& ALessons) {
   std::unordered_map<const TVELVeranstaltung*, std::string> Texts;
@@ -24,7 +35,8 @@ void SortLessons(std::vector<TVELVeranstaltung*>& ALessons) {
     Texts.emplace(Lesson, Lesson->SortText());
   }
   std::ranges::stable_sort(ALessons, [&](const TVELVeranstaltung* A, const TVELVeranstaltung* B) {
-    return A->FBlockIndex != B->FBlockIndex ? A->FBlockIndex < B->FBlockIndex : Texts.at(A) < Texts.at(B);
+    return A->FBlockIndex != B->FBlockIndex ? A->FBlockIndex < B->FBlockIndex
+                                            : QuillonText::CompareOrdinal(Texts.at(A), Texts.at(B)) < 0;
   });
 }
 
@@ -36,14 +48,6 @@ void LinkRing(std::vector<TVELVeranstaltung*>& ALessons) {
   for (std::size_t I = 0; I < ALessons.size(); ++I) {
     ALessons[I]->Set(ALessons[I]->FBlockNext, ALessons[(I + 1) % ALessons.size()]);
   }
-}
-
-/// True if the appointments' lessons are in one block, or the first one's in none.
-bool ShareRing(const TVELTermin& ATermin, const TVELTermin& AnOther) {
-  const TVELVeranstaltung* const Lesson = ATermin.Veranstaltung();
-  const TVELVeranstaltung* const Other = AnOther.Veranstaltung();
-  return Lesson == nullptr || Lesson->FBlockNext == nullptr || BlockOf(ATermin.FBlockID) != Lesson->FBlockID ||
-         (Other != nullptr && Other->FBlockID == Lesson->FBlockID);
 }
 
 }  // namespace
@@ -69,7 +73,7 @@ void SetBlockID(TVELVeranstaltung& ALesson, std::string_view AnID, bool AForce) 
 
 void RebuildBlocks(TVELPlan& APlan) {
   std::unordered_map<std::string, std::vector<TVELVeranstaltung*>> Blocks;
-  for (TVELVeranstaltung* Lesson : APlan.FVeranstaltungen) {
+  for (TVELVeranstaltung* Lesson : LessonsOf(APlan)) {
     Lesson->Set(Lesson->FBlockNext, static_cast<TVELVeranstaltung*>(nullptr));
     if (!Lesson->FBlockID.empty()) {
       Blocks[Lesson->FBlockID].push_back(Lesson);
@@ -85,21 +89,54 @@ void RebuildBlocks(TVELPlan& APlan) {
 }
 
 TBlockIndex::TBlockIndex(const TVELPlan& APlan) {
-  for (const TVELVeranstaltung* Lesson : APlan.FVeranstaltungen) {
+  const std::vector<TVELVeranstaltung*> Lessons = LessonsOf(APlan);
+  FindRings(Lessons);
+  for (const TVELVeranstaltung* Lesson : Lessons) {
+    const TVELVeranstaltung* const Ring = FRings.at(Lesson);
     for (TVELTermin* Appointment : Lesson->FTermine) {
-      if (!Appointment->FBlockID.empty()) {
-        FTermine[Appointment->FBlockID].push_back(Appointment);
+      if (Appointment->FBlockID.empty()) {
+        continue;
+      }
+      FTermine[{nullptr, Appointment->FBlockID}].push_back(Appointment);
+      if (Ring != nullptr) {
+        FTermine[{Ring, Appointment->FBlockID}].push_back(Appointment);
       }
     }
   }
 }
 
+/// A file may tell chains that end, that run into a ring, or that leave the plan: none of these is a ring.
+void TBlockIndex::FindRings(const std::vector<TVELVeranstaltung*>& ALessons) {
+  for (const TVELVeranstaltung* Lesson : ALessons) {
+    FRings.emplace(Lesson, nullptr);
+  }
+  std::unordered_map<const TVELVeranstaltung*, const TVELVeranstaltung*> Walks;  // each lesson's first visitor
+  for (const TVELVeranstaltung* First : ALessons) {
+    const TVELVeranstaltung* Next = First;
+    while (FRings.contains(Next) && Walks.try_emplace(Next, First).second) {
+      Next = Next->FBlockNext;
+    }
+    // A walk that met itself has found a ring; one that met an earlier walk has found nothing new.
+    for (const TVELVeranstaltung* Ring = Next; FRings.contains(Ring) && Walks.at(Ring) == First;
+         Ring = Ring->FBlockNext) {
+      if (std::exchange(FRings.at(Ring), Next) != nullptr) {
+        break;
+      }
+    }
+  }
+}
+
+const TVELVeranstaltung* TBlockIndex::RingOf(const TVELTermin& ATermin) const {
+  const TVELVeranstaltung* const Lesson = ATermin.Veranstaltung();
+  const auto Found = FRings.find(Lesson);
+  return Found != FRings.end() && BlockOf(ATermin.FBlockID) == Lesson->FBlockID ? Found->second : nullptr;
+}
+
 std::vector<TVELTermin*> TBlockIndex::Partners(TVELTermin& ATermin) const {
   std::vector<TVELTermin*> Found = {&ATermin};
-  if (const auto Block = FTermine.find(ATermin.FBlockID); Block != FTermine.end()) {
-    std::ranges::copy_if(Block->second, std::back_inserter(Found), [&](const TVELTermin* AnOther) {
-      return AnOther != &ATermin && ShareRing(ATermin, *AnOther);
-    });
+  if (const auto Block = FTermine.find({RingOf(ATermin), ATermin.FBlockID}); Block != FTermine.end()) {
+    std::ranges::copy_if(Block->second, std::back_inserter(Found),
+                         [&](const TVELTermin* AnOther) { return AnOther != &ATermin; });
   }
   return Found;
 }

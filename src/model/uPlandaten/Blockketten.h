@@ -1,7 +1,9 @@
 #pragma once
 
+#include <map>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 class TVELPlan;
@@ -31,7 +33,13 @@ class TBlockIndex {
   std::vector<TVELTermin*> Partners(TVELTermin& ATermin) const;
 
  private:
-  std::unordered_map<std::string_view, std::vector<TVELTermin*>> FTermine;
+  void FindRings(const std::vector<TVELVeranstaltung*>& ALessons);
+  /// A lesson of the ring that the appointment's block is; null if there is none.
+  const TVELVeranstaltung* RingOf(const TVELTermin& ATermin) const;
+
+  std::unordered_map<const TVELVeranstaltung*, const TVELVeranstaltung*> FRings;  ///< of each lesson, if it is in one
+  /// By ring and identifier; without ring, those of all lessons.
+  std::map<std::pair<const TVELVeranstaltung*, std::string_view>, std::vector<TVELTermin*>> FTermine;
 };
 
 /// As TBlockIndex::Partners for one appointment; itself alone, if it belongs to no plan.

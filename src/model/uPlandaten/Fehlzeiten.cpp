@@ -4,6 +4,7 @@
 #include "uPlandaten/Klassen.h"
 #include "uPlandaten/Lehrer.h"
 #include "uPlandaten/Raeume.h"
+#include "uPlandaten/Relationen.h"
 #include "uPlandaten/Veranstaltungen.h"
 
 const TQuillonDataClass& TVELFehlzeit::Class() {
@@ -34,7 +35,7 @@ const TQuillonDataClass& TVELLehrerfehlzeit::Class() {
       .Reference<&T::FFehlgrund>("AbsenceReason")
       .Reference<&T::FFehlgrundDetail>("TeacherAbsenceReasonDetail")
       .Reference<&T::FKlassenfehlzeit>("ClassAbsenceTime")
-      .Reference<&T::FLehrer>("Teacher")
+      .Reference<&T::FLehrer, &T::SetLehrer>("Teacher").Essential()
       .Boolean<&T::FFreistellung>("Exemption")
       .Boolean<&T::FVerrechnung>("Settlement")
       .Single<&T::FAnrechenStd>("LessonsSettled").Required();
@@ -44,12 +45,14 @@ const TQuillonDataClass& TVELLehrerfehlzeit::Class() {
 
 TVELPlanobjekt* TVELLehrerfehlzeit::Objekt() const { return FLehrer; }
 
+void TVELLehrerfehlzeit::SetLehrer(TVELLehrer* AValue) { uPlandaten::SetRelated(*this, FLehrer, AValue); }
+
 const TQuillonDataClass& TVELKlassenfehlzeit::Class() {
   using T = TVELKlassenfehlzeit;
   // clang-format off
   static const TQuillonDataClass Class = DescribeClass<T, TVELFehlzeit>("ClassAbsenceTime", "Klassenfehlzeit")
       .Reference<&T::FFehlgrund>("AbsenceReason")
-      .Reference<&T::FKlasse>("Class")
+      .Reference<&T::FKlasse, &T::SetKlasse>("Class").Essential()
       .Reference<&T::FKurs>("Event");
   // clang-format on
   return Class;
@@ -57,16 +60,20 @@ const TQuillonDataClass& TVELKlassenfehlzeit::Class() {
 
 TVELPlanobjekt* TVELKlassenfehlzeit::Objekt() const { return FKlasse; }
 
+void TVELKlassenfehlzeit::SetKlasse(TVELKlasse* AValue) { uPlandaten::SetRelated(*this, FKlasse, AValue); }
+
 const TQuillonDataClass& TVELRaumfehlzeit::Class() {
   using T = TVELRaumfehlzeit;
   // clang-format off
   static const TQuillonDataClass Class = DescribeClass<T, TVELFehlzeit>("RoomUnavailableTime", "Raumfehlzeit")
       .Reference<&T::FFehlgrund>("AbsenceReason")
       .Reference<&T::FNeuerRaum>("NewRoom")
-      .Reference<&T::FRaum>("Room")
+      .Reference<&T::FRaum, &T::SetRaum>("Room").Essential()
       .Boolean<&T::FNichtVerfuegbar>("NotAvailable");
   // clang-format on
   return Class;
 }
 
 TVELPlanobjekt* TVELRaumfehlzeit::Objekt() const { return FRaum; }
+
+void TVELRaumfehlzeit::SetRaum(TVELRaum* AValue) { uPlandaten::SetRelated(*this, FRaum, AValue); }

@@ -45,6 +45,8 @@ class TVELLehrerfehlzeit : public TVELFehlzeit {
   double FAnrechenStd = 0;     ///< hours set off
 
   TVELPlanobjekt* Objekt() const override;
+  /// Changes who is missing; the absence moves into the FFehlzeiten of the new one.
+  void SetLehrer(TVELLehrer* AValue);
 };
 
 /// Absence of a class, or of one lesson of it.
@@ -58,6 +60,8 @@ class TVELKlassenfehlzeit : public TVELFehlzeit {
   TVELVeranstaltung* FKurs = nullptr;  ///< only this lesson of the class is missing
 
   TVELPlanobjekt* Objekt() const override;
+  /// Changes who is missing; the absence moves into the FFehlzeiten of the new one.
+  void SetKlasse(TVELKlasse* AValue);
 };
 
 /// A room that cannot be used.
@@ -72,4 +76,6 @@ class TVELRaumfehlzeit : public TVELFehlzeit {
   bool FNichtVerfuegbar = false;  ///< nothing at all may take place
 
   TVELPlanobjekt* Objekt() const override;
+  /// Changes what cannot be used; the absence moves into the FFehlzeiten of the new one.
+  void SetRaum(TVELRaum* AValue);
 };

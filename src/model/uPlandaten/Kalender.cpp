@@ -97,7 +97,7 @@ const TQuillonDataClass& TVELTeilnehmer::Class() {
       .String<&T::FName>("Name").Required()
       .String<&T::FBeschreibung>("Description")
       .String<&T::FEmail>("Email")
-      .Reference<&T::FDataObject>("DataObject")
+      .Reference<&T::FDataObject>("DataObject").Essential()
       .Guid<&T::FDataobjectID>("DataObjectID").KeepsCurrent()
       .Reference<&T::FRolle>("Role")
       .DateTime<&T::FStart>("Start")

@@ -49,7 +49,7 @@ const TQuillonDataClass& TVELLehrerfach::Class() {
   static const TQuillonDataClass Class = DescribeClass<T, TVELBasisObject>("TeacherSubject", "Lehrerfach \"%s\"")
       .LongInt<&T::FStufeVon>("LevelFrom")
       .LongInt<&T::FStufeBis>("LevelTo")
-      .Reference<&T::FFach>("Subject");
+      .Reference<&T::FFach>("Subject").Essential();
   // clang-format on
   return Class;
 }

@@ -16,6 +16,7 @@
 #include "uPlandaten/Lehrer.h"
 #include "uPlandaten/Perioden.h"
 #include "uPlandaten/Raeume.h"
+#include "uPlandaten/Relationen.h"
 #include "uPlandaten/Ressourcen.h"
 #include "uPlandaten/Schueler.h"
 #include "uPlandaten/Stundentafeln.h"
@@ -94,6 +95,38 @@ TItem* FindUserIn(const TList& AList, std::string TItem::*AName, std::string_vie
 }
 
 }  // namespace
+
+void TVELStammobjektliste::AfterInsert(int AnIndex) {
+  if (FOwner != nullptr) {
+    uPlandaten::AddRelation(*FOwner, GetItem(AnIndex));
+  }
+}
+
+void TVELStammobjektliste::BeforeClear() {
+  if (FOwner != nullptr) {
+    uPlandaten::SetRelations(*FOwner, Items(), {});
+  }
+}
+
+void TVELStammobjektliste::Leave(int AnIndex) {
+  TQuillonDataObject* const Item = GetItem(AnIndex);
+  // A list may hold an item twice.
+  if (FOwner != nullptr && uPlandaten::FollowsRelations(*FOwner) && std::ranges::count(Items(), Item) == 1) {
+    uPlandaten::RemoveRelation(*FOwner, Item);
+  }
+}
+
+void TVELTerminliste::AfterInsert(int AnIndex) {
+  if (IsItemOwner()) {
+    GetItem(AnIndex)->AddRelations();
+  }
+}
+
+void TVELTerminliste::BeforeExtract(int AnIndex) {
+  if (IsItemOwner()) {
+    GetItem(AnIndex)->RemoveRelations();
+  }
+}
 
 void TVELStammobjektliste::ClearAll(const TQuillonDataClass& AClass) {
   for (int I = Count() - 1; I >= 0; --I) {

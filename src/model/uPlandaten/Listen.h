@@ -80,7 +80,15 @@ class TVELStammobjektliste : public TQuillonListOf<TVELStammobjekt, TVELDataList
   std::string JoinCodes() const;
 
  protected:
+  // The items are told what refers to them.
+  void AfterInsert(int AnIndex) override;
+  void BeforeClear() override;
+  void BeforeDelete(int AnIndex) override { Leave(AnIndex); }
+  void BeforeExtract(int AnIndex) override { Leave(AnIndex); }
   TVELStammobjekt* FindWebName(std::string_view AName) const;
+
+ private:
+  void Leave(int AnIndex);
 };
 
 /// Master data that takes part in the timetable, of one class or of several.
@@ -201,6 +209,11 @@ class TVELTerminliste : public TQuillonListOf<TVELTermin, TVELDataList> {
   const TQuillonDataClass& ItemClass() const override;
   /// Unscheduled appointments behind scheduled ones, these by the end of their place in the week.
   void SortByTime();
+
+ protected:
+  // Those of an appointment that comes or is taken out. One that is freed sees to it itself.
+  void AfterInsert(int AnIndex) override;
+  void BeforeExtract(int AnIndex) override;
 };
 
 class TVELBlockliste : public TQuillonListOf<TVELBlock, TVELDataList> {

@@ -1,5 +1,7 @@
 #include "uPlandaten/Molekuele.h"
 
+#include <unordered_set>
+
 #include "uPlandaten/Blockketten.h"
 #include "uPlandaten/Klassen.h"
 #include "uPlandaten/Lehrer.h"
@@ -16,19 +18,33 @@ constexpr std::int32_t Visited = -1;
 
 }  // namespace
 
+TVELMolecule::~TVELMolecule() { LetGo(); }
+
+void TVELMolecule::LetGo() {
+  for (TVELTermin* Atom : Atoms) {
+    Atom->FMolecule = nullptr;
+  }
+  Atoms.Clear();
+}
+
 void TVELMolecule::Update() {
   Members.Clear();
   Resources.Clear();
+  std::unordered_set<const TQuillonDataObject*> Seen;
   for (TVELTermin* Atom : Atoms) {
     Atom->FTag = Visited;
     for (const std::span<TQuillonDataObject* const> Objects : {Atom->Klassen(), Atom->FLehrer.Items()}) {
       for (TQuillonDataObject* Object : Objects) {
-        Members.Merge(Object);
-        Resources.Merge(Object);
+        if (Seen.insert(Object).second) {
+          Members.Add(Object);
+          Resources.Add(Object);
+        }
       }
     }
     for (TVELRaum* Room : Atom->FRaeume) {
-      Resources.Merge(Room);
+      if (Seen.insert(Room).second) {
+        Resources.Add(Room);
+      }
     }
   }
 }
@@ -40,15 +56,23 @@ void TVELMolecule::Update(TVELTermin& ATermin) {
 }
 
 void TVELMolecule::Update(std::span<TVELTermin* const> AGroup) {
-  Atoms.Clear();
+  LetGo();
   for (TVELTermin* Member : AGroup) {
-    if (Member->FMolecule != nullptr && Member->FMolecule != this) {
-      Member->FMolecule->Atoms.Remove(Member);
+    if (Member->FMolecule == this) {
+      continue;
     }
-    Member->FTag = Visited;
+    if (Member->FMolecule != nullptr) {
+      Member->FMolecule->Remove(*Member);
+    }
     Member->FMolecule = this;
     Atoms.Add(Member);
   }
+  Update();
+}
+
+void TVELMolecule::Remove(TVELTermin& ATermin) {
+  Atoms.Remove(&ATermin);
+  ATermin.FMolecule = nullptr;
   Update();
 }
 
@@ -78,15 +102,16 @@ void TVELMoleculeList::Update() {
   for (const TVELVeranstaltung* Lesson : FPlan.FVeranstaltungen) {
     for (TVELTermin* Appointment : Lesson->FTermine) {
       Appointment->FTag = Unvisited;
-      Appointment->FMolecule = nullptr;
     }
   }
   const uPlandaten::TBlockIndex Blocks(FPlan);
   for (const TVELVeranstaltung* Lesson : FPlan.FVeranstaltungen) {
     for (TVELTermin* Appointment : Lesson->FTermine) {
       if (Appointment->FTag != Visited) {
+        std::vector<TVELTermin*> Group = Blocks.Partners(*Appointment);
+        std::erase_if(Group, [](const TVELTermin* AMember) { return AMember->FTag == Visited; });
         FItems.push_back(std::make_unique<TVELMolecule>());
-        FItems.back()->Update(Blocks.Partners(*Appointment));
+        FItems.back()->Update(Group);
       }
     }
   }
@@ -107,10 +132,15 @@ void TVELMoleculeList::Update(TVELTermin& ATermin) {
   }
 }
 
+void TVELMoleculeList::RemoveObject(const TVELPlanobjekt& AnObject) {
+  for (const auto& Molecule : FItems) {
+    Molecule->Members.RemoveObject(&AnObject);
+    Molecule->Resources.RemoveObject(&AnObject);
+  }
+}
+
 void TVELMoleculeList::RemoveTermin(TVELTermin& ATermin) {
   if (ATermin.FMolecule != nullptr) {
-    ATermin.FMolecule->Atoms.Remove(&ATermin);
-    ATermin.FMolecule->Update();
-    ATermin.FMolecule = nullptr;
+    ATermin.FMolecule->Remove(ATermin);
   }
 }

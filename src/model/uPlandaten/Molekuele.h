@@ -21,12 +21,23 @@ class TVELMolecule : public TQuillonObject {
   TVELPlanobjektliste Members;    ///< classes and teachers of the atoms, each once
   TVELPlanobjektliste Resources;  ///< members and rooms of the atoms, each once
 
+  TVELMolecule() = default;
+  TVELMolecule(const TVELMolecule&) = delete;
+  TVELMolecule& operator=(const TVELMolecule&) = delete;
+  /// Its atoms stay, without molecule.
+  ~TVELMolecule() override;
+
   /// Takes members and resources from the atoms.
   void Update();
   /// Takes the appointments that are bound to ATermin, then Update. Does nothing unless it has a molecule.
   void Update(TVELTermin& ATermin);
   /// As above with appointments that were found already.
   void Update(std::span<TVELTermin* const> AGroup);
+  /// Takes an atom out.
+  void Remove(TVELTermin& ATermin);
+
+ private:
+  void LetGo();
 };
 
 /// The molecules of a plan. They are derived data: made when they are asked for, and made anew when the plan has
@@ -49,7 +60,9 @@ class TVELMoleculeList {
   void Update(TVELVeranstaltung& ALesson);
   void Update(TVELTermin& ATermin);
   /// Takes the appointment out of its molecule.
-  void RemoveTermin(TVELTermin& ATermin);
+  static void RemoveTermin(TVELTermin& ATermin);
+  /// Takes the object, which is freed, out of all molecules.
+  void RemoveObject(const TVELPlanobjekt& AnObject);
 
  private:
   void Refresh();

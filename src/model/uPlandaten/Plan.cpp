@@ -93,6 +93,12 @@ void TVELPlan::ClearProperties() {
   }
 }
 
+void TVELPlan::FreeProperties() {
+  // Ahead of the appointments, which they look at.
+  FMolecules.Clear();
+  TVELDataStorage::FreeProperties();
+}
+
 TVELZeitrahmen* TVELPlan::StandardTimeframe() const {
   return FEinstellungen ? FEinstellungen->FZeitrahmen.Get() : nullptr;
 }

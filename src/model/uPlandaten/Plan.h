@@ -80,6 +80,7 @@ class TVELPlan : public TVELDataStorage {
  protected:
   void InitProperties() override;
   void ClearProperties() override;
+  void FreeProperties() override;
 
  private:
   void CheckRelease();

@@ -2,7 +2,10 @@
 
 #include "uPlandaten/Gebaeude.h"
 #include "uPlandaten/Lehrer.h"
+#include "uPlandaten/Plan.h"
+#include "uPlandaten/Relationen.h"
 #include "uPlandaten/Teams.h"
+#include "uPlandaten/Veranstaltungen.h"
 
 const TQuillonDataClass& TVELRaum::Class() {
   using T = TVELRaum;
@@ -23,4 +26,15 @@ const TQuillonDataClass& TVELRaum::Class() {
       .String<&T::FUserName>("Username");
   // clang-format on
   return Class;
+}
+
+void TVELRaum::FreeProperties() {
+  if (const TVELPlan* const Owner = Plan(); Owner != nullptr && uPlandaten::FollowsRelations(*this)) {
+    for (const TVELVeranstaltung* Lesson : Owner->FVeranstaltungen) {
+      if (Lesson->FDefaultRoom == this) {
+        Lesson->FDefaultRoom = nullptr;
+      }
+    }
+  }
+  TVELPlanobjekt::FreeProperties();
 }

@@ -28,4 +28,8 @@ class TVELRaum : public TVELPlanobjekt {
   std::int32_t FGewichtung = 0;
   bool FZwingend = false;  ///< no other room will do
   std::string FUserName;
+
+ protected:
+  /// The lessons that remember it as their default forget it.
+  void FreeProperties() override;
 };

@@ -24,7 +24,7 @@ const TQuillonDataClass& TVELRessourcenvorgabe::Class() {
   static const TQuillonDataClass Class = DescribeClass<T, TVELBasisObject>("SpecifiedResource", "Ressourcenvorgabe \"%s\"")
       .Byte<&T::FAnzahl>("Count").AlwaysWritten()
       .Reference<&T::FKategorie>("ResourceCategory")
-      .Reference<&T::FRessource>("Resource")
+      .Reference<&T::FRessource>("Resource").Essential()
       .String<&T::FBemerkung>("Comment");
   // clang-format on
   return Class;

@@ -51,7 +51,7 @@ const TQuillonDataClass& TVELKurswahl::Class() {
   static const TQuillonDataClass Class = DescribeClass<T, TVELBasisObject>("CourseSelection", "Kurswahl (Fach: %s)")
       .String<&T::FAttribute>("Attributes")
       .String<&T::FBemerkung>("Comment")
-      .Reference<&T::FFach>("Subject")
+      .Reference<&T::FFach>("Subject").Essential()
       .Reference<&T::FFachschwerpunkt>("SubjectTopicArea")
       .Reference<&T::FFachstatus>("SubjectStatus")
       .Boolean<&T::FFix>("Fix")

@@ -47,7 +47,7 @@ const TQuillonDataClass& TVELStundentafelEintrag::Class() {
   // clang-format off
   static const TQuillonDataClass Class = DescribeClass<T, TVELBasisObject>("LessonsTableEntry", "Stundentafeleintrag \"%s\"")
       .String<&T::FBemerkung>("Comments")
-      .Reference<&T::FFach>("Subject")
+      .Reference<&T::FFach>("Subject").Essential()
       .Reference<&T::FFachstatus>("SubjectStatus")
       .String<&T::FGruppe>("Group")
       .LongInt<&T::FKursanzahl>("CourseCount")

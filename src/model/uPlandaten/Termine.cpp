@@ -1,9 +1,13 @@
 #include "uPlandaten/Termine.h"
 
+#include <initializer_list>
+
 #include "uPlandaten/Lehrer.h"
 #include "uPlandaten/Perioden.h"
 #include "uPlandaten/Plan.h"
 #include "uPlandaten/Raeume.h"
+#include "uPlandaten/Relationen.h"
+#include "uPlandaten/Ressourcen.h"
 #include "uPlandaten/Veranstaltungen.h"
 
 const TQuillonDataClass& TVELAbstrakterTermin::Class() {
@@ -72,11 +76,25 @@ const TQuillonDataClass& TVELTermin::Class() {
 }
 
 void TVELTermin::FreeProperties() {
-  TVELPlan* const Owner = Plan();
-  if (Owner != nullptr && !Owner->IsIn(TQuillonDataStorageState::dssClearing)) {
-    Owner->FMolecules.RemoveTermin(*this);
+  TVELMoleculeList::RemoveTermin(*this);
+  if (uPlandaten::FollowsRelations(*this)) {
+    RemoveRelations();
   }
   TVELAbstrakterTermin::FreeProperties();
+}
+
+void TVELTermin::AddRelations() {
+  for (const TQuillonDataList* List :
+       std::initializer_list<const TQuillonDataList*>{&FLehrer, &FRaeume, &FRessourcen}) {
+    uPlandaten::SetRelations(*this, {}, List->Items());
+  }
+}
+
+void TVELTermin::RemoveRelations() {
+  for (const TQuillonDataList* List :
+       std::initializer_list<const TQuillonDataList*>{&FLehrer, &FRaeume, &FRessourcen}) {
+    uPlandaten::SetRelations(*this, List->Items(), {});
+  }
 }
 
 TVELMolecule* TVELTermin::Molecule() {

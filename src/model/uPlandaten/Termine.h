@@ -97,6 +97,9 @@ class TVELTermin : public TVELAbstrakterTermin {
   void ClearRaeume() { FRaeume.Clear(); }
   void ClearRoom(const TVELRaum* AValue);
   void ClearTeacher(const TVELLehrer* AValue);
+  /// Tells teachers, rooms and resources of it that they take part in its lesson, or no longer do.
+  void AddRelations();
+  void RemoveRelations();
 
  protected:
   void FreeProperties() override;

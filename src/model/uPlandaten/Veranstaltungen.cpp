@@ -10,6 +10,7 @@
 #include "uPlandaten/Perioden.h"
 #include "uPlandaten/Plan.h"
 #include "uPlandaten/Raeume.h"
+#include "uPlandaten/Relationen.h"
 
 const TQuillonDataClass& TVELVeranstaltung::Class() {
   using T = TVELVeranstaltung;
@@ -29,7 +30,7 @@ const TQuillonDataClass& TVELVeranstaltung::Class() {
       .IntegerArray<&T::FJahresverteilung>("WeeklyLessons")
       .Reference<&T::FPeriode>("Period")
       .String<&T::FBemerkung>("Comments")
-      .Reference<&T::FFach>("Subject")
+      .Reference<&T::FFach, &T::SetFach>("Subject")
       .String<&T::FGruppe>("Group")
       .List<&T::FLehrer>("Teacher")
       .LongInt<&T::FSchiene>("Focus")
@@ -73,6 +74,20 @@ const TQuillonDataClass& TVELVeranstaltung::Class() {
       .Hook<&T::Upgrade>();
   // clang-format on
   return Class;
+}
+
+void TVELVeranstaltung::SetFach(TVELFach* AValue) { uPlandaten::SetRelated(*this, FFach, AValue); }
+
+void TVELVeranstaltung::FreeProperties() {
+  if (const TVELPlan* const Owner = Plan(); Owner != nullptr && uPlandaten::FollowsRelations(*this)) {
+    for (TVELVeranstaltung* Lesson : Owner->FVeranstaltungen) {
+      if (Lesson->FBlockNext == this) {
+        // The last one of a block gets no link to itself.
+        Lesson->Set(Lesson->FBlockNext, FBlockNext != Lesson ? FBlockNext : nullptr);
+      }
+    }
+  }
+  TVELBasisObject::FreeProperties();
 }
 
 TVELWeeks TVELVeranstaltung::Weeks() const {

@@ -86,6 +86,8 @@ class TVELVeranstaltung : public TVELBasisObject {
   double Optimum = 0;
   std::int32_t BlockBand = 0;
 
+  /// Changes the subject; the lesson moves into the FVeranstaltungen of the new one.
+  void SetFach(TVELFach* AValue);
   /// Those of the period, else its own; all weeks if that gives none.
   TVELWeeks Weeks() const;
   /// True if the lesson needs no room at all.
@@ -106,6 +108,8 @@ class TVELVeranstaltung : public TVELBasisObject {
   void ClearTeacher(const TVELLehrer* AValue);
 
  protected:
+  /// Closes the gap that the lesson leaves in its block.
+  void FreeProperties() override;
   /// What older releases held otherwise.
   void Upgrade();
 };
