@@ -72,23 +72,36 @@ def quicksort(items, compare):
     return items
 
 
+def day_number(moment):
+    """The number that a date and time is held in: ahead of day 0 the time of day counts away from it."""
+    day = moment.toordinal() - BASE.toordinal()
+    time = (moment - datetime.combine(moment.date(), BASE.time())) / timedelta(1)
+    return day - time if day < 0 else day + time
+
+
+def code_units(text):
+    return text.encode("utf-16-be")
+
+
+def first_difference(*pairs):
+    return next((1 if first > second else -1 for first, second in pairs if first != second), 0)
+
+
 def by_latest(moment, text):
     """Order of two elements: the later moment first, then by the UTF-16 code units of a text."""
-    def number(element):  # ahead of day 0 the time of day counts away from it
-        value = moment(element)
-        day = value.toordinal() - BASE.toordinal()
-        time = (value - datetime.combine(value.date(), BASE.time())) / timedelta(1)
-        return day - time if day < 0 else day + time
-
-    def compare(a, b):
-        pairs = (number(b), number(a)), (text(a).encode("utf-16-be"), text(b).encode("utf-16-be"))
-        return next((1 if first > second else -1 for first, second in pairs if first != second), 0)
-    return compare
+    return lambda a, b: first_difference((day_number(moment(b)), day_number(moment(a))),
+                                         (code_units(text(a)), code_units(text(b))))
 
 
 def identifier(element):
     plain = "0" if element is None else element.get("ID")[1:-1].lower()
     return "" if set(plain) <= set("0-") else plain
+
+
+def derived(*parts):
+    """The identifier of what has no object of its own, from the GUIDs of objects and from texts."""
+    names = [part if isinstance(part, str) else part.get("ID").upper() for part in parts]
+    return str(uuid.uuid5(uuid.NAMESPACE_OID, "".join(names)))
 
 
 def compact(value):
@@ -104,6 +117,10 @@ class OcfSet:
         # An object that is met twice is one, and has what was read last.
         self.last = {(e.get("Class"), e.get("ID").upper()): e for e in self.root.iter("Item") if len(e)}
         self.settings = self.root.find("Settings")
+        self.valid_from = self.moment(self.settings, "ValidFrom")
+        until = self.moment(self.settings, "ValidTo")
+        self.valid_to = (until + timedelta(1) if until.date() < date.max
+                         else datetime.max.replace(microsecond=999000))
 
     def items(self, element, name):
         return [] if element is None else [self.resolve(item) for item in element.findall(f"./{name}[1]/Items/Item")]
@@ -145,8 +162,10 @@ class OcfSet:
         return datetime.fromisoformat(text) if text.strip("0-T:.") else BASE
 
     def date(self, element, name):
-        value = self.moment(element, name).date()
-        return "" if value == BASE.date() else value.isoformat()
+        return self.day(self.moment(element, name))
+
+    def day(self, moment):
+        return "" if moment.date() == BASE.date() else moment.date().isoformat()
 
     def timepoint(self, element, name):
         return self.point(self.moment(element, name))
@@ -162,9 +181,12 @@ class OcfSet:
         found = re.findall(r'(?:^|,)(?:"((?:[^"]|"")*)"|([^,]+))', self.text(entry, "Description"))
         return "\r\n".join(quoted.replace('""', '"') or plain for quoted, plain in found)
 
-    def occurrence(self, entry, _):
-        return compact([{"_type": "OneTime", "Operation": "Include", "StartTimepoint": self.timepoint(entry, "Start"),
-                         "EndTimepoint": self.timepoint(entry, "End")}])
+    def once(self, start, end, kind="OneTime"):
+        return {"_type": kind, "Operation": "Include", "StartTimepoint": self.point(start),
+                "EndTimepoint": self.point(end)}
+
+    def occurrence(self, element, _):
+        return compact([self.once(self.moment(element, "Start"), self.moment(element, "End"))])
 
     def first_day(self, *_):
         return DAYS[int(self.text(self.settings, "WeekStart")) - 1]
@@ -195,16 +217,12 @@ class OcfSet:
         rows = [["Id", "StudentId", "SchoolCLassId"]]
         for school_class in self.items(self.root, "Classes"):
             for student in self.items(school_class, "Students"):
-                names = school_class.get("ID").upper() + student.get("ID").upper()
-                rows.append([str(uuid.uuid5(uuid.NAMESPACE_OID, names)), identifier(student), identifier(school_class)])
+                rows.append([derived(school_class, student), identifier(student), identifier(school_class)])
         return rows
 
     def tables(self):
         """Rows by name of the file, header and all."""
-        until = self.moment(self.settings, "ValidTo")
-        day_after = until + timedelta(1) if until.date() < date.max else datetime.max.replace(microsecond=999000)
-        found = {"_Manifest": [["ValidFrom", self.timepoint(self.settings, "ValidFrom")],
-                               ["ValidTo", self.point(day_after)]]}
+        found = {"_Manifest": [["ValidFrom", self.point(self.valid_from)], ["ValidTo", self.point(self.valid_to)]]}
         for name, directory in CATALOGS.items():
             found[name] = self.table(CATALOG, self.items(self.root.find("Directories"), directory))
         for name, (elements, columns) in TABLES.items():
@@ -219,8 +237,8 @@ class OcfSet:
             found["Holidays"] = self.table(HOLIDAYS, [e for e in entries if int(self.text(e, "FreePeriod", "1"))])
         return found | self.absence_tables()
 
-    def files(self):
+    def files(self, tables=None):
         def cell(text):
             return '"' + text.replace('"', '""') + '"' if re.search('[";\r\n]', text) else text
         return {name + ".csv": "\r\n".join(";".join(map(cell, row)) for row in rows).encode("utf-8-sig")
-                for name, rows in self.tables().items()}
+                for name, rows in (tables or self.tables()).items()}
