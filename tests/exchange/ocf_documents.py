@@ -78,8 +78,9 @@ class Plan:
         return tag(name, kind, self.one(kind)) if self.chance(percent) else ""
 
     def refs(self, name, kind, most=3):
-        """Some of a kind, now and then one of them twice."""
-        return refs(name, kind, [self.one(kind) for _ in range(self.random.randint(0, most))])
+        """Some of a kind, now and then one of them twice, or one without an identity."""
+        numbers = [self.one(kind) for _ in range(self.random.randint(0, most))]
+        return refs(name, kind, numbers + [ZERO] * self.chance(5))
 
     def moment(self, day=None):
         minute = self.random.choice(["07:45", "08:30", "09:15", "10:00", "00:00", "02:30", "23:59"])

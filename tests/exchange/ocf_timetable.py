@@ -32,11 +32,11 @@ def key(element):
 
 def listed(elements):
     """An id list that may name an object twice."""
-    return compact(list(map(identifier, elements)))
+    return compact(list(filter(None, map(identifier, elements))))
 
 
 def unique(elements):
-    return compact(list(dict.fromkeys(map(identifier, elements))))
+    return compact(list(filter(None, dict.fromkeys(map(identifier, elements)))))
 
 
 def without(elements, *others):
