@@ -59,6 +59,7 @@ void EnterIn(const TList& AnObjects, TVELVeranstaltung& ALesson) {
 
 }  // namespace
 
+// The lists were filled without hooks: back references that follow every step would be sorted by texts still to come.
 void LinkObjects(TSchool& ASchool) {
   TVELPlan& Plan = ASchool.Plan;
   Plan.SortLists();

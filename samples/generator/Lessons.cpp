@@ -150,7 +150,9 @@ void MakeClubs(TSchool& ASchool, TSection& ASection) {
     }
     for (int I = 0; I < 5; ++I) {
       TVELSchueler* const Student = ASchool.Random.Pick(Class.Students);
-      Lesson.FSchueler.Merge(Student);
+      if (!Lesson.FSchueler.Holds(Student)) {
+        Lesson.FSchueler.Append(Student);
+      }
     }
   }
 }

@@ -101,7 +101,9 @@ void PlaceOne(TSchool& ASchool, TSection& ASection, const TParallel& AParallel, 
     }
     Room->Busy |= Wanted;
     Appointment.FRaeume.Append(Room->Raum);
-    Part.Lesson->FRaeume.Merge(Room->Raum);
+    if (!Part.Lesson->FRaeume.Holds(Room->Raum)) {
+      Part.Lesson->FRaeume.Append(Room->Raum);
+    }
     ASection.Places.push_back({&Appointment, Slot, ARows});
   }
 }
