@@ -53,7 +53,7 @@ class Plan:
               "LessonType": 1100, "Period": 1200, "SkipStandInReason": 1300, "StandInQuality": 1400,
               "SubjectTopicArea": 1500}
     ABSENCES = {"ClassAbsenceTime": "Class", "TeacherAbsenceTime": "Teacher", "RoomUnavailableTime": "Room"}
-    CODES = ["Ma", "DEU", "ä;Ö", "Łk", "Ма", 'é"x"', "straße"]
+    CODES = ["", "Ma", "DEU", "ä;Ö", "Łk", "Ма", 'é"x"', "straße"]
     FEATURES, REASONS, TEACHER_FEATURES, STATES = range(13), range(11), range(5), range(8)
 
     def __init__(self, seed, plans):
@@ -132,14 +132,9 @@ class Plan:
                     Weeks=self.weeks(), Comment=self.text(), Block=self.text(), AltWeekday="3",
                     AltStart="1899-12-30T11:11:00.000Z", **times)
 
-    def classes(self):
-        """As other lists, but that the class that is nowhere defined is there once."""
-        numbers = [self.one("Class", 5) for _ in range(self.random.randrange(3))] + [self.PEOPLE["Class"] + 5]
-        return refs("Classes", "Class", numbers[:None if self.chance(10) else -1])
-
     def course(self, number):
         lessons = [self.lesson(20_000 + 10 * number + n) for n in range(self.random.choice([0, 1, 1, 2, 3]))]
-        parts = [items("Times", lessons), self.classes(), self.refs("Teacher", "Teacher"),
+        parts = [items("Times", lessons), self.refs("Classes", "Class", 2), self.refs("Teacher", "Teacher"),
                  self.refs("Rooms", "Room"), self.refs("Student", "Student", 5), self.ref("Subject", "Subject", 85),
                  self.ref("Period", "Period", 20), self.ref("LessonType", "LessonType", 70),
                  self.ref("SubjectTopicArea", "SubjectTopicArea", 50)]

@@ -192,8 +192,10 @@ bool TVELStammobjektliste::Validate(const TVELStammobjekt* AnObject, std::string
 
 std::string TVELStammobjektliste::JoinCodes() const {
   std::string Text;
-  for (const TVELStammobjekt* Item : *this) {
-    Text.append(Text.empty() && Item == *begin() ? "" : ", ").append(Item->FKuerzel);
+  // A separator ahead of each item but the first, whatever that one's code is.
+  for (std::string_view Separator; const TVELStammobjekt* Item : *this) {
+    Text.append(Separator).append(Item->FKuerzel);
+    Separator = ", ";
   }
   return Text;
 }
