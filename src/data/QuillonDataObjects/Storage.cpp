@@ -73,6 +73,7 @@ void TQuillonDataStorage::Clear() {
 
 void TQuillonDataStorage::NewFile() {
   BeforeNewFile();
+  CloseFile();
   Clear();
   FFileName.clear();
   SetID(QuillonGuid::New());
@@ -94,16 +95,45 @@ void TQuillonDataStorage::LoadFromFile(const std::string& AFileName) {
   }
 }
 
+void TQuillonDataStorage::LoadFromFile(const std::string& AFileName, std::chrono::milliseconds ATimeOut) {
+  if (!AFileName.empty() && TQuillonFileSystem::Exists(AFileName)) {
+    TQuillonFileStream Stream(AFileName, fomOpenRead, famShareDenyWrite, ATimeOut);
+    LoadFromStream(Stream, AFileName);
+  }
+}
+
 void TQuillonDataStorage::LoadExistingFile(const std::string& AFileName) {
+  TQuillonFileStream Stream(AFileName, fomOpenRead, famShareDenyWrite, fomOpenRead, famShareDenyNone);
+  LoadFromStream(Stream, AFileName);
+}
+
+void TQuillonDataStorage::LoadFromStream(TQuillonStream& AStream, const std::string& AFileName) {
   BeforeLoad();
   {
     const TQuillonChangeTrackingLock Lock(*this);
     FFileName = AFileName;
-    TQuillonFileStream Stream(AFileName, fomOpenRead, famShareDenyWrite, fomOpenRead, famShareDenyNone);
-    LoadFromXML(QuillonIO::ReadIntoBuffer(Stream), AFileName);
+    LoadFromXML(QuillonIO::ReadIntoBuffer(AStream), AFileName);
   }
   FModified = false;
   AfterLoad();
+}
+
+void TQuillonDataStorage::OpenFile(const std::string& AFileName, bool AnIsReadOnly) {
+  OpenAndLoad(AFileName, AnIsReadOnly ? fomOpenRead : fomOpenReadWrite, famShareDenyWrite);
+}
+
+void TQuillonDataStorage::OpenFileExclusive(const std::string& AFileName) {
+  OpenAndLoad(AFileName, fomOpenReadWrite, famShareExclusive);
+}
+
+void TQuillonDataStorage::OpenAndLoad(const std::string& AFileName, TQuillonFileOpenMode AnOpenMode,
+                                      TQuillonFileAccessMode AnAccessMode) {
+  if (AFileName.empty() || !TQuillonFileSystem::Exists(AFileName)) {
+    return;
+  }
+  CloseFile();
+  FFileStream = std::make_unique<TQuillonFileStream>(AFileName, AnOpenMode, AnAccessMode);
+  LoadFromStream(*FFileStream, AFileName);
 }
 
 void TQuillonDataStorage::LoadFromXML(TQuillonBuffer ADocument, std::string_view ASource) {
@@ -132,30 +162,65 @@ void TQuillonDataStorage::SaveToFile(const std::string& AFileName) {
     return;
   }
   BeforeStore();
-  FFileName = AFileName;
-  const std::string Document = SaveToXML();
-  TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(FFileName));
-  if (FCreateBackups && TQuillonFileSystem::Exists(FFileName)) {
-    KeepBackup();
+  if (!HoldsFile()) {
+    FFileName = AFileName;
   }
-  QuillonIO::ReplaceFile(FFileName, Document);
+  Replace(HoldsFile() ? FFileStream->FileName() : FFileName);
   FModified = false;
   AfterStore();
 }
 
-void TQuillonDataStorage::KeepBackup() const {
+void TQuillonDataStorage::StoreFile() {
+  if (HoldsFile()) {
+    BeforeStore();
+    Replace(FFileStream->FileName());
+    FModified = false;
+    AfterStore();
+  }
+}
+
+void TQuillonDataStorage::StoreFile(const std::string& AFileName, bool ATakeFileName) {
+  CloseFile();
+  BeforeStore();
+  if (ATakeFileName) {
+    FFileName = AFileName;
+  }
+  Replace(AFileName);
+  FFileStream = std::make_unique<TQuillonFileStream>(AFileName, fomOpenReadWrite, famShareDenyWrite);
+  FModified = false;
+  AfterStore();
+}
+
+void TQuillonDataStorage::Replace(std::string AFileName) {  // NOLINT(performance-unnecessary-value-param)
+  const std::string Document = SaveToXML();
+  TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(AFileName));
+  if (FCreateBackups && TQuillonFileSystem::Exists(AFileName)) {
+    KeepBackup(AFileName);
+  }
+  // The file that is held is another one once it is replaced: what is written to the old one would be lost.
+  const bool IsHeld = HoldsFile();
+  const TQuillonFileOpenMode OpenMode = IsHeld ? FFileStream->OpenMode() : fomOpenRead;
+  const TQuillonFileAccessMode AccessMode = IsHeld ? FFileStream->AccessMode() : famShareDenyNone;
+  QuillonIO::ReplaceFile(AFileName, Document);
+  if (IsHeld) {
+    CloseFile();
+    FFileStream = std::make_unique<TQuillonFileStream>(AFileName, OpenMode, AccessMode);
+  }
+}
+
+void TQuillonDataStorage::KeepBackup(const std::string& AFileName) {
   std::string Stamp;
   QuillonDateTime::AppendDate(Stamp, QuillonDateTime::Now());
   const std::string Backup = TQuillonFilePath::AddExtension(
-      TQuillonFilePath::AddExtension(TQuillonFilePath::ChangeExtension(FFileName, ""), Stamp), "backup");
+      TQuillonFilePath::AddExtension(TQuillonFilePath::ChangeExtension(AFileName, ""), Stamp), "backup");
   if (TQuillonFileSystem::Exists(Backup)) {
     return;
   }
   // A second name, not a move: the data file must not be missing at any moment. A link is followed, or the second
   // name would be one for the link.
   std::error_code Error;
-  std::filesystem::create_hard_link(std::filesystem::canonical(FFileName), Backup, Error);
+  std::filesystem::create_hard_link(std::filesystem::canonical(AFileName), Backup, Error);
   if (Error) {
-    QuillonIO::ReplaceFile(Backup, QuillonIO::ReadWholeFile(FFileName));
+    QuillonIO::ReplaceFile(Backup, QuillonIO::ReadWholeFile(AFileName));
   }
 }

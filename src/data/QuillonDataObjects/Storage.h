@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -49,10 +51,28 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   ///   what was read so far
   virtual void LoadFromFile(const std::string& AFileName);
   void LoadFromFile() { LoadFromFile(FFileName); }
-  /// Replaces the file whole or not at all; an empty name does nothing.
+  /// As above without a template; where access is denied, opening is tried again until the time has passed.
+  void LoadFromFile(const std::string& AFileName, std::chrono::milliseconds ATimeOut);
+  /// Loads the file and keeps it open, so that nobody else writes to it; does nothing if it does not exist.
+  /// @throws as LoadFromFile
+  void OpenFile(const std::string& AFileName, bool AnIsReadOnly);
+  void OpenFile(bool AnIsReadOnly) { OpenFile(FFileName, AnIsReadOnly); }
+  /// As OpenFile, for reading and writing; nobody else opens it at all.
+  void OpenFileExclusive(const std::string& AFileName);
+  /// Lets go of the file that is held open.
+  void CloseFile() { FFileStream.reset(); }
+  bool HoldsFile() const { return FFileStream != nullptr; }
+  /// Replaces the file whole or not at all; an empty name does nothing. While a file is held open, it is that one
+  /// that is saved, whatever the name.
   /// @throws EQuillonFileHandleError, EQuillonFileSystemError
   virtual void SaveToFile(const std::string& AFileName);
   void SaveToFile() { SaveToFile(FFileName); }
+  /// Saves to the file that is held open, which stays open; does nothing if none is.
+  /// @throws as SaveToFile
+  void StoreFile();
+  /// Saves to another file and holds that open from now on; others may read it.
+  /// @param ATakeFileName the storage takes the name over
+  void StoreFile(const std::string& AFileName, bool ATakeFileName);
 
   /// @param ADocument the file's bytes; used up by the parser
   /// @param ASource what messages call the document, usually its file name
@@ -77,10 +97,15 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
     return static_cast<std::uint8_t>(1U << static_cast<unsigned>(AState));
   }
   void LoadExistingFile(const std::string& AFileName);
-  void KeepBackup() const;
+  void LoadFromStream(TQuillonStream& AStream, const std::string& AFileName);
+  void OpenAndLoad(const std::string& AFileName, TQuillonFileOpenMode AnOpenMode, TQuillonFileAccessMode AnAccessMode);
+  /// @param AFileName a copy: it may be the name of the stream that is closed here
+  void Replace(std::string AFileName);
+  static void KeepBackup(const std::string& AFileName);
   void FreeUnheld();
 
   TQuillonDataObjectRegistry FObjectRegistry;
+  std::unique_ptr<TQuillonFileStream> FFileStream;  ///< the file that is held open
   std::uint64_t FChangeCount = 0;
   int FChangeTrackingLockCount = 0;
   std::uint8_t FState = 0;

@@ -67,10 +67,12 @@ void TQuillonDataObjectXMLWriter::WriteText(std::string_view AText) {
       case '>':
         FText.append("&gt;");
         break;
+      case '\r':
+        FText.append("&#13;");
+        break;
       default:
-        FText.append("&#");
-        QuillonNumbers::AppendInteger(FText, static_cast<unsigned>(static_cast<unsigned char>(AText[I])));
-        FText.append(";");
+        // A control character, which no document can hold, not even as a number (XML 1.0, 2.2).
+        FText.append("\uFFFD");
     }
   }
   FText.append(AText.substr(Plain));

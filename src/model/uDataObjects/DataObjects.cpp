@@ -1,5 +1,10 @@
 #include "uDataObjects/DataObjects.h"
 
+#include <utility>
+
+#include "QuillonFileSystem.h"
+#include "QuillonZip.h"
+
 #include "QuillonDataObjects/Sweep.h"
 
 const TQuillonDataClass& TVELDataObject::Class() {
@@ -93,4 +98,18 @@ TVELDataObject* TVELDataList::FindCustomID(std::string_view ACustomID) const {
 const TQuillonDataClass& TVELDataStorage::Class() {
   static const TQuillonDataClass Class = DescribeAbstractClass<TVELDataStorage, TQuillonDataStorage>("TVELDataStorage");
   return Class;
+}
+
+void TVELDataStorage::LoadFromZipFile(const std::string& AZipFileName) {
+  if (AZipFileName.empty() || !TQuillonFileSystem::IsFile(AZipFileName)) {
+    return;
+  }
+  if (auto Document = QuillonZip::ReadFirstEntry(QuillonIO::ReadWholeFile(AZipFileName))) {
+    LoadFromXML(std::move(*Document), AZipFileName);
+  }
+}
+
+void TVELDataStorage::SaveToZipFile(const std::string& AZipFileName) {
+  const std::string Entry = TQuillonFilePath::GetFileNameWithoutExtension(AZipFileName);
+  QuillonIO::ReplaceFile(AZipFileName, QuillonZip::MakeArchive(Entry, SaveToXML()));
 }

@@ -50,4 +50,12 @@ class TVELDataList : public TQuillonListOf<TVELDataObject> {
 class TVELDataStorage : public TQuillonDataStorage {
  public:
   static const TQuillonDataClass& Class();
+
+  /// Loads the document that is the first entry of an archive; nothing changes for an archive without entries, an empty
+  /// name or a file that does not exist.
+  /// @throws EQuillonZipError, and what loading raises
+  void LoadFromZipFile(const std::string& AZipFileName);
+  /// Saves the document as the one entry of an archive, named after the archive's file without extension.
+  /// @throws EQuillonZipError, EQuillonFileHandleError
+  void SaveToZipFile(const std::string& AZipFileName);
 };

@@ -1,0 +1,140 @@
+#include "QuillonZip.h"
+
+#include <zip.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+
+constexpr zip_uint32_t BestCompression = 9;
+constexpr std::size_t LargestGrowth = 200;
+/// Small enough for any machine: below it the growth of an entry does not matter.
+constexpr std::size_t AlwaysAllowed = 16 << 20;
+
+/// An error of the library that is cleared at the end.
+struct TError {
+  zip_error_t Error;
+
+  TError() { zip_error_init(&Error); }
+  TError(const TError&) = delete;
+  TError& operator=(const TError&) = delete;
+  ~TError() { zip_error_fini(&Error); }
+
+  [[noreturn]] void Throw() { throw EQuillonZipError(std::string("ZIP archive: ") + zip_error_strerror(&Error) + "."); }
+};
+
+[[noreturn]] void Throw(zip_t* AnArchive) {
+  throw EQuillonZipError(std::string("ZIP archive: ") + zip_strerror(AnArchive) + ".");
+}
+
+struct TDiscard {
+  void operator()(zip_t* AnArchive) const { zip_discard(AnArchive); }
+};
+using TArchive = std::unique_ptr<zip_t, TDiscard>;
+
+struct TFreeSource {
+  void operator()(zip_source_t* ASource) const { zip_source_free(ASource); }
+};
+/// A counted reference; opening an archive takes one of its own over.
+using TSource = std::unique_ptr<zip_source_t, TFreeSource>;
+
+TSource MakeSource(std::string_view ABytes) {
+  TError Error;
+  TSource Source(zip_source_buffer_create(ABytes.data(), ABytes.size(), 0, &Error.Error));
+  if (Source == nullptr) {
+    Error.Throw();
+  }
+  return Source;
+}
+
+TArchive Open(zip_source_t& ASource, int AFlags) {
+  TError Error;
+  zip_source_keep(&ASource);
+  TArchive Archive(zip_open_from_source(&ASource, AFlags, &Error.Error));
+  if (Archive == nullptr) {
+    zip_source_free(&ASource);
+    Error.Throw();
+  }
+  return Archive;
+}
+
+std::string ContentOf(zip_source_t& ASource) {
+  std::string Content;
+  zip_stat_t Stat;
+  if (zip_source_open(&ASource) != 0 || zip_source_stat(&ASource, &Stat) != 0) {
+    throw EQuillonZipError("ZIP archive: " + std::string(zip_error_strerror(zip_source_error(&ASource))) + ".");
+  }
+  Content.resize(Stat.size);
+  const zip_int64_t Got = zip_source_read(&ASource, Content.data(), Content.size());
+  zip_source_close(&ASource);
+  if (Got != static_cast<zip_int64_t>(Content.size())) {
+    throw EQuillonZipError("ZIP archive: it could not be read back.");
+  }
+  return Content;
+}
+
+struct TCloseEntry {
+  void operator()(zip_file_t* AFile) const { zip_fclose(AFile); }
+};
+
+}  // namespace
+
+namespace QuillonZip {
+
+std::string MakeArchive(std::string_view AnEntryName, std::string_view AContent) {
+  const TSource Target = MakeSource({});
+  TArchive Archive = Open(*Target, ZIP_TRUNCATE);
+  zip_source_t* const Entry = zip_source_buffer(Archive.get(), AContent.data(), AContent.size(), 0);
+  if (Entry == nullptr) {
+    Throw(Archive.get());
+  }
+  const zip_int64_t Index = zip_file_add(Archive.get(), std::string(AnEntryName).c_str(), Entry, ZIP_FL_ENC_UTF_8);
+  if (Index < 0) {
+    zip_source_free(Entry);
+    Throw(Archive.get());
+  }
+  if (zip_set_file_compression(Archive.get(), static_cast<zip_uint64_t>(Index), ZIP_CM_DEFLATE, BestCompression) != 0 ||
+      zip_close(Archive.get()) != 0) {
+    Throw(Archive.get());
+  }
+  static_cast<void>(Archive.release());
+  return ContentOf(*Target);
+}
+
+std::optional<TQuillonBuffer> ReadFirstEntry(std::string_view AnArchive) {
+  constexpr std::size_t FirstPiece = 65'536;
+  // The library takes no bytes at all for an archive without entries.
+  if (AnArchive.empty()) {
+    throw EQuillonZipError("ZIP archive: the file is empty.");
+  }
+  const TSource Source = MakeSource(AnArchive);
+  const TArchive Archive = Open(*Source, ZIP_RDONLY | ZIP_CHECKCONS);
+  if (zip_get_num_entries(Archive.get(), 0) == 0) {
+    return std::nullopt;
+  }
+  const std::unique_ptr<zip_file_t, TCloseEntry> Entry(zip_fopen_index(Archive.get(), 0, 0));
+  if (Entry == nullptr) {
+    Throw(Archive.get());
+  }
+  // What the archive says of the entry's size is not believed.
+  const std::size_t Limit = std::max(AlwaysAllowed, AnArchive.size() * LargestGrowth);
+  TQuillonBuffer Content;
+  std::size_t Length = 0;
+  for (zip_int64_t Got = 1; Got > 0; Length += static_cast<std::size_t>(Got)) {
+    if (Length == Content.Size()) {
+      Content.Resize(std::max(FirstPiece, 2 * Length));
+    }
+    Got = zip_fread(Entry.get(), Content.Data() + Length, Content.Size() - Length);
+    if (Got < 0) {
+      throw EQuillonZipError(std::string("ZIP archive: ") + zip_file_strerror(Entry.get()) + ".");
+    }
+    if (Length > Limit) {
+      throw EQuillonZipError("ZIP archive: its first entry grows beyond reason.");
+    }
+  }
+  Content.Resize(Length);
+  return Content;
+}
+
+}  // namespace QuillonZip
