@@ -19,7 +19,7 @@ struct TKey {
 };
 
 template <class TKeyClass>
-void Fill(TSchool& ASchool, TVELSchluesselverzeichnisOf<TKeyClass>& ADirectory, std::initializer_list<TKey> AnEntries) {
+void FillWith(TSchool& ASchool, TVELSchluesselverzeichnis& ADirectory, std::initializer_list<TKey> AnEntries) {
   int Number = 0;
   for (const TKey& Entry : AnEntries) {
     TKeyClass& Key = ASchool.Add<TKeyClass>(ADirectory);
@@ -45,6 +45,11 @@ void Fill(TSchool& ASchool, TVELSchluesselverzeichnisOf<TKeyClass>& ADirectory, 
       Key.FOperator = Number % 2 == 1 ? "+" : "-";
     }
   }
+}
+
+template <class TKeyClass>
+void Fill(TSchool& ASchool, TVELSchluesselverzeichnisOf<TKeyClass>& ADirectory, std::initializer_list<TKey> AnEntries) {
+  FillWith<TKeyClass>(ASchool, ADirectory, AnEntries);
 }
 
 void MakeKeysOfPeople(TSchool& S, TVELVerzeichnisse& D) {
@@ -90,7 +95,7 @@ void MakeKeysOfLessons(TSchool& S, TVELVerzeichnisse& D) {
         {"AULA", "Aula"}});
   Fill(S, D.FRessourcenkategorien, {{"TAB", "Tablets"}, {"BEA", "Beamer"}, {"WAG", "Experimentierwagen"}});
   Fill(S, D.FRessourcenmerkmale, {{"TRAG", "tragbar"}, {"FEST", "fest eingebaut"}});
-  Fill(S, D.FSperrungskategorien, {{"TZ", "Teilzeit"}, {"FREI", "freier Tag"}});
+  FillWith<TVELSperrungskategorie>(S, D.FSperrungskategorien, {{"TZ", "Teilzeit"}, {"FREI", "freier Tag"}});
   Fill(S, D.FUnterrichtsarten,
        {{"GK", "Grundkurs"}, {"LK1", "Leistungskurs 1"}, {"LK2", "Leistungskurs 2"}, {"AG", "Arbeitsgemeinschaft"}});
   Fill(S, D.FUnterrichtsformen, {{"KU", "Klassenunterricht"}, {"TEAM", "Team-Teaching"}, {"FÖ", "Förderunterricht"}});

@@ -91,7 +91,7 @@ void AddFreeTime(TSchool& ASchool, TVELLehrer& ATeacher) {
     Bar.FEnde = Bar.FStart + 1;
     Bar.FReoccur = false;
     Bar.FGanztaegig = true;
-    Bar.FKategorie = ASchool.Plan.FVerzeichnisse->FSperrungskategorien.GetItem(1);
+    Bar.FKategorie = static_cast<TVELFarbSchluessel*>(ASchool.Plan.FVerzeichnisse->FSperrungskategorien.GetItem(1));
   }
 }
 

@@ -104,7 +104,7 @@ void MakeTemplates(TSchool& ASchool) {
   Bar.FTagesEnde = At(0, Rows[9].End);
   Bar.FWochenStart = velMonday;
   Bar.FWochenEnde = velFriday;
-  Bar.FKategorie = Keys.FSperrungskategorien.GetItem(0);
+  Bar.FKategorie = static_cast<TVELFarbSchluessel*>(Keys.FSperrungskategorien.GetItem(0));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "uOstrel/CsvReader.h"
 #include "uOstrel/CsvWriter.h"
 #include "uTransformator.h"
 
@@ -38,15 +39,23 @@ void TExchangeJobs::UploadToSdui(const std::string& /*AConfigFileName*/) { Throw
 
 void TExchangeJobs::UploadToIServ(const std::string& /*AConfigFileName*/) { ThrowMissing("upload to IServ"); }
 
-void TExchangeJobs::ImportFromOcf(std::unique_ptr<TOcfConfiguration> /*AConfiguration*/) {
-  ThrowMissing("import from OCF");
+template <class TConfiguration>
+void TExchangeJobs::RunImport(TConfiguration&& AConfiguration) {
+  TVELOstrelCsvReader Reader(FPlan, std::forward<TConfiguration>(AConfiguration));
+  FOutput(OpenLine);
+  Reader.LoadVelFile();
+  FOutput("Start Import from OCF...");
+  Reader.ReadAll();
+  FOutput(SaveLine);
+  Reader.SaveVelFile();
+  FOutput("Import finished.");
 }
 
-void TExchangeJobs::ImportFromOcf(const std::string& /*AConfigFileName*/) {
-  FOutput(OpenLine);
-  // An OCF job does not read its configuration file, so there is nothing that could be opened.
-  TVELOstrelService::ThrowNoConfiguration();
+void TExchangeJobs::ImportFromOcf(std::unique_ptr<TOcfConfiguration> AConfiguration) {
+  RunImport(std::move(AConfiguration));
 }
+
+void TExchangeJobs::ImportFromOcf(const std::string& AConfigFileName) { RunImport(AConfigFileName); }
 
 void TExchangeJobs::TransformFile(const std::string& AFileName) {
   TVELTransformator Transformator(FPlan);

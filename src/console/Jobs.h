@@ -20,6 +20,8 @@ class TExchangeJobs : public TJobs {
  private:
   template <class TConfiguration>
   void RunExport(TConfiguration&& AConfiguration);
+  template <class TConfiguration>
+  void RunImport(TConfiguration&& AConfiguration);
 
   TVELPlan& FPlan;
   TLineSink FOutput;

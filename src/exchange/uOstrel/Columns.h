@@ -27,7 +27,7 @@ namespace uOstrel {
 /// A catalog: a file of its own for one key directory.
 struct TCatalog {
   std::string_view Name;  ///< of the file, without extension
-  const TVELSchluesselverzeichnis& (*Keys)(const TVELVerzeichnisse& ADirectories);
+  TVELSchluesselverzeichnis& (*Keys)(TVELVerzeichnisse& ADirectories);
 };
 
 /// The catalogs in writing order.

@@ -37,6 +37,19 @@ const TQuillonDataClass& TVELSchueler::Class() {
   return Class;
 }
 
+void TVELSchueler::SetKlasse(TVELKlasse* AKlasse) {
+  if (AKlasse == FKlasse) {
+    return;
+  }
+  if (FKlasse != nullptr) {
+    FKlasse->FSchueler.Remove(this);
+  }
+  Set(FKlasse, AKlasse);
+  if (AKlasse != nullptr) {
+    AKlasse->FSchueler.Merge(this);
+  }
+}
+
 TVELZeitrahmen* TVELSchueler::Timeframe() const {
   return FKlasse != nullptr ? FKlasse->Timeframe() : StandardTimeframe();
 }

@@ -11,6 +11,7 @@
 #include "uPlandaten/Plan.h"
 #include "uPlandaten/Raeume.h"
 #include "uPlandaten/Relationen.h"
+#include "uPlandaten/Schueler.h"
 
 const TQuillonDataClass& TVELVeranstaltung::Class() {
   using T = TVELVeranstaltung;
@@ -74,6 +75,20 @@ const TQuillonDataClass& TVELVeranstaltung::Class() {
       .Hook<&T::Upgrade>();
   // clang-format on
   return Class;
+}
+
+void TVELVeranstaltung::SetKursNr(std::int32_t AKursNr) {
+  if (AKursNr == FKursNr) {
+    return;
+  }
+  for (const TVELSchueler* Student : FSchueler) {
+    for (TVELKurswahl* Choice : Student->FKurswahl) {
+      if (Choice->FFach == FFach && Choice->FKursNr == FKursNr) {
+        Choice->Set(Choice->FKursNr, AKursNr);
+      }
+    }
+  }
+  Set(FKursNr, AKursNr);
 }
 
 void TVELVeranstaltung::SetFach(TVELFach* AValue) { uPlandaten::SetRelated(*this, FFach, AValue); }

@@ -86,6 +86,8 @@ class TVELVeranstaltung : public TVELBasisObject {
   double Optimum = 0;
   std::int32_t BlockBand = 0;
 
+  /// Changes the number of the course, and that of the choices of its students that name it.
+  void SetKursNr(std::int32_t AKursNr);
   /// Changes the subject; the lesson moves into the FVeranstaltungen of the new one.
   void SetFach(TVELFach* AValue);
   /// Those of the period, else its own; all weeks if that gives none.

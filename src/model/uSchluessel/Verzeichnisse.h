@@ -65,7 +65,8 @@ class TVELVerzeichnisse : public TVELDataObject {
   TVELSchluesselverzeichnisOf<TVELSchulstelle> FSchulstellen{this};
   TVELSchluesselverzeichnisOf<TVELSchultyp> FSchultypen{this};
   TVELSchluesselverzeichnisOf<TVELSchulzweig> FSchulzweige{this};
-  TVELSchluesselverzeichnisOf<TVELSperrungskategorie> FSperrungskategorien{this};
+  /// Categories of blocked times; imports bring features of resources into it, for that is what their format has here.
+  TVELSchluesselverzeichnisOf<TVELSchluessel> FSperrungskategorien{this};
   TVELSchluesselverzeichnisOf<TVELUnterrichtsart> FUnterrichtsarten{this};
   TVELSchluesselverzeichnisOf<TVELUnterrichtsform> FUnterrichtsformen{this};
   TVELSchluesselverzeichnisOf<TVELVeranstaltungskategorie> FVeranstaltungskategorien{this};
