@@ -2,10 +2,9 @@
 
 #include <utility>
 
+#include "QuillonDataObjects/Sweep.h"
 #include "QuillonFileSystem.h"
 #include "QuillonZip.h"
-
-#include "QuillonDataObjects/Sweep.h"
 
 const TQuillonDataClass& TVELDataObject::Class() {
   using T = TVELDataObject;
