@@ -1,13 +1,20 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
+#include <random>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <unordered_set>
+#include <vector>
 
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonIO.h"
 #include "model/PlanDocument.h"
+#include "uPlandaten/Fehlzeiten.h"
 #include "uPlandaten/Kalender.h"
+#include "uPlandaten/Raeume.h"
 
 namespace {
 
@@ -88,6 +95,123 @@ TEST(Sweeps, WhatGoesMayTakeNeighboursAlong) {
   const TVELTeilnehmerListe Nobody;
   EXPECT_TRUE(Members(*Other).RetainAll(Nobody));
   EXPECT_TRUE(Members(*Other).IsEmpty());
+}
+
+/// Where an object of the plan, or a molecule, points to something that does not live any more; empty if nowhere.
+std::string FindDangling(TVELPlan& APlan) {
+  std::vector<TQuillonDataAbstractObject*> Objects = APlan.Registry().Objects();
+  Objects.push_back(&APlan);
+  const std::unordered_set<const TQuillonDataAbstractObject*> Live(Objects.begin(), Objects.end());
+  for (TQuillonDataAbstractObject* Object : Objects) {
+    for (const TQuillonDataRow& Row : Object->DataClass().Rows()) {
+      const bool IsPointer = Row.Kind == TQuillonRowKind::Reference || Row.Kind == TQuillonRowKind::Object;
+      if (const auto* const Target = IsPointer ? Row.As<TQuillonDataRow::TPointer>().Get(*Object) : nullptr;
+          Target != nullptr && !Live.contains(Target)) {
+        return std::string(Object->DataClass().Tag()) + "." + std::string(Row.Name);
+      }
+      if (Row.Kind == TQuillonRowKind::List) {
+        for (const TQuillonDataObject* Item : Row.As<TQuillonDataRow::TItems>().Field(*Object).Items()) {
+          if (!Live.contains(Item)) {
+            return std::string(Object->DataClass().Tag()) + "." + std::string(Row.Name) + "[]";
+          }
+        }
+      }
+    }
+  }
+  for (const auto& Molecule : APlan.FMolecules.Items()) {
+    for (const TQuillonDataList* List : {static_cast<const TQuillonDataList*>(&Molecule->Atoms),
+                                         static_cast<const TQuillonDataList*>(&Molecule->Members),
+                                         static_cast<const TQuillonDataList*>(&Molecule->Resources)}) {
+      if (!std::ranges::all_of(List->Items(), [&](const auto* AnItem) { return Live.contains(AnItem); })) {
+        return "molecule";
+      }
+    }
+  }
+  return {};
+}
+
+/// The lines of a document, but for the times of changes: a list takes those of the object it lies in when it is read.
+/// In any order: a lesson moves when its classes or its subject go, which a load sees first.
+std::vector<std::string> LinesOf(const std::string& ADocument) {
+  std::vector<std::string> Lines;
+  std::istringstream Text(ADocument);
+  for (std::string Line; std::getline(Text, Line);) {
+    if (Line.find("<Changed>") == std::string::npos) {
+      Lines.push_back(Line);
+    }
+  }
+  std::ranges::sort(Lines);
+  return Lines;
+}
+
+// Any object may go at any time, in any order.
+TEST(Sweeps, APlanStaysWholeWhateverGoes) {
+  uPlandaten::RegisterClasses(TQuillonDataClassRegistry::Instance());
+  for (const unsigned Seed : {1U, 2U, 3U}) {
+    std::minstd_rand Random(Seed);
+    const auto Plan = CreateStorage<TVELPlan>();
+    Plan->LoadFromXML(QuillonIO::ReadWholeFile(VELMORA_SOURCE_DIR "/samples/schule.velmora"), "school");
+    for (int Step = 0; Step < 60; ++Step) {
+      std::vector<TVictim> Victims;
+      for (TQuillonDataAbstractObject* Object : Plan->Registry().Objects()) {
+        if (auto* const List = dynamic_cast<TQuillonDataList*>(Object->FOwner);
+            List != nullptr && List->IsItemOwner()) {
+          Victims.push_back({List, static_cast<TQuillonDataObject*>(Object)});
+        }
+      }
+      std::ranges::sort(Victims, {}, [](const TVictim& AVictim) { return QuillonGuid::Plain(AVictim.Object->ID()); });
+      const TVictim Victim = Victims[Random() % Victims.size()];
+      const std::string Tag(Victim.Object->DataClass().Tag());
+      Victim.List->Remove(Victim.Object);
+      ASSERT_EQ(FindDangling(*Plan), "") << "after a " << Tag << ", seed " << Seed;
+      if (Step % 20 == 19) {
+        const std::string Saved = Plan->SaveToXML();
+        const auto Copy = CreateStorage<TVELPlan>();
+        Copy->LoadFromXML(Saved, "what is left");
+        // Told by a word: the texts are long.
+        ASSERT_TRUE(LinesOf(Copy->SaveToXML()) == LinesOf(Saved)) << "after a " << Tag << ", seed " << Seed;
+      }
+    }
+  }
+}
+
+TEST(Conflicts, AreTwoEqualCodesInAListOrAbsencesThatOverlap) {
+  using enum TQuillonDataOperationKind;
+  const TPlan Plan =
+      Load("6.0.172", List("Rooms", Item("Room", 1, "<Code>A</Code>") + Item("Room", 2, "<Code>a</Code>") +
+                                        Item("Room", 3, "<Code>A</Code>")));
+  const auto Conflict = [](const TVELDataObject& AnObject, TQuillonDataOperationKind AKind,
+                           const TQuillonDataList* AList) -> std::string {
+    try {
+      AnObject.CheckConflict(AKind, AList);
+      return {};
+    } catch (const EQuillonDataConflict& Found) {
+      EXPECT_EQ(Found.FConflictType, ctSemanticConflict);
+      return Found.what();
+    }
+  };
+  const std::string Text = "Das Kürzel \"A\" ist bereits vorhanden.";
+  const auto& Room = Find<TVELRaum>(*Plan, 1);
+  EXPECT_EQ(Conflict(Room, Modification, nullptr), Text);
+  EXPECT_EQ(Conflict(Room, Insertion, &Plan->FRaeume), Text);
+  EXPECT_EQ(Conflict(Room, Move, nullptr), "");
+  EXPECT_EQ(Conflict(Room, Insertion, &Plan->FLehrer), "");
+  EXPECT_EQ(Conflict(Room, Insertion, &Plan->FAenderungen), "");
+  EXPECT_EQ(Conflict(Find<TVELRaum>(*Plan, 2), Modification, nullptr), "");
+
+  TVELFehlzeitenliste Own(Plan.get(), TQuillonDataList::TItems::Owned);
+  for (TVELFehlzeitenliste* const Absences : {&Own, &Plan->FFehlzeiten}) {
+    for (const double Start : {1.0, 2.0, 2.5}) {
+      auto* const Absence = Create<TVELRaumfehlzeit>(Plan.get());
+      Absence->FStart = Start;
+      Absence->FEnde = Start + 1;
+      Absences->Append(Absence);
+    }
+  }
+  EXPECT_EQ(Conflict(*Own.GetItem(0), Insertion, nullptr), "") << "touching";
+  EXPECT_NE(Conflict(*Own.GetItem(2), Insertion, nullptr), "");
+  EXPECT_EQ(Conflict(*Plan->FFehlzeiten.GetItem(2), Insertion, nullptr), "")
+      << "the plan's own list holds those of all";
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ namespace uDataUtils {
 namespace {
 
 constexpr std::int64_t MinuteLength = 60000;
-constexpr std::int64_t DayLength = 24 * 60 * MinuteLength;
+constexpr std::int64_t DayLength = MinuteLength * 60 * 24;
 
 /// Times are compared in milliseconds: the same time of two days may differ in the last bits.
 std::int64_t Milliseconds(TVELTime ATime) { return std::llround(TimeOf(ATime) * static_cast<double>(DayLength)); }

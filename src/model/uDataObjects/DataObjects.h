@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "QuillonDataObjects/Conflict.h"
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/DataList.h"
 #include "QuillonDataObjects/Storage.h"
@@ -21,10 +22,18 @@ class TVELDataObject : public TQuillonDataObject {
   void Assign(const TQuillonObject& AnObject) override;
   /// Does nothing without storage and while the storage's change tracking is locked.
   void Change() override;
+  /// Tests what an operation that another user has logged makes of this object.
+  /// @param AList the list that receives the object; may be null
+  /// @throws EQuillonDataConflict
+  virtual void CheckConflict(TQuillonDataOperationKind /*AKind*/, const TQuillonDataList* /*AList*/) const {}
   /// The class's display text, with what this object is told by.
   std::string GetDisplayName() const override;
 
  protected:
+  /// True for the operations that can bring in a conflict: an object that is changed, or enters a list.
+  static bool MayConflict(TQuillonDataOperationKind AKind) {
+    return AKind == TQuillonDataOperationKind::Modification || AKind == TQuillonDataOperationKind::Insertion;
+  }
   /// Takes every reference to this object out of its storage, unless that is cleared or destroyed.
   void FreeProperties() override;
   /// What stands for "%s" in the display text.

@@ -3,6 +3,7 @@
 #include <array>
 #include <utility>
 
+#include "QuillonText.h"
 #include "uPlandaten/Plan.h"
 #include "uPlandaten/Zeitrahmen.h"
 
@@ -31,6 +32,15 @@ const TQuillonDataClass& TVELStammobjekt::Class() {
 }
 
 TVELZeitrahmen* TVELStammobjekt::Timeframe() const { return StandardTimeframe(); }
+
+void TVELStammobjekt::CheckConflict(TQuillonDataOperationKind AKind, const TQuillonDataList* AList) const {
+  const auto* const List =
+      dynamic_cast<const TVELStammobjektliste*>(AList != nullptr ? static_cast<const TQuillonObject*>(AList) : FOwner);
+  if (MayConflict(AKind) && List != nullptr && !List->Validate(this, FKuerzel)) {
+    throw EQuillonDataConflict(ctSemanticConflict,
+                               "Das Kürzel " + QuillonText::Quoted(FKuerzel) + " ist bereits vorhanden.");
+  }
+}
 
 std::string TVELStammobjekt::WebName() const {
   std::string Code = FKuerzel;

@@ -36,6 +36,8 @@ class TVELStammobjekt : public TVELBasisObject {
 
   /// The plan's standard time frame; null if there is none.
   virtual TVELZeitrahmen* Timeframe() const;
+  /// Two items of a list must not have one abbreviation. Without AList the list that owns the object counts.
+  void CheckConflict(TQuillonDataOperationKind AKind, const TQuillonDataList* AList) const override;
   /// Name in links of a publication: the web form of the abbreviation without blanks.
   std::string WebName() const;
 

@@ -3,6 +3,7 @@
 #include "uPlandaten/Kalender.h"
 #include "uPlandaten/Klassen.h"
 #include "uPlandaten/Lehrer.h"
+#include "uPlandaten/Plan.h"
 #include "uPlandaten/Raeume.h"
 #include "uPlandaten/Relationen.h"
 #include "uPlandaten/Veranstaltungen.h"
@@ -19,6 +20,19 @@ const TQuillonDataClass& TVELFehlzeit::Class() {
       .Boolean<&T::FNotPublic>("NotPublic");
   // clang-format on
   return Class;
+}
+
+void TVELFehlzeit::CheckConflict(TQuillonDataOperationKind AKind, const TQuillonDataList* /*AList*/) const {
+  const auto* const List = dynamic_cast<const TVELFehlzeitenliste*>(FOwner);
+  const TVELPlan* const Owner = Plan();
+  if (!MayConflict(AKind) || List == nullptr || (Owner != nullptr && List == &Owner->FFehlzeiten)) {
+    return;
+  }
+  for (const TVELFehlzeit* Other : List->Around(FStart, FEnde)) {
+    if (Other != this && Other->FStart < FEnde && FStart < Other->FEnde) {
+      throw EQuillonDataConflict(ctSemanticConflict, "Die Fehlzeit überschneidet sich mit einer anderen.");
+    }
+  }
 }
 
 void TVELFehlzeit::Change() {

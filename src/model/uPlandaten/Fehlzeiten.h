@@ -26,6 +26,8 @@ class TVELFehlzeit : public TVELBasisObject {
 
   /// Stamps the change of the content too.
   void Change() override;
+  /// An absence that another list than the plan's owns must not overlap others there.
+  void CheckConflict(TQuillonDataOperationKind AKind, const TQuillonDataList* AList) const override;
   /// Who or what is missing; null if the file does not tell.
   virtual TVELPlanobjekt* Objekt() const = 0;
 };
