@@ -57,7 +57,7 @@ TEST_F(Absences, ALongOneIsFoundBehindManyShortOnes) {
 }
 
 TEST_F(Absences, AFreedTeacherIsMissingOnlyInTheLesson) {
-  TVELLehrerfehlzeit& Absence = Plan.Absence<TVELLehrerfehlzeit>(Teacher, Lesson);
+  auto& Absence = Plan.Absence<TVELLehrerfehlzeit>(Teacher, Lesson);
   Termin.FLehrer.Add(&Teacher);
   EXPECT_TRUE(Has(Teacher));
   Absence.FFreistellung = true;
@@ -67,7 +67,7 @@ TEST_F(Absences, AFreedTeacherIsMissingOnlyInTheLesson) {
 }
 
 TEST_F(Absences, ARoomIsMissingOnlyIfNothingMayTakePlaceThere) {
-  TVELRaumfehlzeit& Absence = Plan.Absence<TVELRaumfehlzeit>(Room, Lesson);
+  auto& Absence = Plan.Absence<TVELRaumfehlzeit>(Room, Lesson);
   EXPECT_FALSE(Has(Room));
   EXPECT_THAT(Find(Room, Lesson), ElementsAre(&Absence));
   Absence.FNichtVerfuegbar = true;
@@ -75,8 +75,8 @@ TEST_F(Absences, ARoomIsMissingOnlyIfNothingMayTakePlaceThere) {
 }
 
 TEST_F(Absences, AllClassesOfALessonMayBeMissing) {
-  TVELKlasse& Other = Plan.Add<TVELKlasse>(Plan->FKlassen);
-  TVELVertretung& Change = Plan.Change<TVELVertretung>(Lesson);
+  auto& Other = Plan.Add<TVELKlasse>(Plan->FKlassen);
+  auto& Change = Plan.Change<TVELVertretung>(Lesson);
   Change.FATermin = &Termin;
   const auto AllAbsent = [&](const TVELKlasse* AnExcluded = nullptr) {
     return uDataUtils::AllClassesAbsent(Termin, AnExcluded, Lesson);
@@ -84,11 +84,11 @@ TEST_F(Absences, AllClassesOfALessonMayBeMissing) {
   EXPECT_FALSE(AllAbsent()) << "no classes at all";
   Termin.Veranstaltung()->FKlassen.Add(&Class);
   Termin.Veranstaltung()->FKlassen.Add(&Other);
-  TVELKlassenfehlzeit& OfCourse = Plan.Absence<TVELKlassenfehlzeit>(Class, Lesson);
+  auto& OfCourse = Plan.Absence<TVELKlassenfehlzeit>(Class, Lesson);
   OfCourse.FKurs = Termin.Veranstaltung();
   EXPECT_FALSE(AllAbsent());
   EXPECT_TRUE(AllAbsent(&Other));
-  TVELKlassenfehlzeit& OfOther = Plan.Absence<TVELKlassenfehlzeit>(Other, Lesson);
+  auto& OfOther = Plan.Absence<TVELKlassenfehlzeit>(Other, Lesson);
   EXPECT_TRUE(AllAbsent());
   EXPECT_TRUE(uDataUtils::AllClassesAbsent(Change));
   EXPECT_THAT(uDataUtils::FindFehlzeiten(Termin, false, Lesson), ElementsAre(&OfCourse, &OfOther));

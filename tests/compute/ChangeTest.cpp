@@ -102,7 +102,7 @@ struct TSchool {
   }
   TVELVertretung& StandIn(TVELFehlstellengrund AReason, TVELVertretungsmerkmal AFeature,
                           TVELVertretungslehrermerkmal ATeachers = vlmKein) {
-    TVELVertretung& Change = Plan.Change<TVELVertretung>(Lesson);
+    auto& Change = Plan.Change<TVELVertretung>(Lesson);
     Change.FATermin = &Own;
     Change.FFehlstellengrund = AReason;
     Change.FVertretungsmerkmal = AFeature;

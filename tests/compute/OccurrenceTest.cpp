@@ -98,7 +98,7 @@ TEST(Occurrences, ALessonLiesInTheNarrowestOfItsWindowsAndOutsideOfTheirParts) {
   TVELVeranstaltung& Lesson = *Termin.Veranstaltung();
   const auto Valid = [&] { return Show(uDataUtils::Validity(*Plan, Termin)); };
   const auto Window = [&](std::string_view AStart, std::string_view AFinish) {
-    TVELZeitraum& Added = Plan.Add<TVELZeitraum>(Plan->FZeitraeume);
+    auto& Added = Plan.Add<TVELZeitraum>(Plan->FZeitraeume);
     Added.FStart = At(AStart);
     Added.FEnde = At(AFinish);
     return &Added;
@@ -109,8 +109,8 @@ TEST(Occurrences, ALessonLiesInTheNarrowestOfItsWindowsAndOutsideOfTheirParts) {
   Plan.Settings().FGueltigBis = At("2026-12-17");
   EXPECT_EQ(Valid(), "2026-08-05/2026-12-17");
   Lesson.FGueltigBis = At("2026-12-01");
-  TVELKlasse& First = Plan.Add<TVELKlasse>(Plan->FKlassen);
-  TVELKlasse& Second = Plan.Add<TVELKlasse>(Plan->FKlassen);
+  auto& First = Plan.Add<TVELKlasse>(Plan->FKlassen);
+  auto& Second = Plan.Add<TVELKlasse>(Plan->FKlassen);
   Lesson.FKlassen.Add(&First);
   Lesson.FKlassen.Add(&Second);
   Second.FZeitraumStart = At("2026-11-01");

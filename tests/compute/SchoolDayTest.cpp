@@ -109,7 +109,7 @@ TEST_F(SchoolYear, ChangesAreShownForSomeSchoolDaysAhead) {
 TEST_F(SchoolYear, OpenChangesAreNotPublic) {
   const TVELDate Today = At("2026-12-22");
   const TSpan Lesson = Span("2026-12-23T08:00", "2026-12-23T08:45");
-  TVELVertretung& Change = Plan.Change<TVELVertretung>(Lesson);
+  auto& Change = Plan.Change<TVELVertretung>(Lesson);
   Change.FVertretungsmerkmal = vmFaelltAus;
   const auto IsPublished = [&] { return uDataUtils::IsPublished(*Plan, &Change, Today); };
   EXPECT_TRUE(uDataUtils::IsPublished(*Plan, nullptr, Today));
@@ -121,7 +121,7 @@ TEST_F(SchoolYear, OpenChangesAreNotPublic) {
   EXPECT_FALSE(IsPublished());
   Change.FVertretungsentfall = QuillonDataObjects::Create<TVELVertretungsentfall>(&*Plan);
   EXPECT_TRUE(IsPublished());
-  TVELLehrerfehlzeit& Absence = Plan.Absence<TVELLehrerfehlzeit>(Plan.Add<TVELLehrer>(Plan->FLehrer), Lesson);
+  auto& Absence = Plan.Absence<TVELLehrerfehlzeit>(Plan.Add<TVELLehrer>(Plan->FLehrer), Lesson);
   Change.FFehlzeit = &Absence;
   EXPECT_TRUE(IsPublished());
   Absence.FNotPublic = true;
