@@ -5,13 +5,11 @@
 #include <stdexcept>
 #include <vector>
 
-#include "CommandLine.h"
 #include "Globals.h"
 #include "Jobs.h"
 #include "Program.h"
 #include "QuillonIO.h"
 #include "SchoolGenerator.h"
-#include "platform/Paths.h"
 #include "uPlandaten/Fehlzeiten.h"
 #include "uPlandaten/Klassen.h"
 #include "uPlandaten/Termine.h"
@@ -93,16 +91,43 @@ std::uint64_t Load(const std::string& AFileName) {
   return Globals.Plan().Registry().Count();
 }
 
-std::uint64_t Export(const std::string& AFileName, const std::string& AFolder) {
+namespace {
+
+/// Runs a job of the program as the console does.
+template <class TJob>
+std::uint64_t Run(const TJob& AJob) {
   static TVELGlobals& Globals = *new TVELGlobals;  // as the program does
   std::string Lines;
   const TLineSink Output = [&Lines](std::string_view ALine) { Lines.append(ALine).append("\n"); };
   TExchangeJobs Jobs(Globals.Plan(), Output);
-  const TCommandLine Line({"export", "-s", "file", "-fn", AFileName, "-o", AFolder}, Platform::PathsBeginWithSlash());
-  if (TProgram(Line, Jobs, Output).Run() != 0) {
-    throw std::runtime_error("the export has failed:\n" + Lines);
+  if (TConsoleRun(Output, false).Run([&] { AJob(Jobs); }) != 0) {
+    throw std::runtime_error("the job has failed:\n" + Lines);
   }
   return 0;
+}
+
+}  // namespace
+
+std::uint64_t Export(const std::string& AFileName, const std::string& AFolder) {
+  return Run([&](TJobs& AJobs) {
+    auto Configuration = std::make_unique<TOcfConfiguration>();
+    Configuration->FOcfExport.FSourceFileName = AFileName;
+    Configuration->FOcfExport.FTargetFolderName = AFolder;
+    AJobs.ExportToOcf(std::move(Configuration));
+  });
+}
+
+std::uint64_t Import(const std::string& AFileName, const std::string& AFolder) {
+  return Run([&](TJobs& AJobs) {
+    auto Configuration = std::make_unique<TOcfConfiguration>();
+    Configuration->FOcfImport.FTargetFileName = AFileName;
+    Configuration->FOcfImport.FSourceFolderName = AFolder;
+    AJobs.ImportFromOcf(std::move(Configuration));
+  });
+}
+
+std::uint64_t NewGuids(const std::string& AFileName) {
+  return Run([&](TJobs& AJobs) { AJobs.TransformFile(AFileName); });
 }
 
 }  // namespace Bench

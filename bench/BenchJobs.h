@@ -21,9 +21,15 @@ std::uint64_t ParseWithDefaults(const std::string& AFileName);
 /// @returns the number of its objects
 std::uint64_t Load(const std::string& AFileName);
 
-/// Runs the program's export from the command line on: load and writing of all files.
-/// @returns its exit code, 0
-/// @throws std::runtime_error for any other exit code
+/// Runs the program's export: load and writing of all files.
+/// @returns 0
+/// @throws std::runtime_error where the job fails, as those below
 std::uint64_t Export(const std::string& AFileName, const std::string& AFolder);
+
+/// Imports an OCF set into the file and saves it.
+std::uint64_t Import(const std::string& AFileName, const std::string& AFolder);
+
+/// Gives the objects of the file new identifiers and saves it.
+std::uint64_t NewGuids(const std::string& AFileName);
 
 }  // namespace Bench

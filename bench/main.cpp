@@ -1,6 +1,7 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <exception>
 #include <filesystem>
 #include <functional>
@@ -50,6 +51,7 @@ struct TSchool {
   double Bytes = 0;
   double Objects = 0;
   Bench::TResult Parse;
+  std::string SetFolder;  ///< its OCF set, once a job has asked for it
 };
 
 /// The file of a size; made when it is first asked for.
@@ -68,6 +70,14 @@ TSchool& SchoolOf(const TFolder& AFolder, const TFamily& AFamily, int ASize) {
     School.Parse = Bench::Measure([&] { return Bench::Parse(School.FileName); });
   }
   return School;
+}
+
+/// Exports the school, for jobs that take its set back.
+void MakeSet(const TFolder& AFolder, TSchool& ASchool) {
+  if (ASchool.SetFolder.empty()) {
+    ASchool.SetFolder = AFolder.Path("set-" + std::to_string(static_cast<std::int64_t>(ASchool.Objects)));
+    Bench::Measure([&] { return Bench::Export(ASchool.FileName, ASchool.SetFolder); });
+  }
 }
 
 using TJob = std::function<std::uint64_t(const TSchool&)>;
@@ -107,6 +117,7 @@ void Register(const TFolder& AFolder, const TFamily& AFamily, int ASize) {
     benchmark::RegisterBenchmark(Name.c_str(),
                                  [&AFolder, &AFamily, ASize, IsParse, AJob](benchmark::State& AState) {
                                    TSchool& School = SchoolOf(AFolder, AFamily, ASize);
+                                   MakeSet(AFolder, School);
                                    const Bench::TResult Best = MeasureBest(AState, School, AJob);
                                    if (IsParse) {
                                      School.Parse = Best;
@@ -123,6 +134,8 @@ void Register(const TFolder& AFolder, const TFamily& AFamily, int ASize) {
   Add("load", false, [](const TSchool& ASchool) { return Bench::Load(ASchool.FileName); });
   Add("export", false,
       [&AFolder](const TSchool& ASchool) { return Bench::Export(ASchool.FileName, AFolder.Path("out")); });
+  Add("import", false, [](const TSchool& ASchool) { return Bench::Import(ASchool.FileName, ASchool.SetFolder); });
+  Add("newguids", false, [](const TSchool& ASchool) { return Bench::NewGuids(ASchool.FileName); });
 }
 
 }  // namespace
