@@ -99,18 +99,22 @@ class NewGuids(unittest.TestCase):
         self.assertNotEqual(identities(self.path), identities(SAMPLE))
         self.assertEqual(sorted(os.listdir(self.folder)), ["link.velmora", "plan.velmora"])
 
-    def test_a_full_disk_leaves_the_file(self):
-        disk = ["unshare", "-m", "sh", "-c", 'mount -t tmpfs -o size=3m none "$0" && cp "$1" "$0/plan" && '
-                '"$2" newguids -f "$0/plan" -minimal-display; code=$?; cmp "$1" "$0/plan" && ls -A "$0"; exit $code',
-                self.folder, SAMPLE, PROGRAM]
-        if subprocess.call([*disk[:3], "-c", 'mount -t tmpfs none "$0"', self.folder], stderr=subprocess.DEVNULL) != 0:
+    def on_a_disk(self, options, prepare):
+        """Exit code and lines of a run on a disk of its own, and whether the file is as it was and alone."""
+        if subprocess.call(["unshare", "-m", "mount", "-t", "tmpfs", "none", self.folder],
+                           stderr=subprocess.DEVNULL) != 0:
             self.skipTest("needs the right to mount")
-        size = os.path.getsize(SAMPLE)
-        self.assertGreater(2 * size, 3 << 20, "the disk must not hold two of them")
-        done = subprocess.run(disk, stdout=subprocess.PIPE, check=False, timeout=60)
-        lines = done.stdout.decode("utf-8").splitlines()
-        self.assertEqual((done.returncode, lines[:3], lines[-1]), (1, LINES[:3], "plan"), lines)
-        self.assertEqual(lines[-2][:8], "[Error] ")
+        script = (f'mount -t tmpfs -o {options} none "$0" && cp "$1" "$0/plan" && {prepare} || exit 9; '
+                  '"$2" newguids -f "$0/plan" -minimal-display; code=$?; cmp "$1" "$0/plan" && ls -A "$0"; exit $code')
+        done = subprocess.run(["unshare", "-m", "sh", "-c", script, self.folder, SAMPLE, PROGRAM],
+                              stdout=subprocess.PIPE, check=False, timeout=60)
+        return done.returncode, done.stdout.decode("utf-8").splitlines()
+
+    def test_a_full_disk_and_a_read_only_one_leave_the_file(self):
+        self.assertGreater(2 * os.path.getsize(SAMPLE), 3 << 20, "the disk must not hold two of them")
+        for options, prepare in (("size=3m", "true"), ("size=9m", 'mount -o remount,ro "$0"')):
+            code, lines = self.on_a_disk(options, prepare)
+            self.assertEqual((code, lines[:3], lines[-2][:8], lines[-1]), (1, LINES[:3], "[Error] ", "plan"), lines)
 
     def test_a_kill_at_any_moment_leaves_the_old_file_or_the_new_one(self):
         big = os.path.join(self.folder, "big.velmora")
