@@ -135,6 +135,7 @@ TEST(Changes, EnterThePlansOfThoseWhoseLessonsTheyAreNot) {
          Change.FNeu.Add(S["3"]);
          Change.FFehlend.Add(S["A"]);
        }},
+      {"a room stays", "", [](TSchool& S) { S.StandIn(vaKein, vmKein).FNeu.Add(S["1"]); }},
       {"one stands in beside a moved lesson", "",
        [](TSchool& S) { S.StandIn(vaKein, vmKein, vlmVerschoben).FNeu.Add(S["N"]); }},
       {"one more teacher", "N", [](TSchool& S) { S.StandIn(vaKein, vmAenderung, vlmZusaetzlich).FNeu.Add(S["N"]); }},
@@ -274,11 +275,18 @@ TEST(SubstitutionList, IsOfSomeObjectsAndOfThePublicIfItShallBe) {
   std::vector<TVELPlanobjekt*> Objects = {School["A"], School["3"]};
   Filter.Objects = Objects;
   EXPECT_THAT(List(), ElementsAre(&Second));
+  School.Plan.Change<TVELAufsichtsVertretung>({Lesson.Start + 0.01, Lesson.Finish}).FNeu.Add(School["N"]);
+  EXPECT_THAT(List(), ElementsAre(&Second)) << "the supervision is of another teacher";
   Objects = {School["3"]};
   Filter.Objects = Objects;
   EXPECT_THAT(List(), IsEmpty());
   Filter.Objects = {};
+  First.FFehlstellengrund = vaFreigestellt;  // the search hits the middle one of the three
+  EXPECT_EQ(List().size(), 3U);
+  Second.FFehlstellengrund = vaFreigestellt;
+  EXPECT_EQ(List().size(), 2U);
   Filter.PublishedOnly = true;
+  Second.FFehlstellengrund = vaVerschoben;
   EXPECT_THAT(List(), ElementsAre(&First));
   School.Plan.Absence<TVELKlassenfehlzeit>(*School["L"], Lesson);
   EXPECT_THAT(List(), IsEmpty());

@@ -76,6 +76,7 @@ TEST(Occurrences, AnEmptySetOfWeeksRestrictsNothing) {
   EXPECT_EQ(Effective(TVELWeeks::All(), Weeks({2, 3})), Weeks({2, 3}));
   EXPECT_EQ(Effective(Weeks({1, 2}), Weeks({2, 3})), Weeks({2}));
   EXPECT_EQ(Effective(Weeks({1, 2}), {}), Weeks({1, 2}));
+  EXPECT_EQ(Effective(TVELWeeks::All(), {}), TVELWeeks());
   EXPECT_EQ(Effective({}, {}), TVELWeeks());
   Plan.Settings().FWochenAusgenommen = Weeks({2});
   EXPECT_FALSE(uDataUtils::TerminInWeek(*Plan, Termin, 0));
@@ -105,6 +106,9 @@ TEST(Occurrences, ALessonLiesInTheNarrowestOfItsWindowsAndOutsideOfTheirParts) {
   };
   EXPECT_EQ(Valid(), "1899-12-30/1899-12-30");
   EXPECT_TRUE(uDataUtils::InValidity(*Plan, Termin, At("2030-01-01")));
+  Lesson.FGueltigBis = At("2026-12-01");
+  EXPECT_EQ(Valid(), "1899-12-30/2026-12-01");
+  Lesson.FGueltigBis = 0;
   Plan.Settings().FGueltigVon = At("2026-08-05");
   Plan.Settings().FGueltigBis = At("2026-12-17");
   EXPECT_EQ(Valid(), "2026-08-05/2026-12-17");
@@ -211,11 +215,15 @@ TEST(Occurrences, InARangeOfOneDayTheTimesMustMeet) {
   EXPECT_TRUE(Occurs("2026-08-03T08:44", "2026-08-03T12:00"));
   EXPECT_FALSE(Occurs("2026-08-03T08:45", "2026-08-03T12:00"));
   EXPECT_FALSE(Occurs("2026-08-03T08:45", "2026-08-04"));  // midnight belongs to the day before
+  EXPECT_TRUE(Occurs("2026-08-03T07:00", "2026-08-04"));
   EXPECT_TRUE(Occurs("2026-08-03T08:45", "2026-08-04T08:00"));
   EXPECT_FALSE(Occurs("2026-08-04", "2026-08-10"));
   EXPECT_TRUE(Occurs("2026-08-04", "2026-08-11"));
   EXPECT_FALSE(Occurs("2026-08-17", "2026-12-31"));
   EXPECT_TRUE(Occurs("2026-01-01", "2026-08-31"));
+  EXPECT_TRUE(uDataUtils::OccursIn(*Plan, Plan.Weekly(velSunday), Span("2026-08-10", "2026-09-01"))) << "last day";
+  EXPECT_FALSE(uDataUtils::OccursIn(*Plan, Plan.Weekly(velNoDay), Span("2026-08-03", "2026-09-01")));
+  EXPECT_FALSE(uDataUtils::NextOccurrence(*Plan, nullptr, Termin, velNoDay, Span("2026-08-03", "2026-08-03T08:00")));
 }
 
 TEST(Occurrences, LongTimetablesAndRangesTakeNoTime) {

@@ -136,6 +136,15 @@ TEST_F(SchoolYear, OpenChangesAreNotPublic) {
   Change.FEnde = At("2027-01-07T08:45");
   EXPECT_FALSE(IsPublished());
   EXPECT_FALSE(uDataUtils::IsOpen(Plan.Change<TVELMitteilung>(Lesson)));
+
+  TVELTermin& Termin = Plan.Weekly(velWednesday);
+  auto& Class = Plan.Add<TVELKlasse>(Plan->FKlassen);
+  Termin.Veranstaltung()->FKlassen.Add(&Class);
+  auto& OfClass = Plan.Change<TVELVertretung>(Lesson);
+  OfClass.FATermin = &Termin;
+  EXPECT_TRUE(uDataUtils::IsOpen(OfClass));
+  Plan.Absence<TVELKlassenfehlzeit>(Class, Lesson);
+  EXPECT_FALSE(uDataUtils::IsOpen(OfClass)) << "nobody is there to be taught";
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Two rows of 45 minutes, a break, and a row up to midnight; one row has no times yet.
+/// Two rows of 45 minutes, a break, and a row up to midnight; one row has no times yet, one has them in disorder.
 class LessonRows : public testing::Test {
  protected:
   LessonRows() {
@@ -16,6 +16,7 @@ class LessonRows : public testing::Test {
     Row("00:00", "00:00");
     Row("08:45", "09:30");
     Row("22:00", "00:00");
+    Row("12:00", "11:00");
   }
 
   void Row(const std::string& AStart, const std::string& AFinish) {
@@ -39,10 +40,10 @@ class LessonRows : public testing::Test {
 };
 
 TEST_F(LessonRows, PartARowAndTheLastOneTakesTheRest) {
-  EXPECT_EQ(uDataUtils::TimeUnitCount(Frame), 4);
+  EXPECT_EQ(uDataUtils::TimeUnitCount(Frame), 5);
   EXPECT_EQ(Unit(2), "08:45-03T09:30");
   Frame.FEinheitenProStd = 2;
-  EXPECT_EQ(uDataUtils::TimeUnitCount(Frame), 8);
+  EXPECT_EQ(uDataUtils::TimeUnitCount(Frame), 10);
   EXPECT_EQ(Unit(0), "08:00-03T08:22");
   EXPECT_EQ(Unit(1), "08:22-03T08:45");
   EXPECT_EQ(Unit(4), "08:45-03T09:07");
@@ -51,10 +52,10 @@ TEST_F(LessonRows, PartARowAndTheLastOneTakesTheRest) {
   Frame.FEinheitenProStd = 60;
   EXPECT_EQ(Unit(59), "08:00-03T08:45");  // shorter than a minute: the last one is the row
   Frame.FEinheitenProStd = 0;
-  EXPECT_EQ(uDataUtils::TimeUnitCount(Frame), 4);
+  EXPECT_EQ(uDataUtils::TimeUnitCount(Frame), 5);
   EXPECT_EQ(Unit(0), "08:00-03T08:45");
   Frame.FEinheitenProStd = std::numeric_limits<std::int32_t>::max();
-  EXPECT_EQ(uDataUtils::TimeUnitCount(Frame), 4 * 1440);
+  EXPECT_EQ(uDataUtils::TimeUnitCount(Frame), 5 * 1440);
 }
 
 TEST_F(LessonRows, AnEndInABreakMovesToTheUnitBefore) {
@@ -63,7 +64,7 @@ TEST_F(LessonRows, AnEndInABreakMovesToTheUnitBefore) {
   EXPECT_EQ(End("08:20"), "08:20");
   EXPECT_EQ(End("08:45"), "08:45");
   EXPECT_EQ(End("09:30"), "09:30");
-  EXPECT_EQ(End("12:00"), "09:30");
+  EXPECT_EQ(End("12:30"), "09:30");
   EXPECT_EQ(End("22:00"), "09:30");
   EXPECT_EQ(End("23:59"), "23:59");
   Frame.FBookAdaptive = false;

@@ -68,7 +68,7 @@ bool ComesToTeacher(const TVELVertretung& ASubstitution, const TVELPlanobjekt& A
   }
   const TVELVertretungslehrermerkmal Mark = ASubstitution.FVertretungslehrermerkmal;
   return Mark == vlmKein || (Mark >= vlmZusaetzlich && Mark <= vlmMehrfach) ||
-         (!IsMoved(ASubstitution) && ASubstitution.FTauschTerminLehrer && IsIn(ASubstitution.FNeuerTermin, ATeacher));
+         (ASubstitution.FTauschTerminLehrer && IsIn(ASubstitution.FNeuerTermin, ATeacher));
 }
 
 bool ComesToRoom(const TVELVertretung& ASubstitution, const TVELPlanobjekt& ARoom) {

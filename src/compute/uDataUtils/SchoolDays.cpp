@@ -1,7 +1,6 @@
 #include "uDataUtils/SchoolDays.h"
 
 #include <algorithm>
-#include <cmath>
 #include <span>
 #include <vector>
 
@@ -38,7 +37,7 @@ class TSchoolDays {
       const auto& Entry = static_cast<const TVELKalendereintrag&>(*Object);
       if (Entry.FUnterrichtsfrei && Entry.FGanztaegig && AppliesTo(Entry, nullptr)) {
         const TSpan Span = SpanOf(APlan, Entry);
-        FFree.push_back({std::ceil(Span.Start), std::floor(Span.Finish)});
+        FFree.push_back({Span.Start, DayOf(Span.Finish)});
       }
     }
     Merge();
@@ -76,7 +75,7 @@ class TSchoolDays {
 
   TVELDay FFirst;
   TVELDay FLast;
-  std::vector<TSpan> FFree;  ///< from a day up to, but without, another one
+  std::vector<TSpan> FFree;  ///< up to, but without, the day of the finish
 };
 
 }  // namespace
