@@ -212,6 +212,7 @@ TEST(Conflicts, AreTwoEqualCodesInAListOrAbsencesThatOverlap) {
   EXPECT_NE(Conflict(*Own.GetItem(2), Insertion, nullptr), "");
   EXPECT_EQ(Conflict(*Plan->FFehlzeiten.GetItem(2), Insertion, nullptr), "")
       << "the plan's own list holds those of all";
+  Own.Clear();
 }
 
 }  // namespace
