@@ -21,6 +21,10 @@ std::string ToUpper(std::string_view AText);
 /// Offset of the first byte that is no well-formed UTF-8, or npos.
 std::size_t FindInvalidUtf8(std::string_view AText);
 
+/// UTF-16 in bytes, with or without its byte order mark, as UTF-8; half a surrogate pair and half a unit at the end
+/// become U+FFFD.
+std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian);
+
 /// The text in double quotes as messages repeat it: of a long one only the first 100 bytes, cut between characters.
 std::string Quoted(std::string_view AText);
 

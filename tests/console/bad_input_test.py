@@ -117,12 +117,15 @@ class BadInput(unittest.TestCase):
 
     def test_objects(self):
         for old, new in [(b'"{0', b'"0'), (b'}"', b'"'), (b'}"', b'}}"'), (b"0-0", b"000"), (b"{0", b"{g"), (b"{0", b""),
-                         (b' ID="{00000000-0000-0000-0000-000000000003}"', b""), (b'"Room"', b'""'),
-                         (b'"Room"', b'"Nope"'), (b'"Room"', b'"room"'), (b'"Room"', b'"Teacher"'),
-                         (b'"Room"', b'"TVELRaum"'), (b'"Room"', b'"' + b"R" * MILLION + b'"'), (b"{", b"{" * MILLION)]:
+                         (b' ID="{00000000-0000-0000-0000-000000000003}"', b""), (b'"Room"', b'"Teacher"'),
+                         (b"{", b"{" * MILLION)]:
             self.assertIn(old, ROOM)
             content = replaced(ROOM, ROOM.replace(old, new, 1))
             self.assert_refused(content, "Knoten Storage/Rooms/Items/Item/", about=new[:9])
+        for name in ["Nope", "room", "TVELRaum", "R" * MILLION]:
+            content = replaced(ROOM, ROOM.replace(b'"Room"', b'"%s"' % name.encode(), 1))
+            self.assert_refused(content, f'[Error] Klasse "{name[:100]}" wurde nicht registriert.', about=name[:9])
+        self.assert_refused(replaced(ROOM, ROOM.replace(b'"Room"', b'""', 1)), "[Error] Kein Klassenname gefunden.")
         self.assert_refused(replaced(ROOM, ROOM[len('Class="Room" '):]), "Knoten Storage/Rooms/Items/", '"Class"')
         self.assert_refused(replaced(ROOMS, ROOMS + b"<Item/>" * MILLION), "Knoten Storage/Rooms/Items/")
         self.assert_refused(replaced("<Rooms>", "<Rooms/><Rooms>"), "Knoten Storage/Rooms/", '"Items"')

@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <random>
+#include <thread>
 
 #include "QuillonDataObjects/QuickSort.h"
 #include "data/TestObjects.h"
@@ -45,7 +46,8 @@ TEST(DataList, HooksFrameEveryChange) {
       {[](TLetters& L) { L.List.Move(3, 1); }, "adbc", "BeforeMove3/4 AfterMove1/4 Change/4 "},
       {[](TLetters& L) { L.List.MoveToFirstIndex(2); }, "cabd", "BeforeMove2/4 AfterMove0/4 Change/4 "},
       {[](TLetters& L) { L.List.MoveToLastIndex(0); }, "bcda", "BeforeMove0/4 AfterMove3/4 Change/4 "},
-      {[](TLetters& L) { L.List.Clear(); }, "", "BeforeClear/4 AfterClear/0 Change/0 "},
+      {[](TLetters& L) { L.List.Clear(), L.List.Clear(); }, "",
+       "BeforeClear/4 AfterClear/0 Change/0 BeforeClear/0 AfterClear/0 Change/0 "},
       {[](TLetters& L) { L.List.Exchange(0, 3); }, "dbca",
        "BeforeMove0/4 AfterMove2/4 Change/4 BeforeMove3/4 AfterMove0/4 Change/4 "},
       // What readers do is told by nobody, and so is what changes nothing.
@@ -65,6 +67,102 @@ TEST(DataList, HooksFrameEveryChange) {
     EXPECT_EQ(Letters.List.FLog, Case.Log) << Case.Names;
   }
   EXPECT_EQ(TTestItem::Alive, 0);
+}
+
+TEST(DataList, AChangeBelongsToTheUserUnlessItIsPartOfAnOperation) {
+  TLetters Letters("ab");
+  Letters.Store->ChangeLog().FUserName = TQuillonUserName("me");
+  Letters[0]->Set(Letters[0]->FNumber, 1);
+  EXPECT_EQ(Letters[0]->FChangedBy.Text(), "me");
+  EXPECT_EQ(Letters.List.FChangedBy.Text(), "me");
+  Letters.List.FChangedBy = TQuillonUserName("somebody");
+  Letters.List.Delete(1);
+  EXPECT_EQ(Letters.List.FChangedBy.Text(), "somebody");
+  TTestItem* const Refused = Letters.Store->NewItem("r");
+  Letters.List.FRefused = "r";
+  EXPECT_THROW(Letters.List.Add(Refused), EQuillonException);
+  EXPECT_FALSE(Letters.Store->ChangeLog().IsLocked());
+  EXPECT_EQ(NamesOf(Letters.List), "a");
+  EXPECT_EQ(Refused->FOwner, Letters.Store.get());
+  Letters.Store->FOthers.Add(Refused);
+  Letters.Store->FOthers.Clear();
+  EXPECT_EQ(TTestItem::Alive, 1) << "nobody else holds what was refused";
+}
+
+TEST(DataList, EmptyPlacesAreNoItems) {
+  TLetters Letters("cab");
+  TTestStorage& Store = *Letters.Store;
+  Letters.List.SetItem(1, nullptr);
+  Letters.List.Sort(CompareNames);
+  EXPECT_EQ(Letters.List.GetItem(2), nullptr);
+  Letters.List.SortBy(CompareNames);
+  TTestList Others(&Store);
+  Others.Assign(Letters.List);
+  EXPECT_EQ(NamesOf(Others), "bc");
+  EXPECT_TRUE(Others.AddAll(Letters.List));
+  EXPECT_FALSE(Others.Merge(Letters.List));
+  EXPECT_FALSE(Others.Import(Letters.List));
+  EXPECT_EQ(Store.FOthers.MergeEx(Letters.List), 2);
+  EXPECT_EQ(Letters.List.Count(), 1);
+  EXPECT_FALSE(Others.ContainsAll(Letters.List));
+  EXPECT_NE(Store.SaveToXML(), "");
+  Letters.List.Delete(0);
+  EXPECT_TRUE(Letters.List.IsEmpty());
+}
+
+TEST(DataList, ListsWithoutOwnerTakeCopyAndFree) {
+  {
+    TLetters Letters("ab");
+    TTestList References;
+    References.Assign(Letters.List);
+    EXPECT_EQ(References.GetItem(0), Letters[0]);
+    EXPECT_EQ(NamesOf(References), "ab");
+    TTestList Owned(nullptr, TQuillonDataList::TItems::Owned);
+    Owned.Assign(Letters.List);
+    EXPECT_EQ(NamesOf(Owned), "ab");
+    EXPECT_EQ(Owned.GetItem(0)->FOwner, &Owned);
+    EXPECT_EQ(TTestItem::Alive, 4);
+  }
+  EXPECT_EQ(TTestItem::Alive, 0);
+}
+
+TEST(DataList, IsKnownByItsIdentityOnceThatIsAskedOrTold) {
+  const auto Store = CreateStorage<TTestStorage>();
+  const TQuillonDataObjectRegistry& Registry = Store->Registry();
+  const TGUID Told = QuillonGuid::New();
+  Store->FItems.SetID(Told);
+  EXPECT_EQ(Registry.GetList(Told), &Store->FItems);
+  const TGUID Asked = std::as_const(Store->FOthers).ID();
+  EXPECT_EQ(Registry.GetList(Asked), &Store->FOthers);
+  Store->FItems.SetID(QuillonGuid::New());
+  EXPECT_EQ(Registry.GetList(Told), nullptr);
+  TGUID Gone;
+  {
+    TTestList List(Store.get());
+    Gone = List.ID();
+    EXPECT_EQ(Registry.GetList(Gone), &List);
+  }
+  EXPECT_EQ(Registry.GetList(Gone), nullptr);
+  EXPECT_EQ(Registry.Objects().size(), Registry.Count());
+}
+
+TEST(DataList, SeveralReadersMayAskForIdentities) {
+  const auto Store = CreateStorage<TTestStorage>();
+  std::vector<std::unique_ptr<TTestList>> Lists;
+  for (int I = 0; I < 1000; ++I) {
+    Lists.push_back(std::make_unique<TTestList>(Store.get()));
+  }
+  std::vector<std::vector<TGUID>> Seen(4);
+  std::vector<std::thread> Readers;
+  for (auto& Own : Seen) {
+    Readers.emplace_back([&Lists, &Own] {
+      for (const auto& List : Lists) {
+        Own.push_back(List->ID());
+      }
+    });
+  }
+  std::ranges::for_each(Readers, &std::thread::join);
+  EXPECT_TRUE(std::ranges::all_of(Seen, [&](const auto& AnOwn) { return AnOwn == Seen.front(); }));
 }
 
 TEST(DataList, PlacesOutsideAreRefused) {
@@ -253,7 +351,13 @@ TEST(DataHolder, AnObjectIsFreedOnceByTheLastWhoHoldsIt) {
     TTestStorage& Store = *Letters.Store;
     Store.FOthers.Add(Letters[0]);
     Store.FPart.Take(Letters[0], Store);
+    TTestItem* const Shared = Letters[0];
+    EXPECT_EQ(Shared->FOwner, &Store);
     Letters.List.Delete(0);
+    EXPECT_EQ(Shared->FOwner, &Store);
+    Store.FPart.Take(nullptr, Store);
+    EXPECT_EQ(Shared->FOwner, &Store.FOthers) << "who holds it still";
+    Store.FPart.Take(Shared, Store);
     Store.FOthers.Clear();
     EXPECT_EQ(TTestItem::Alive, 2);
     Store.FPart.Take(nullptr, Store);
@@ -300,8 +404,10 @@ TEST(ObjectRegistry, FindsWhatAMapFinds) {
         Found->second->SetID(QuillonGuid::New());  // leaves the place, stays with the storage
       }
       Expected.erase(Found);
+    } else if (const TQuillonDataClass& Class = *Classes[Pick(3)]; Store->Registry().GetObject(ID, Class) == nullptr) {
+      Expected.emplace(ID, Class.Create(Store.get(), ID));
     } else {
-      Expected.emplace(ID, Classes[Pick(3)]->Create(Store.get(), ID));
+      Class.Create(Store.get(), ID);  // a double is never found, and ends with the storage
     }
     const TGUID& Asked = IDs[Pick(IDs.size())];
     const auto [Begin, End] = Expected.equal_range(Asked);

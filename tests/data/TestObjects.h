@@ -62,6 +62,7 @@ class TTestList : public TQuillonListOf<TTestItem> {
     TQuillonListOf::Change();
   }
   std::string FLog;
+  std::string FRefused = "nobody";  ///< name of an item that the list does not take
 
  protected:
   void AfterClear() override { Log("AfterClear"); }
@@ -73,6 +74,9 @@ class TTestList : public TQuillonListOf<TTestItem> {
   void BeforeDelete(int AnIndex) override { Log("BeforeDelete", AnIndex); }
   void BeforeExtract(int AnIndex) override { Log("BeforeExtract", AnIndex); }
   void BeforeInsert(int AnIndex, TQuillonDataObject* AnItem) override {
+    if (AnItem->DataClass().Tag() == "TestItem" && static_cast<TTestItem*>(AnItem)->FName == FRefused) {
+      throw EQuillonException("refused");
+    }
     Log("BeforeInsert", AnIndex);
     FLog += !IsItemOwner() || AnItem->FOwner == this ? "" : "(no owner) ";
   }

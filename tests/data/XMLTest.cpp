@@ -69,7 +69,8 @@ TEST(XML, WritesTheFormByteForByte) {
   Store->FCreated = Store->FChanged = QuillonDateTime::ParseDateTime("2026-08-01T07:45:00.250Z");
   auto* const Item = QuillonDataObjects::Create<TTestItem>(Store.get(), QuillonGuid::Parse(ID2));
   Store->FItems.Add(Item);
-  Item->FCreated = Item->FChanged = Store->FItems.FChanged = 0;
+  Item->ResetStamps();
+  Store->FItems.ResetStamps();
   Item->FName = " a&b<c>\"d'\r\n\t";
   Item->FFlag = true;
   Item->FFriend = Item;
@@ -128,7 +129,14 @@ TEST(XML, ReadsValuesAsTheyMayStand) {
       {"<Name>\r\n\t</Name>", "<Name>\n\t</Name>"},  // raw line ends are one line feed in XML
       {"<Name>a&#13;b</Name>", "<Name>a&#13;b</Name>"},
       {"<Name>a<!-- no -->b<![CDATA[<c>]]>d<x>y</x></Name>", "<Name>ab&lt;c&gt;d</Name>"},
+      {"<Name> <![CDATA[x]]> <!-- c --> </Name>", "<Name> x  </Name>"},
       {"<Name>Ä€𝄞</Name>", "<Name>Ä€𝄞</Name>"},
+      // No characters of XML, by number and as they are.
+      {"<Name>a&#xFFFE;&#65535;&#xD800;&#xdfff;&#x110000;&#99999999999;&#0;b</Name>",
+       "<Name>a\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDb</Name>"},
+      {"<Name>\uFFFE&#1;\uFFFF\uFFFC&#xFFFD;&#x10FFFF;</Name>",
+       "<Name>\uFFFD\uFFFD\uFFFD\uFFFC\uFFFD\U0010FFFF</Name>"},
+      {"<Name><![CDATA[&#xD800;]]>&#xD800;<!-- &#0; --></Name>", "<Name>&amp;#xD800;\uFFFD</Name>"},
       {"<Numbers>1;2;-3</Numbers>", "<Numbers>1;2;-3</Numbers>"},
       {"<Numbers/><Lines/><Picture Size=\"0\"/>", ""},
       {"<Lines>a,\"b,c\", d ,\"\"</Lines>", "<Lines>a,\"b,c\",d,</Lines>"},
@@ -155,6 +163,8 @@ TEST(XML, RefusesDamageAndSaysWhere) {
       {"", "\"plan.velmora\" ist kein gültiges XML-Dokument"},
       {"no XML", "\"plan.velmora\""},
       {"<Storage>\n<Title>x</Titel>\n</Storage>", "Zeile 2"},
+      {"<Storage>\r\n\r<Title>&#10;&#10;a\r\n\n</Titel>\n\n</Storage>\n", "(Zeile 5)"},
+      {"<!DOCTYPE Storage [<!ENTITY own \"x\">]><Storage><Title>&own;</Title></Storage>", "eigene Entitäten"},
       {"<Other/>", "\"Other\" statt \"Storage\""},
       {"<Storage/><Storage/>", "mehr als ein Dokumentelement"},
       {"<Storage><Title>\n\xC3</Title></Storage>", "ungültiges UTF-8 (Zeile 2)"},
@@ -167,8 +177,6 @@ TEST(XML, RefusesDamageAndSaysWhere) {
        "Knoten " + Item + " konnte nicht gelesen werden: XML-Attribut \"ID\" erwartet."},
       {InObjects(Reference("Item", ID1)),
        "Knoten " + Item + " konnte nicht gelesen werden: XML-Tag \"Must\" erwartet."},
-      {InObjects(Reference("Item", ID1, "")), "Kein Klassenname gefunden."},
-      {InObjects(Reference("Item", ID1, "Nobody")), "Klasse \"Nobody\" wurde nicht registriert."},
       {InObjects(Reference("Item", ID1, "Twin")), "Klasse \"Twin\" ist hier nicht erlaubt."},
       {InObjects(Reference("Item", "")), Item},
       {InObjects(Reference("Item", "{00000000-0000-0000-0000-00000000000G}")), Item},
@@ -192,12 +200,41 @@ TEST(XML, RefusesDamageAndSaysWhere) {
       {WithItem("<Numbers>99999999999</Numbers>"), Item + "Numbers/"},
       {WithItem("<Picture Size=\"1\">?</Picture>"), Item + "Picture/"},
       {WithItem("<Friend/>"), "Knoten " + Item + " konnte nicht gelesen werden: XML-Attribut \"Class\" erwartet."},
-      {WithItem(Reference("Friend", ID1, "Twin")), Item + "Friend/"},
+      {WithItem(Reference("Friend", ID2, "Twin")),
+       Item + "Friend/ konnte nicht gelesen werden: Klasse \"Twin\" ist hier"},
   };
   for (const auto& [Document, Expected] : Cases) {
     EXPECT_THAT(ErrorOf(Document), HasSubstr(Expected)) << Document;
   }
   EXPECT_EQ(TTestItem::Alive, 0);
+  EXPECT_EQ(ErrorOf(InObjects(Reference("Item", ID1, ""))), "Kein Klassenname gefunden.");
+  EXPECT_EQ(ErrorOf(InObjects(Reference("Item", ID1, "Nobody"))), "Klasse \"Nobody\" wurde nicht registriert.");
+  EXPECT_EQ(ErrorOf("<!DOCTYPE Storage SYSTEM \"plan.dtd\"><Storage/>"), "");
+}
+
+TEST(XML, WhatAFailedReadBeganIsGone) {
+  const auto Store = CreateStorage<TTestStorage>();
+  const std::string Good =
+      "<Item Class=\"TestItem\" ID=\"" + std::string(ID1) + "\"><Must/>" + Reference("Friend", ID2) + "</Item>";
+  EXPECT_THROW(Store->LoadFromXML("<Storage>" + Reference("Favourite", ID2) + "<Objects><Items>" + Good +
+                                      Reference("Item", ID2) + "</Items></Objects></Storage>",
+                                  "test"),
+               EQuillonDataObjectReaderError);
+  EXPECT_EQ(TTestItem::Alive, 1);
+  EXPECT_EQ(Store->FFavourite, nullptr);
+  EXPECT_EQ(Store->FItems.GetItem(0)->FFriend, nullptr);
+}
+
+TEST(XML, ADefaultObjectGoesWithItsReplacement) {
+  const auto Store = CreateStorage<TTestStorage>();
+  Store->FPart.Take(Store->NewItem("default"), *Store);
+  const std::string Document =
+      "<Storage><Part Class=\"TestItem\" ID=\"" + std::string(ID1) + "\"><Must/></Part></Storage>";
+  for (int Round = 0; Round < 2; ++Round) {
+    Store->LoadFromXML(Document, "test");
+    EXPECT_EQ(TTestItem::Alive, 1);
+    EXPECT_EQ(QuillonGuid::Braced(Store->FPart->ID()), ID1);
+  }
 }
 
 TEST(XML, EveryPrefixOfADocumentIsRefused) {
@@ -268,6 +305,10 @@ TEST(XML, ObjectsAreKnownByIdentity) {
     EXPECT_EQ(Store->FOthers.GetItem(0), Store->FFavourite);
     EXPECT_EQ(Store->FFriends.GetItem(0)->FName, "");  // never comes
     EXPECT_EQ(Store->FFriends.GetItem(1), Store->FFavourite);
+    EXPECT_EQ(
+        ErrorOf("<Storage>" + List("Objects", Full) + List("Friends", Reference("Item", ID1, "Nobody")) + "</Storage>"),
+        "")
+        << "the class of what is known is not looked at";
     EXPECT_EQ(&Store->FTwins1.GetItem(0)->DataClass(), &TTestTwin<1>::Class());
     EXPECT_EQ(&Store->FTwins2.GetItem(0)->DataClass(), &TTestTwin<2>::Class());
     EXPECT_EQ(TTestItem::Alive, 2);
@@ -292,6 +333,14 @@ TEST(XML, AListTakesTheStampsOfTheObjectItLiesIn) {
   EXPECT_EQ(Store->FItems.FChangedBy.Text(), "me");
   EXPECT_EQ(Store->FItems.FChanged, Store->FChanged);
   EXPECT_EQ(Store->FChanged, QuillonDateTime::ParseDate("2020-01-01"));
+  // One that the file does not tell has none.
+  EXPECT_EQ(Store->FOthers.FVersion, 0);
+  EXPECT_EQ(Store->FOthers.FCreated, 0);
+  // A fresh one is as old as its object, also one that a reader makes.
+  const auto Fresh = CreateStorage<TTestStorage>();
+  EXPECT_EQ(Fresh->FItems.FCreated, Fresh->FCreated);
+  Fresh->LoadFromXML("<Storage>" + Reference("Favourite", ID1) + "</Storage>", "test");
+  EXPECT_GT(Fresh->FFavourite->FCreated, 0);
 }
 
 }  // namespace

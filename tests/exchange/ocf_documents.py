@@ -43,7 +43,7 @@ def document(*parts, week=(1, 5), valid=("2026-08-01", "2027-07-31"), types="", 
 
 
 # Changes that are nowhere defined.
-NOWHERE = [(kind, 1) for kind in ("Stand-in", "RoomChange", "SupervisionStandIn", "Message", "AdditionalLesson")]
+NOWHERE = list(zip(("Stand-in", "RoomChange", "SupervisionStandIn", "Message", "AdditionalLesson"), range(1, 6)))
 
 
 class Plan:

@@ -5,11 +5,14 @@
 
 #include "QuillonDataObjects/Storage.h"
 
+using TRow = TQuillonDataRow;
+
 TQuillonDataClass::TQuillonDataClass(std::string_view ATag, std::string_view ADisplayFormat,
                                      const TQuillonDataClass* ABase, TFactory AFactory)
     : FTag(ATag), FDisplayFormat(ADisplayFormat), FBase(ABase), FFactory(AFactory) {
   if (ABase != nullptr) {
     FRows = ABase->FRows;
+    FLists = ABase->FLists;
     FInitials = ABase->FInitials;
   }
 }
@@ -21,6 +24,9 @@ void TQuillonDataClass::AddRow(TQuillonDataRow ARow) {
   }
   ARow.FirstOfName = First;
   FRows.push_back(ARow);
+  if (ARow.Kind == TQuillonRowKind::List) {
+    FLists.push_back(ARow.As<TRow::TItems>().Field);
+  }
   FInitials.push_back(ARow.Name.empty() ? '\0' : ARow.Name.front());
 }
 
@@ -53,8 +59,6 @@ TQuillonDataObject* TQuillonDataClass::Create(TQuillonDataAbstractObject* AnOwne
   assert(DescendsFrom(TQuillonDataObject::Class()));
   return static_cast<TQuillonDataObject*>(CreateAny(AnOwner, AnID));
 }
-
-using TRow = TQuillonDataRow;
 
 namespace QuillonDataObjects {
 

@@ -26,6 +26,9 @@ class TQuillonDataClass {
   bool IsAbstract() const { return FFactory == nullptr; }
   /// All rows in persisted order, those of the bases first.
   std::span<const TQuillonDataRow> Rows() const { return FRows; }
+  using TListField = TQuillonDataList& (*)(TQuillonDataAbstractObject&);
+  /// The lists among them.
+  std::span<const TListField> Lists() const { return FLists; }
   /// Place of the first row with the name from AFrom on, or else ahead of it; the number of rows if there is none.
   std::size_t FindRow(const char* AName, std::size_t AFrom) const;
   /// True for the class itself too.
@@ -54,6 +57,7 @@ class TQuillonDataClass {
   const TQuillonDataClass* FBase;
   TFactory FFactory;
   std::vector<TQuillonDataRow> FRows;
+  std::vector<TListField> FLists;
   std::string FInitials;  ///< first character of each row's name: what a search by name looks at first
 };
 
@@ -146,6 +150,15 @@ class TQuillonDataClassBuilder : public TQuillonDataClass {
   TBuilder& LongInt(std::string_view AName, std::int64_t ADefault = 0) {
     return Number<AMember, std::int32_t>(AName, TKind::LongInt, ADefault);
   }
+  /// The same through a setter, for a field with a rule of its own.
+  template <auto AMember, auto ASetter>
+  TBuilder& LongInt(std::string_view AName, std::int64_t ADefault = 0) {
+    LongInt<AMember>(AName, ADefault);
+    std::get_if<TQuillonDataRow::TNumber>(&LastRow().Access)->Set = [](TObject& AnObject, std::int64_t AValue) {
+      RunHook(ASetter, AnObject, static_cast<typename TQuillonMember<AMember>::TType>(AValue));
+    };
+    return *this;
+  }
   template <auto AMember>
   TBuilder& Int64(std::string_view AName, std::int64_t ADefault = 0) {
     return Number<AMember, std::int64_t>(AName, TKind::Int64, ADefault);
@@ -183,19 +196,19 @@ class TQuillonDataClassBuilder : public TQuillonDataClass {
   }
   template <auto AMember>
   TBuilder& Guid(std::string_view AName) {
-    return Field<AMember, TQuillonDataRow::TGuid>(AName, TKind::Guid);
+    return Field<AMember, TGUID>(AName, TKind::Guid);
   }
   template <auto AMember>
   TBuilder& IntegerArray(std::string_view AName) {
-    return Field<AMember, TQuillonDataRow::TIntegers>(AName, TKind::IntegerArray);
+    return Field<AMember, std::vector<std::int32_t>>(AName, TKind::IntegerArray);
   }
   template <auto AMember>
   TBuilder& StringArray(std::string_view AName) {
-    return Field<AMember, TQuillonDataRow::TStrings>(AName, TKind::StringArray);
+    return Field<AMember, std::vector<std::string>>(AName, TKind::StringArray);
   }
   template <auto AMember>
   TBuilder& Graphic(std::string_view AName) {
-    return Field<AMember, TQuillonDataRow::TPicture>(AName, TKind::Graphic);
+    return Field<AMember, TQuillonGraphic>(AName, TKind::Graphic);
   }
 
   /// A nested object; the member is a TQuillonOwned.
@@ -219,10 +232,7 @@ class TQuillonDataClassBuilder : public TQuillonDataClass {
   }
   template <auto AMember>
   TBuilder& List(std::string_view AName) {
-    TQuillonDataRow Row = MakeRow(AName, TKind::List);
-    Row.Access = TQuillonDataRow::TItems{
-        [](TObject& AnObject) -> TQuillonDataList& { return TQuillonMember<AMember>::Of(AnObject); }};
-    return Add(Row);
+    return Field<AMember, TQuillonDataList>(AName, TKind::List);
   }
   /// A retired row: a single reference, now an item of a list.
   template <auto AList, class TItem>
@@ -273,6 +283,11 @@ class TQuillonDataClassBuilder : public TQuillonDataClass {
   TBuilder& AlwaysWritten() {
     LastRow().AlwaysWritten = true;
     return *this;
+  }
+  /// What a file gets whatever the field holds, which tells of the file that was read.
+  TBuilder& WrittenAs(std::string_view AText) {
+    LastRow().WrittenText = AText;
+    return AlwaysWritten();
   }
   TBuilder& KeepsCurrent() {
     LastRow().KeepsCurrent = true;
@@ -360,28 +375,29 @@ class TQuillonDataClassBuilder : public TQuillonDataClass {
     return Add(Row);
   }
 
-  template <auto AMember, class TAccess>
+  template <auto AMember, class TField>
   TBuilder& Field(std::string_view AName, TKind AKind) {
+    using TMember = TQuillonMember<AMember>;
     TQuillonDataRow Row = MakeRow(AName, AKind);
-    Row.Access = TAccess{[](TObject & AnObject) -> auto& {return TQuillonMember<AMember>::Of(AnObject);
+    TQuillonDataRow::TField<TField> Access{};
+    Access.Get = [](const TObject& AnObject) -> const TField& { return TMember::Of(AnObject); };
+    Access.Field = [](TObject& AnObject) -> TField& { return TMember::Of(AnObject); };
+    Row.Access = Access;
+    return Add(Row);
+  }
+
+  template <auto AMember>
+  TBuilder& Pointer(std::string_view AName, TKind AKind) {
+    using TMember = TQuillonMember<AMember>;
+    using TPointee = TQuillonPointee<typename TMember::TType>;
+    TQuillonDataRow Row = MakeRow(AName, AKind);
+    Row.Access = TQuillonDataRow::TPointer{
+        [](const TObject& AnObject) -> TQuillonDataObject* { return TPointee::Get(TMember::Of(AnObject)); },
+        [](TObject& AnObject, TQuillonDataObject* AValue) { TPointee::Set(TMember::Of(AnObject), AValue, AnObject); },
+        []() -> const TQuillonDataClass& { return TPointee::TType::Class(); }};
+    return Add(Row);
   }
 };
-return Add(Row);
-}
-
-template <auto AMember>
-TBuilder& Pointer(std::string_view AName, TKind AKind) {
-  using TMember = TQuillonMember<AMember>;
-  using TPointee = TQuillonPointee<typename TMember::TType>;
-  TQuillonDataRow Row = MakeRow(AName, AKind);
-  Row.Access = TQuillonDataRow::TPointer{
-      [](const TObject& AnObject) -> TQuillonDataObject* { return TPointee::Get(TMember::Of(AnObject)); },
-      [](TObject& AnObject, TQuillonDataObject* AValue) { TPointee::Set(TMember::Of(AnObject), AValue, AnObject); },
-      []() -> const TQuillonDataClass& { return TPointee::TType::Class(); }};
-  return Add(Row);
-}
-}
-;
 
 /// Starts the table of class T, whose base is TBase.
 template <class T, class TBase>

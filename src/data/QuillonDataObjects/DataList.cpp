@@ -18,9 +18,13 @@ TQuillonDataList::TQuillonDataList(TQuillonDataAbstractObject* AnOwner, TItems A
   FOwner = AnOwner;
 }
 
-TQuillonDataList::~TQuillonDataList() { assert(!FIsItemOwner || FItems.empty()); }
+TQuillonDataList::~TQuillonDataList() {
+  // What a table row holds has gone with the object by now; a list of its own still has its items.
+  FreeItems();
+  Unregister();
+}
 
-const TQuillonDataClass& TQuillonDataList::DataClass() const {
+const TQuillonDataClass& TQuillonDataList::Class() {
   static const TQuillonDataClass Class =
       DescribeAbstractClass<TQuillonDataList, TQuillonDataAbstractObject>("TQuillonDataList");
   return Class;
@@ -28,12 +32,87 @@ const TQuillonDataClass& TQuillonDataList::DataClass() const {
 
 const TQuillonDataClass& TQuillonDataList::ItemClass() const { return TQuillonDataObject::Class(); }
 
-/// The one shape of every change. What records changes comes in here, ahead of the body, and keeps silent
-/// during it: a list's own Change and what its hooks do belong to the operation.
-template <class TBody>
-void TQuillonDataList::Perform(TBody&& ABody) {
-  ABody();
+/// The one shape of every change of the items. What records changes comes in here, ahead of the hooks, and keeps silent
+/// until the end, also when one raises: the list's own Change and what its hooks do belong to the operation.
+void TQuillonDataList::Perform(const TOperation& AnOperation) {
+  TQuillonDataStorage* const Store = Storage();
+  const TQuillonDataChangeLogLock Lock(Store != nullptr ? &Store->ChangeLog() : nullptr);
+  Before(AnOperation);
+  Apply(AnOperation);
+  After(AnOperation);
   Change();
+}
+
+void TQuillonDataList::Before(const TOperation& AnOperation) {
+  switch (AnOperation.Kind) {
+    case TOperationKind::Insertion:
+      BeforeInsert(AnOperation.Index, AnOperation.Item);
+      return;
+    case TOperationKind::Deletion:
+      BeforeDelete(AnOperation.Index);
+      return;
+    case TOperationKind::Extraction:
+      BeforeExtract(AnOperation.Index);
+      return;
+    case TOperationKind::Clearance:
+      BeforeClear();
+      return;
+    case TOperationKind::Move:
+      BeforeMove(AnOperation.Index);
+      return;
+  }
+}
+
+void TQuillonDataList::Apply(const TOperation& AnOperation) {
+  const auto At = [this](int AnIndex) { return FItems.begin() + AnIndex; };
+  const bool HoldsItem = FIsItemOwner && AnOperation.Item != nullptr;
+  switch (AnOperation.Kind) {
+    case TOperationKind::Insertion:
+      FItems.insert(At(AnOperation.NewIndex), AnOperation.Item);
+      return;
+    case TOperationKind::Deletion:
+      FItems.erase(At(AnOperation.Index));
+      if (HoldsItem) {
+        TQuillonDataHolder::Release(*AnOperation.Item, *this);
+      }
+      return;
+    case TOperationKind::Extraction:
+      FItems.erase(At(AnOperation.Index));
+      if (HoldsItem) {
+        TQuillonDataHolder::Drop(*AnOperation.Item, *this);
+      }
+      return;
+    case TOperationKind::Clearance:
+      FreeItems();
+      return;
+    case TOperationKind::Move:
+      if (AnOperation.Index < AnOperation.NewIndex) {
+        std::rotate(At(AnOperation.Index), At(AnOperation.Index + 1), At(AnOperation.NewIndex + 1));
+      } else {
+        std::rotate(At(AnOperation.NewIndex), At(AnOperation.Index), At(AnOperation.Index + 1));
+      }
+      return;
+  }
+}
+
+void TQuillonDataList::After(const TOperation& AnOperation) {
+  switch (AnOperation.Kind) {
+    case TOperationKind::Insertion:
+      AfterInsert(AnOperation.NewIndex);
+      return;
+    case TOperationKind::Deletion:
+      AfterDelete(AnOperation.Index);
+      return;
+    case TOperationKind::Extraction:
+      AfterExtract(AnOperation.Index);
+      return;
+    case TOperationKind::Clearance:
+      AfterClear();
+      return;
+    case TOperationKind::Move:
+      AfterMove(AnOperation.NewIndex);
+      return;
+  }
 }
 
 int TQuillonDataList::CheckedIndex(int AnIndex, int ALimit) const {
@@ -61,14 +140,22 @@ void TQuillonDataList::SetItem(int AnIndex, TQuillonDataObject* AnItem) {
 
 void TQuillonDataList::InsertAt(int AWanted, int AnIndex, TQuillonDataObject* AnItem) {
   assert(AnItem->DataClass().DescendsFrom(ItemClass()));
-  if (FIsItemOwner) {
-    TQuillonDataHolder::Hold(*AnItem, *this);
+  if (!FIsItemOwner) {
+    Perform({.Kind = TOperationKind::Insertion, .Index = AWanted, .NewIndex = AnIndex, .Item = AnItem});
+    return;
   }
-  Perform([&] {
-    BeforeInsert(AWanted, AnItem);
-    FItems.insert(FItems.begin() + AnIndex, AnItem);
-    AfterInsert(AnIndex);
-  });
+  const int CountBefore = Count();
+  TQuillonDataAbstractObject* const Owner = AnItem->FOwner;
+  TQuillonDataHolder::Hold(*AnItem, *this);
+  try {
+    Perform({.Kind = TOperationKind::Insertion, .Index = AWanted, .NewIndex = AnIndex, .Item = AnItem});
+  } catch (...) {
+    if (Count() == CountBefore) {
+      TQuillonDataHolder::Drop(*AnItem, *this);
+      AnItem->SetOwner(Owner);
+    }
+    throw;
+  }
 }
 
 void TQuillonDataList::Add(TQuillonDataObject* AnItem) {
@@ -128,7 +215,7 @@ bool TQuillonDataList::Merge(const TQuillonDataList& AnOther) {
 
 int TQuillonDataList::MergeEx(TQuillonDataList& AnOther) {
   int Moved = 0;
-  for (TQuillonDataObject* Item : std::vector(AnOther.FItems)) {
+  for (TQuillonDataObject* Item : AnOther.RealItems()) {
     if (!Contains(Item)) {
       AnOther.Extract(Item);
       Add(Item);
@@ -141,7 +228,7 @@ int TQuillonDataList::MergeEx(TQuillonDataList& AnOther) {
 
 bool TQuillonDataList::Import(const TQuillonDataList& AnOther) {
   bool Created = false;
-  for (const TQuillonDataObject* Item : std::vector(AnOther.FItems)) {
+  for (const TQuillonDataObject* Item : AnOther.RealItems()) {
     TQuillonDataObject* Own = Find(Item->ID());
     if (Own == nullptr) {
       Own = Item->DataClass().Create(Storage(), Item->ID());
@@ -164,7 +251,7 @@ void TQuillonDataList::Assign(const TQuillonObject& AnObject) {
   }
   if (FIsItemOwner) {
     Clear();
-    for (const TQuillonDataObject* Item : Other->FItems) {
+    for (const TQuillonDataObject* Item : Other->RealItems()) {
       TQuillonDataObject* const Copy = Item->DataClass().Create(Storage(), QuillonGuid::New());
       Add(Copy);
       Copy->Assign(*Item);
@@ -172,8 +259,10 @@ void TQuillonDataList::Assign(const TQuillonObject& AnObject) {
     return;
   }
   RetainAll(*Other);
-  for (TQuillonDataObject* Item : Other->FItems) {
-    Merge(static_cast<TQuillonDataObject*>(ResolveReference(nullptr, Item)));
+  // A list without storage takes the items as they are: there is no counterpart of them.
+  const bool HasCounterparts = HasStorage();
+  for (TQuillonDataObject* Item : Other->RealItems()) {
+    Merge(HasCounterparts ? static_cast<TQuillonDataObject*>(ResolveReference(nullptr, Item)) : Item);
   }
 }
 
@@ -206,16 +295,7 @@ int TQuillonDataList::IndexOf(const TGUID& AnID) const {
   return Found == FItems.end() ? -1 : static_cast<int>(Found - FItems.begin());
 }
 
-void TQuillonDataList::Clear() {
-  if (FItems.empty()) {
-    return;
-  }
-  Perform([&] {
-    BeforeClear();
-    FreeItems();
-    AfterClear();
-  });
-}
+void TQuillonDataList::Clear() { Perform({.Kind = TOperationKind::Clearance}); }
 
 void TQuillonDataList::FreeItems() {
   // Taken out first: an item that is freed may look at the list that held it.
@@ -231,15 +311,7 @@ void TQuillonDataList::FreeItems() {
 }
 
 void TQuillonDataList::Delete(int AnIndex) {
-  TQuillonDataObject* const Item = GetItem(AnIndex);
-  Perform([&] {
-    BeforeDelete(AnIndex);
-    FItems.erase(FItems.begin() + AnIndex);
-    if (FIsItemOwner && Item != nullptr) {
-      TQuillonDataHolder::Release(*Item, *this);
-    }
-    AfterDelete(AnIndex);
-  });
+  Perform({.Kind = TOperationKind::Deletion, .Index = AnIndex, .Item = GetItem(AnIndex)});
 }
 
 void TQuillonDataList::Delete(const TGUID& AnID) {
@@ -273,14 +345,7 @@ void TQuillonDataList::RemoveObject(const TQuillonDataObject* AnItem) {
 
 TQuillonDataObject* TQuillonDataList::Extract(int AnIndex) {
   TQuillonDataObject* const Item = GetItem(AnIndex);
-  Perform([&] {
-    BeforeExtract(AnIndex);
-    FItems.erase(FItems.begin() + AnIndex);
-    if (FIsItemOwner && Item != nullptr) {
-      TQuillonDataHolder::Drop(*Item, *this);
-    }
-    AfterExtract(AnIndex);
-  });
+  Perform({.Kind = TOperationKind::Extraction, .Index = AnIndex, .Item = Item});
   return Item;
 }
 
@@ -307,17 +372,7 @@ void TQuillonDataList::Pack() { std::erase(FItems, nullptr); }
 void TQuillonDataList::Move(int ACurIndex, int ANewIndex) {
   CheckedIndex(ACurIndex, Count());
   CheckedIndex(ANewIndex, Count());
-  Perform([&] {
-    BeforeMove(ACurIndex);
-    const auto Cur = FItems.begin() + ACurIndex;
-    const auto New = FItems.begin() + ANewIndex;
-    if (ACurIndex < ANewIndex) {
-      std::rotate(Cur, Cur + 1, New + 1);
-    } else {
-      std::rotate(New, Cur, Cur + 1);
-    }
-    AfterMove(ANewIndex);
-  });
+  Perform({.Kind = TOperationKind::Move, .Index = ACurIndex, .NewIndex = ANewIndex, .Item = GetItem(ACurIndex)});
 }
 
 void TQuillonDataList::Move(const TQuillonDataObject* AnItem, int ANewIndex) {
@@ -346,6 +401,12 @@ void TQuillonDataList::Exchange(int AFirstIndex, int ASecondIndex) {
   Move(ASecondIndex, AFirstIndex);
 }
 
+std::vector<TQuillonDataObject*> TQuillonDataList::RealItems() const {
+  std::vector<TQuillonDataObject*> Found = FItems;
+  std::erase(Found, nullptr);
+  return Found;
+}
+
 int TQuillonDataList::CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B) const {
   return FCompare != nullptr ? FCompare(A, B) : A.Compare(B);
 }
@@ -355,7 +416,8 @@ int TQuillonDataList::FindPlace(const TQuillonDataObject& AnItem) const {
   int High = Count() - 1;
   while (Low <= High) {
     const int Middle = Low + (High - Low) / 2;
-    if (CompareItems(*FItems[static_cast<std::size_t>(Middle)], AnItem) < 0) {
+    const TQuillonDataObject* const Own = FItems[static_cast<std::size_t>(Middle)];
+    if (Own != nullptr && CompareItems(*Own, AnItem) < 0) {
       Low = Middle + 1;
     } else {
       High = Middle - 1;
@@ -370,7 +432,7 @@ void TQuillonDataList::Sort() {
 
 void TQuillonDataList::Sort(TQuillonCompareItems ACompare) {
   QuillonDataObjects::QuickSort(
-      0, Count() - 1, [&](int A, int B) { return ACompare(*GetItem(A), *GetItem(B)); },
+      0, Count() - 1, [&](int A, int B) { return CompareReal(GetItem(A), GetItem(B), ACompare); },
       [this](int A, int B) { Exchange(A, B); });
 }
 

@@ -11,7 +11,8 @@ using TQuillonCompareItems = int (*)(const TQuillonDataObject& A, const TQuillon
 
 /// A list of data objects: of its own, or of references to objects that others own.
 ///
-/// Every change runs in one shape: the Before hook, the change of the items, the After hook, Change.
+/// Every change runs in one shape: the Before hook, the change of the items, the After hook, Change; the change log is
+/// locked meanwhile. A place may hold null, which nothing but Pack and the count takes for an item.
 class TQuillonDataList : public TQuillonDataAbstractObject {
  public:
   enum class TItems : std::uint8_t { Referenced, Owned };
@@ -19,7 +20,9 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   explicit TQuillonDataList(TQuillonDataAbstractObject* AnOwner = nullptr, TItems AnItems = TItems::Referenced);
   ~TQuillonDataList() override;
 
-  const TQuillonDataClass& DataClass() const override;
+  static const TQuillonDataClass& Class();
+  const TQuillonDataClass& DataClass() const override { return Class(); }
+  TQuillonDataList* AsList() override { return this; }
   /// The class that the list holds; an item of another class never enters it.
   virtual const TQuillonDataClass& ItemClass() const;
 
@@ -54,7 +57,8 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   /// Assigns each item of the other list to the item with its identity, which is created if it is missing.
   /// True if an object was created.
   bool Import(const TQuillonDataList& AnOther);
-  /// An owning list gets copies with new identities, another one the same items.
+  /// An owning list gets copies with new identities, another one the same items; in another storage, those there with
+  /// their identities.
   void Assign(const TQuillonObject& AnObject) override;
 
   bool Contains(const TQuillonDataObject* AnItem) const;
@@ -67,7 +71,7 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   int IndexOf(const TQuillonDataObject* AnItem) const;
   int IndexOf(const TGUID& AnID) const;
 
-  /// Frees the items of an owning list.
+  /// Frees the items of an owning list. An empty one goes through the same steps.
   void Clear();
   /// Removes, and frees in an owning list; what is not there is passed over.
   /// @throws EQuillonCollectionError for an index outside of the list
@@ -104,7 +108,7 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   void SortBy(const TCompare& ACompare) {
     const auto At = [this](int AnIndex) -> TQuillonDataObject*& { return FItems[static_cast<std::size_t>(AnIndex)]; };
     QuillonDataObjects::QuickSort(
-        0, Count() - 1, [&](int A, int B) { return ACompare(*At(A), *At(B)); },
+        0, Count() - 1, [&](int A, int B) { return CompareReal(At(A), At(B), ACompare); },
         [&](int A, int B) { std::swap(At(A), At(B)); });
   }
   /// Sorts by moves, each of which notifies.
@@ -135,8 +139,28 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   virtual std::string GetBaseDisplayName() const;
 
  private:
-  template <class TBody>
-  void Perform(TBody&& ABody);
+  enum class TOperationKind : std::uint8_t { Insertion, Deletion, Extraction, Clearance, Move };
+  /// One change of the items.
+  struct TOperation {
+    TOperationKind Kind;
+    int Index = 0;     ///< of the item; of an insertion the place that was asked for, -1 for any
+    int NewIndex = 0;  ///< place of an insertion or a move
+    TQuillonDataObject* Item = nullptr;
+  };
+
+  /// Order with null places behind all items.
+  template <class TCompare>
+  static int CompareReal(const TQuillonDataObject* A, const TQuillonDataObject* B, const TCompare& ACompare) {
+    return A != nullptr && B != nullptr ? ACompare(*A, *B)
+                                        : static_cast<int>(A == nullptr) - static_cast<int>(B == nullptr);
+  }
+
+  void Perform(const TOperation& AnOperation);
+  void Before(const TOperation& AnOperation);
+  void Apply(const TOperation& AnOperation);
+  void After(const TOperation& AnOperation);
+  /// The items without null places.
+  std::vector<TQuillonDataObject*> RealItems() const;
   template <class TPredicate>
   bool DeleteIf(const TPredicate& APredicate);
   void InsertAt(int AWanted, int AnIndex, TQuillonDataObject* AnItem);

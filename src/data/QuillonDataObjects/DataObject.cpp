@@ -1,6 +1,8 @@
 #include "QuillonDataObjects/DataObject.h"
 
+#include <algorithm>
 #include <cassert>
+#include <mutex>
 
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/DataList.h"
@@ -29,26 +31,49 @@ std::string TQuillonDataAbstractObject::GetDisplayName() const {
   return GetPublicClassName() + " (ID: " + QuillonGuid::Braced(ID()) + ")";
 }
 
-const TGUID& TQuillonDataAbstractObject::ID() const {
+void TQuillonDataAbstractObject::MakeID() const {
+  // One for all objects: what asks at the same time are the few threads that write a storage.
+  static std::mutex Mutex;
+  const std::scoped_lock Lock(Mutex);
   if (!FHasID) {
     FID = QuillonGuid::New();
-    FHasID = true;
+    // Whoever reads the object may be the first to ask.
+    const_cast<TQuillonDataAbstractObject*>(this)->Register();
+    FHasID.store(true, std::memory_order_release);
   }
-  return FID;
 }
 
 void TQuillonDataAbstractObject::SetID(const TGUID& AnID) {
   if (FHasID && AnID == FID) {
     return;
   }
-  TQuillonDataStorage* const Store = FRegistered ? Storage() : nullptr;
-  if (Store != nullptr) {
-    Store->Registry().RemoveObject(*this);
-  }
+  Unregister();
   FID = AnID;
   FHasID = true;
-  if (Store != nullptr) {
+  Register();
+}
+
+void TQuillonDataAbstractObject::Register() {
+  TQuillonDataStorage* const Store = Storage();
+  if (Store == nullptr) {
+    return;
+  }
+  if (TQuillonDataList* const List = AsList()) {
+    Store->Registry().AddList(*List);
+  } else {
     Store->Registry().AddObject(*this);
+  }
+}
+
+void TQuillonDataAbstractObject::Unregister() {
+  TQuillonDataStorage* const Store = FRegistered ? Storage() : nullptr;
+  if (Store == nullptr) {
+    return;
+  }
+  if (TQuillonDataList* const List = AsList()) {
+    Store->Registry().RemoveList(*List);
+  } else {
+    Store->Registry().RemoveObject(*this);
   }
 }
 
@@ -67,9 +92,26 @@ TQuillonDataStorage* TQuillonDataAbstractObject::Storage() const {
 
 void TQuillonDataAbstractObject::Change() {
   FChanged = QuillonDateTime::Now();
-  if (HasStorage()) {
+  if (TQuillonDataStorage* const Store = Storage()) {
     FOwner->Change();
+    if (const TQuillonDataChangeLog& Log = Store->ChangeLog(); !Log.IsLocked()) {
+      FChangedBy = Log.FUserName;
+    }
   }
+}
+
+void TQuillonDataAbstractObject::TakeStamps(const TQuillonDataAbstractObject& AnObject) {
+  FVersion = AnObject.FVersion;
+  FChanged = AnObject.FChanged;
+  FChangedBy = AnObject.FChangedBy;
+  FCreated = AnObject.FCreated;
+  FCreatedBy = AnObject.FCreatedBy;
+}
+
+void TQuillonDataAbstractObject::ResetStamps() {
+  FVersion = 0;
+  FChanged = FCreated = 0;
+  FChangedBy = FCreatedBy = TQuillonUserName();
 }
 
 TQuillonDataAbstractObject* TQuillonDataAbstractObject::ResolveReference(const TQuillonDataList* AList,
@@ -85,11 +127,13 @@ TQuillonDataAbstractObject* TQuillonDataAbstractObject::ResolveReference(const T
 }
 
 void TQuillonDataAbstractObject::InitProperties() {
-  // An object that a reader makes gets the stamps of the file.
   const TQuillonDataStorage* const Store = Storage();
-  if (Store == nullptr || !Store->IsChangeTrackingLocked()) {
-    FCreated = QuillonDateTime::Now();
-    FChanged = FCreated;
+  // The clock is not asked for each of a million objects that are read.
+  const bool IsRead = Store != nullptr && Store->IsReading();
+  FCreated = IsRead ? Store->ReadingSince() : TQuillonDateTime(QuillonDateTime::Now());
+  FChanged = FCreated;
+  for (const TQuillonDataClass::TListField List : DataClass().Lists()) {
+    List(*this).TakeStamps(*this);
   }
 }
 
@@ -105,25 +149,18 @@ void TQuillonDataAbstractObject::FreeProperties() {
 
 void TQuillonDataAbstractObject::ReadProperties(TQuillonDataObjectReader& AReader) { AReader.ReadRows(*this); }
 
-void TQuillonDataAbstractObject::WriteProperties(TQuillonDataObjectWriter& AWriter) { AWriter.WriteRows(*this); }
+void TQuillonDataAbstractObject::WriteProperties(TQuillonDataObjectWriter& AWriter) const { AWriter.WriteRows(*this); }
 
 void TQuillonDataAbstractObject::AfterConstruction(TQuillonDataAbstractObject* AnOwner, const TGUID& AnID) {
   FOwner = AnOwner;
   FID = AnID;
   FHasID = true;
-  TQuillonDataStorage* const Store = AnOwner == nullptr ? nullptr : Storage();
-  if (Store != nullptr) {
-    Store->Registry().AddObject(*this);
-  }
+  Register();
   InitProperties();
 }
 
 void TQuillonDataAbstractObject::BeforeDestruction() {
-  if (FRegistered) {
-    if (TQuillonDataStorage* const Store = Storage()) {
-      Store->Registry().RemoveObject(*this);
-    }
-  }
+  Unregister();
   FreeProperties();
 }
 
@@ -134,30 +171,50 @@ const TQuillonDataClass& TQuillonDataObject::Class() {
 }
 
 void TQuillonDataObject::Extract() {
-  if (auto* const List = dynamic_cast<TQuillonDataList*>(FOwner)) {
+  if (TQuillonDataList* const List = FOwner != nullptr ? FOwner->AsList() : nullptr) {
     List->Extract(this);
   }
 }
 
 void TQuillonDataHolder::Hold(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder) {
-  ++AnObject.FHolders;
+  if (AnObject.FIsHeld) {
+    if (AnObject.FHolders == nullptr) {
+      AnObject.FHolders = std::make_unique<std::vector<TQuillonDataAbstractObject*>>(1, AnObject.FOwner);
+    }
+    AnObject.FHolders->push_back(&AHolder);
+  }
+  AnObject.FIsHeld = true;
   AnObject.SetOwner(&AHolder);
 }
 
 void TQuillonDataHolder::Release(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder) {
-  assert(AnObject.FHolders > 0);
-  TQuillonDataStorage* const Store = AHolder.AsStorage() != nullptr ? AHolder.AsStorage() : AHolder.Storage();
-  if (AnObject.FHolders > 1 || (Store != nullptr && Store->IsReading())) {
+  const TQuillonDataStorage* const Store = AHolder.AsStorage() != nullptr ? AHolder.AsStorage() : AHolder.Storage();
+  const bool MayBeReferredTo = Store != nullptr && Store->IsReading() && AnObject.FIsNamed;
+  if (AnObject.FHolders != nullptr || MayBeReferredTo) {
     Drop(AnObject, AHolder);
     return;
   }
-  AnObject.FHolders = 0;
+  assert(AnObject.FIsHeld);
+  AnObject.FIsHeld = false;
   QuillonDataObjects::Free(&AnObject);
 }
 
 void TQuillonDataHolder::Drop(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder) {
-  assert(AnObject.FHolders > 0);
-  --AnObject.FHolders;
+  assert(AnObject.FIsHeld);
+  if (AnObject.FHolders != nullptr) {
+    auto& Holders = *AnObject.FHolders;
+    if (const auto Found = std::ranges::find(Holders, &AHolder); Found != Holders.end()) {
+      Holders.erase(Found);
+    }
+    if (AnObject.FOwner == &AHolder || Holders.size() == 1) {
+      AnObject.SetOwner(Holders.back());
+    }
+    if (Holders.size() == 1) {
+      AnObject.FHolders.reset();
+    }
+    return;
+  }
+  AnObject.FIsHeld = false;
   if (AnObject.FOwner == &AHolder) {
     AnObject.SetOwner(AHolder.AsStorage() != nullptr ? &AHolder : AHolder.Storage());
   }

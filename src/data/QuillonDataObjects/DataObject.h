@@ -1,9 +1,11 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "QuillonDataObjects/UserName.h"
 #include "QuillonDateTime.h"
@@ -48,15 +50,21 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   /// The description of the object's own class.
   virtual const TQuillonDataClass& DataClass() const = 0;
 
-  /// The tag of the object's class in data files.
+  /// The tag of the object's class in data files; a list's is the name of its class.
   std::string GetPublicClassName() const;
 
   /// Name of the object in messages; by default its class tag and GUID.
   virtual std::string GetDisplayName() const;
 
   /// Identity within the storage, stable across saves.
-  /// A list has one only from the first time it is asked: nothing but the binary form tells it.
-  const TGUID& ID() const;
+  /// A list has one only from the first time it is asked or told, and is known to its storage by it from then on.
+  /// Several readers may ask at a time.
+  const TGUID& ID() const {
+    if (!FHasID.load(std::memory_order_acquire)) {
+      MakeID();
+    }
+    return FID;
+  }
   /// Changes the identity and re-enters the object in the registry of its storage.
   void SetID(const TGUID& AnID);
 
@@ -67,11 +75,17 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   /// The root if that is a storage, else null. A storage has none itself.
   TQuillonDataStorage* Storage() const;
   bool HasStorage() const { return Storage() != nullptr; }
-  /// This object as a storage; null for all others.
+  /// This object as a storage, or as a list; null for all others.
   virtual TQuillonDataStorage* AsStorage() { return nullptr; }
+  virtual TQuillonDataList* AsList() { return nullptr; }
 
-  /// Stamps the object and passes the change up to the storage.
+  /// Stamps the object and passes the change up to the storage. The user of the storage's change log is the one who
+  /// changed it, unless the log is locked.
   virtual void Change();
+  /// Copies the stamps and the version of another object.
+  void TakeStamps(const TQuillonDataAbstractObject& AnObject);
+  /// Makes the stamps and the version those of an object of which nothing is told.
+  void ResetStamps();
 
   /// The object that stands for AnObject in this object's data: itself if it has the same root, else the one
   /// with its identity in AList, which may be null; null if there is none.
@@ -79,7 +93,7 @@ class TQuillonDataAbstractObject : public TQuillonObject {
                                                        TQuillonDataAbstractObject* AnObject) const;
 
   virtual void ReadProperties(TQuillonDataObjectReader& AReader);
-  virtual void WriteProperties(TQuillonDataObjectWriter& AWriter);
+  virtual void WriteProperties(TQuillonDataObjectWriter& AWriter) const;
 
   /// Compares, stores, and reports the change. For fields without a rule of their own.
   template <class TField, class TValue>
@@ -92,11 +106,14 @@ class TQuillonDataAbstractObject : public TQuillonObject {
 
  protected:
   /// Creates owned parts and sets defaults that no member initialiser can; stamps the creation.
+  /// What a reader makes is as old as the read.
   virtual void InitProperties();
   /// Resets the content, ahead of a load of a storage.
   virtual void ClearProperties() {}
   /// Frees owned parts, and in the model every reference to this object.
   virtual void FreeProperties();
+  /// Leaves the registry of the storage.
+  void Unregister();
 
  private:
   friend class TQuillonDataClass;
@@ -107,10 +124,15 @@ class TQuillonDataAbstractObject : public TQuillonObject {
 
   void AfterConstruction(TQuillonDataAbstractObject* AnOwner, const TGUID& AnID);
   void BeforeDestruction();
+  void MakeID() const;
+  void Register();
 
-  std::uint32_t FHolders = 0;
-  mutable bool FHasID = false;
+  /// All holders, while there are several; one is FOwner.
+  std::unique_ptr<std::vector<TQuillonDataAbstractObject*>> FHolders;
+  mutable std::atomic<bool> FHasID = false;
   bool FRegistered = false;
+  bool FIsHeld = false;
+  bool FIsNamed = false;  ///< a document that was read names the object
 };
 
 /// An object that lists and references can hold: the unit of change logging.
@@ -131,10 +153,14 @@ class TQuillonDataHolder {
  public:
   /// AHolder becomes the owner: a list, or the object that a nested object belongs to.
   static void Hold(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder);
-  /// Frees the object if this was its last holder, but not while the storage is read.
+  /// Frees the object if this was its last holder; but while the storage is read, only one that the document has not
+  /// named, since others may refer to it.
   static void Release(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder);
-  /// Lets go without freeing.
+  /// Lets go without freeing. One of those who hold the object still becomes the owner in the holder's place.
   static void Drop(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder);
+  static bool IsHeld(const TQuillonDataObject& AnObject) { return AnObject.FIsHeld; }
+  /// Remembers that a document names the object: others may come to refer to it as long as that is read.
+  static void MarkNamed(TQuillonDataObject& AnObject) { AnObject.FIsNamed = true; }
 };
 
 /// Handle of an object that stands in no list, a storage above all.

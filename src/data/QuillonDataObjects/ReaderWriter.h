@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "QuillonTypes.h"
 
 class TQuillonDataAbstractObject;
@@ -29,11 +31,16 @@ class TQuillonDataObjectReader {
   virtual void ReadRows(TQuillonDataAbstractObject& AnObject) = 0;
 
  protected:
-  /// The storage's object of that class and identity; a bare one, to be filled later, if there is none yet.
-  TQuillonDataObject& FindOrCreate(const TQuillonDataClass& AClass, const TGUID& AnID) const;
+  /// The storage's object with the identity whose class is ABase or descends from it; null if there is none yet.
+  TQuillonDataObject* FindKnown(const TQuillonDataClass& ABase, const TGUID& AnID) const;
+  /// A bare object of the storage, to be filled now or later.
+  TQuillonDataObject& Create(const TQuillonDataClass& AClass, const TGUID& AnID) const;
+  /// Reads the object from where the reader stands. If that raises, an object that nobody holds is freed.
+  void ReadContent(TQuillonDataObject& AnObject);
 
  private:
   TQuillonDataStorage& FStorage;
+  std::vector<TQuillonDataObject*> FBeingRead;  ///< one in the other
 };
 
 /// A form of data files, the writing side.
@@ -45,5 +52,5 @@ class TQuillonDataObjectWriter {
   virtual ~TQuillonDataObjectWriter() = default;
 
   /// Writes every row of the object's class that is not retired, base rows first.
-  virtual void WriteRows(TQuillonDataAbstractObject& AnObject) = 0;
+  virtual void WriteRows(const TQuillonDataAbstractObject& AnObject) = 0;
 };

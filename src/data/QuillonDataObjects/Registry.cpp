@@ -5,6 +5,7 @@
 #include <string>
 
 #include "QuillonDataObjects/DataClass.h"
+#include "QuillonDataObjects/DataList.h"
 #include "QuillonDataObjects/ReaderWriter.h"
 #include "QuillonText.h"
 
@@ -25,8 +26,8 @@ bool TQuillonDataClassRegistry::ContainsClass(const TQuillonDataClass& AClass) c
          std::find(Found->second.begin(), Found->second.end(), &AClass) != Found->second.end();
 }
 
-const TQuillonDataClass& TQuillonDataClassRegistry::GetClass(std::string_view ATag,
-                                                             const TQuillonDataClass& ABase) const {
+const TQuillonDataClass* TQuillonDataClassRegistry::FindClass(std::string_view ATag,
+                                                              const TQuillonDataClass& ABase) const {
   if (ATag.empty()) {
     throw EQuillonDataObjectReaderError("Kein Klassenname gefunden.");
   }
@@ -34,12 +35,10 @@ const TQuillonDataClass& TQuillonDataClassRegistry::GetClass(std::string_view AT
   if (Found == FClasses.end()) {
     throw EQuillonDataObjectReaderError("Klasse " + QuillonText::Quoted(ATag) + " wurde nicht registriert.");
   }
-  for (const TQuillonDataClass* Class : Found->second) {
-    if (Class->DescendsFrom(ABase)) {
-      return *Class;
-    }
-  }
-  throw EQuillonDataObjectReaderError("Klasse " + QuillonText::Quoted(ATag) + " ist hier nicht erlaubt.");
+  const auto Class = std::ranges::find_if(Found->second, [&](const TQuillonDataClass* AClass) {
+    return AClass->DescendsFrom(ABase) && !AClass->IsAbstract();
+  });
+  return Class == Found->second.end() ? nullptr : *Class;
 }
 
 std::vector<const TQuillonDataClass*> TQuillonDataClassRegistry::Classes() const {
@@ -99,16 +98,29 @@ void TQuillonDataObjectRegistry::AddObject(TQuillonDataAbstractObject& AnObject)
   if (AnObject.FRegistered) {
     return;
   }
+  AnObject.FRegistered = true;
+  const std::uint64_t Hash = HashOf(AnObject.FID);
+  const auto IsOther = [&](const TSlot& ASlot) {
+    return ASlot.Hash == Hash && ASlot.Object->FID == AnObject.FID &&
+           &ASlot.Object->DataClass() == &AnObject.DataClass();
+  };
+  if (FindSlot(Hash, IsOther) != nullptr) {
+    FDoubles.insert(&AnObject);
+    return;
+  }
   if (FCount >= FSlots.size() / 4 * 3) {
     Grow();
   }
-  Put(FSlots, TSlot{HashOf(AnObject.ID()), &AnObject});
-  AnObject.FRegistered = true;
+  Put(FSlots, TSlot{Hash, &AnObject});
   ++FCount;
 }
 
 void TQuillonDataObjectRegistry::RemoveObject(TQuillonDataAbstractObject& AnObject) {
   if (!AnObject.FRegistered) {
+    return;
+  }
+  AnObject.FRegistered = false;
+  if (!FDoubles.empty() && FDoubles.erase(&AnObject) > 0) {
     return;
   }
   const std::size_t Mask = FSlots.size() - 1;
@@ -125,26 +137,51 @@ void TQuillonDataObjectRegistry::RemoveObject(TQuillonDataAbstractObject& AnObje
     }
   }
   FSlots[Hole] = TSlot{};
-  AnObject.FRegistered = false;
   --FCount;
 }
 
-TQuillonDataAbstractObject* TQuillonDataObjectRegistry::GetObject(const TGUID& AnID,
-                                                                  const TQuillonDataClass& AClass) const {
-  const std::uint64_t Hash = HashOf(AnID);
+/// The first slot on the way of the hash that the predicate accepts; null if there is none.
+template <class TPredicate>
+const TQuillonDataObjectRegistry::TSlot* TQuillonDataObjectRegistry::FindSlot(std::uint64_t AHash,
+                                                                              const TPredicate& APredicate) const {
   const std::size_t Mask = FSlots.size() - 1;
-  for (std::size_t Place = Hash & Mask; FSlots[Place].Object != nullptr; Place = (Place + 1) & Mask) {
-    TQuillonDataAbstractObject* const Object = FSlots[Place].Object;
-    if (FSlots[Place].Hash == Hash && Object->FID == AnID && Object->DataClass().DescendsFrom(AClass)) {
-      return Object;
+  for (std::size_t Place = AHash & Mask; FSlots[Place].Object != nullptr; Place = (Place + 1) & Mask) {
+    if (APredicate(FSlots[Place])) {
+      return &FSlots[Place];
     }
   }
   return nullptr;
 }
 
+TQuillonDataAbstractObject* TQuillonDataObjectRegistry::GetObject(const TGUID& AnID,
+                                                                  const TQuillonDataClass& AClass) const {
+  const std::uint64_t Hash = HashOf(AnID);
+  const TSlot* const Slot = FindSlot(Hash, [&](const TSlot& ASlot) {
+    return ASlot.Hash == Hash && ASlot.Object->FID == AnID && ASlot.Object->DataClass().DescendsFrom(AClass);
+  });
+  return Slot != nullptr ? Slot->Object : nullptr;
+}
+
+void TQuillonDataObjectRegistry::AddList(TQuillonDataList& AList) {
+  const std::scoped_lock Lock(FListsMutex);
+  AList.FRegistered = FLists.try_emplace(AList.FID, &AList).second || AList.FRegistered;
+}
+
+void TQuillonDataObjectRegistry::RemoveList(TQuillonDataList& AList) {
+  const std::scoped_lock Lock(FListsMutex);
+  FLists.erase(AList.FID);
+  AList.FRegistered = false;
+}
+
+TQuillonDataList* TQuillonDataObjectRegistry::GetList(const TGUID& AnID) const {
+  const std::scoped_lock Lock(FListsMutex);
+  const auto Found = FLists.find(AnID);
+  return Found == FLists.end() ? nullptr : Found->second;
+}
+
 std::vector<TQuillonDataAbstractObject*> TQuillonDataObjectRegistry::Objects() const {
-  std::vector<TQuillonDataAbstractObject*> Found;
-  Found.reserve(FCount);
+  std::vector<TQuillonDataAbstractObject*> Found(FDoubles.begin(), FDoubles.end());
+  Found.reserve(FDoubles.size() + FCount);
   for (const TSlot& Slot : FSlots) {
     if (Slot.Object != nullptr) {
       Found.push_back(Slot.Object);
@@ -155,21 +192,29 @@ std::vector<TQuillonDataAbstractObject*> TQuillonDataObjectRegistry::Objects() c
 
 std::vector<TQuillonDataObject*> TQuillonDataObjectRegistry::Unheld() const {
   std::vector<TQuillonDataObject*> Found;
-  for (const TSlot& Slot : FSlots) {
-    if (Slot.Object != nullptr && Slot.Object->FHolders == 0 &&
-        Slot.Object->DataClass().DescendsFrom(TQuillonDataObject::Class())) {
-      Found.push_back(static_cast<TQuillonDataObject*>(Slot.Object));
+  for (TQuillonDataAbstractObject* Object : Objects()) {
+    if (!Object->FIsHeld && Object->DataClass().DescendsFrom(TQuillonDataObject::Class())) {
+      Found.push_back(static_cast<TQuillonDataObject*>(Object));
     }
   }
   return Found;
 }
 
-void TQuillonDataObjectRegistry::Clear() {
-  for (const TSlot& Slot : FSlots) {
-    if (Slot.Object != nullptr) {
-      Slot.Object->FRegistered = false;
-    }
+void TQuillonDataObjectRegistry::ForgetNames() {
+  for (TQuillonDataAbstractObject* Object : Objects()) {
+    Object->FIsNamed = false;
   }
+}
+
+void TQuillonDataObjectRegistry::Clear() {
+  for (const auto& [ID, List] : FLists) {
+    List->FRegistered = false;
+  }
+  FLists.clear();
+  for (TQuillonDataAbstractObject* Object : Objects()) {
+    Object->FRegistered = false;
+  }
+  FDoubles.clear();
   FSlots.assign(InitialSlots, TSlot{});
   FCount = 0;
 }

@@ -2,8 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
+#include <mutex>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "QuillonDataObjects/DataObject.h"
@@ -19,9 +22,9 @@ class TQuillonDataClassRegistry {
   /// Ignored if the class is there already.
   void AddClass(const TQuillonDataClass& AClass);
   bool ContainsClass(const TQuillonDataClass& AClass) const;
-  /// The class with the tag that descends from ABase.
-  /// @throws EQuillonDataObjectReaderError for an empty or an unknown tag, and where no class of the tag descends
-  const TQuillonDataClass& GetClass(std::string_view ATag, const TQuillonDataClass& ABase) const;
+  /// The class with the tag that descends from ABase; null where no class of the tag does.
+  /// @throws EQuillonDataObjectReaderError for an empty or an unknown tag
+  const TQuillonDataClass* FindClass(std::string_view ATag, const TQuillonDataClass& ABase) const;
   std::vector<const TQuillonDataClass*> Classes() const;
 
  private:
@@ -30,25 +33,36 @@ class TQuillonDataClassRegistry {
   std::unordered_map<std::string_view, std::vector<const TQuillonDataClass*>> FClasses;
 };
 
-/// The live objects of one storage by identity, not owning. Look-ups take constant time.
+/// The live objects and lists of one storage by identity, not owning. Look-ups take constant time.
 ///
 /// A damaged file may give one GUID to objects of different classes. Both live: a look-up names the class it wants.
+/// Objects come and go under the storage's write lock; lists may come in by any of several readers, see
+/// TQuillonDataAbstractObject::ID.
 class TQuillonDataObjectRegistry {
  public:
   TQuillonDataObjectRegistry();
 
+  /// An object of a class and an identity that are there already is never found; the storage ends it with the others.
   void AddObject(TQuillonDataAbstractObject& AnObject);
   /// Does not free.
   void RemoveObject(TQuillonDataAbstractObject& AnObject);
   /// The object with the identity whose class is AClass or descends from it; null if there is none.
   TQuillonDataAbstractObject* GetObject(const TGUID& AnID, const TQuillonDataClass& AClass) const;
 
+  /// Ignored if a list has the identity already.
+  void AddList(TQuillonDataList& AList);
+  void RemoveList(TQuillonDataList& AList);
+  /// The list with the identity, if it was asked for it or told; null if there is none.
+  TQuillonDataList* GetList(const TGUID& AnID) const;
+
   std::size_t Count() const { return FCount; }
-  /// All objects, in no order.
+  /// All objects, no lists, in no order.
   std::vector<TQuillonDataAbstractObject*> Objects() const;
   /// Objects that no list and no other object holds.
   std::vector<TQuillonDataObject*> Unheld() const;
-  /// Forgets all objects.
+  /// Forgets that a document has named the objects.
+  void ForgetNames();
+  /// Forgets all objects and lists.
   void Clear();
 
  private:
@@ -58,10 +72,15 @@ class TQuillonDataObjectRegistry {
   };
 
   std::uint64_t HashOf(const TGUID& AnID) const;
+  template <class TPredicate>
+  const TSlot* FindSlot(std::uint64_t AHash, const TPredicate& APredicate) const;
   void Grow();
   static void Put(std::vector<TSlot>& ASlots, const TSlot& ASlot);
 
   std::vector<TSlot> FSlots;  ///< open addressing; the length is a power of two
   std::size_t FCount = 0;
+  std::unordered_set<TQuillonDataAbstractObject*> FDoubles;
+  std::map<TGUID, TQuillonDataList*> FLists;
+  mutable std::mutex FListsMutex;
   std::uint64_t FSeed;  ///< unknown to whoever made the file, so that nobody can aim at one slot
 };

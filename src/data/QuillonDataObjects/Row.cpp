@@ -24,8 +24,12 @@ void ResetRow(TObject& AnObject, const TRow& ARow) {
                    }
                  },
                  [&](const TRow::TItems& AnAccess) {
+                   TQuillonDataList& List = AnAccess.Field(AnObject);
                    if (!ARow.Merged) {
-                     AnAccess.Field(AnObject).Clear();
+                     if (!List.IsEmpty()) {
+                       List.Clear();
+                     }
+                     List.ResetStamps();
                    }
                  },
                  [](const TRow::TStep&) {},
@@ -34,7 +38,7 @@ void ResetRow(TObject& AnObject, const TRow& ARow) {
              ARow.Access);
 }
 
-bool HoldsDefault(TObject& AnObject, const TRow& ARow) {
+bool HoldsDefault(const TObject& AnObject, const TRow& ARow) {
   return std::visit(TQuillonCases{
                         [&](const TRow::TNumber& AnAccess) { return AnAccess.Get(AnObject) == ARow.DefaultNumber; },
                         [&](const TRow::TFloat& AnAccess) { return AnAccess.Get(AnObject) == ARow.DefaultFloat; },
@@ -43,11 +47,11 @@ bool HoldsDefault(TObject& AnObject, const TRow& ARow) {
                           return AnAccess.Get(AnObject, Scratch) == ARow.DefaultText;
                         },
                         [&](const TRow::TGuid&) { return false; },
-                        [&](const TRow::TIntegers& AnAccess) { return AnAccess.Field(AnObject).empty(); },
-                        [&](const TRow::TStrings& AnAccess) { return AnAccess.Field(AnObject).empty(); },
-                        [&](const TRow::TPicture& AnAccess) { return AnAccess.Field(AnObject).Image.empty(); },
+                        [&](const TRow::TIntegers& AnAccess) { return AnAccess.Get(AnObject).empty(); },
+                        [&](const TRow::TStrings& AnAccess) { return AnAccess.Get(AnObject).empty(); },
+                        [&](const TRow::TPicture& AnAccess) { return AnAccess.Get(AnObject).Image.empty(); },
                         [&](const TRow::TPointer& AnAccess) { return AnAccess.Get(AnObject) == nullptr; },
-                        [&](const TRow::TItems& AnAccess) { return AnAccess.Field(AnObject).IsEmpty(); },
+                        [&](const TRow::TItems& AnAccess) { return AnAccess.Get(AnObject).IsEmpty(); },
                         [](const TRow::TStep&) { return true; },
                         [](std::monostate) { return true; },
                     },
@@ -55,8 +59,6 @@ bool HoldsDefault(TObject& AnObject, const TRow& ARow) {
 }
 
 void AssignRow(const TRow& ARow, TObject& ATarget, const TObject& ASource) {
-  // The accessors of fields hand out what may be changed; the source is only looked at.
-  auto& Source = const_cast<TObject&>(ASource);
   std::visit(TQuillonCases{
                  [&](const TRow::TNumber& AnAccess) { AnAccess.Set(ATarget, AnAccess.Get(ASource)); },
                  [&](const TRow::TFloat& AnAccess) { AnAccess.Set(ATarget, AnAccess.Get(ASource)); },
@@ -64,10 +66,10 @@ void AssignRow(const TRow& ARow, TObject& ATarget, const TObject& ASource) {
                    std::string Scratch;
                    AnAccess.Set(ATarget, AnAccess.Get(ASource, Scratch));
                  },
-                 [&](const TRow::TGuid& AnAccess) { AnAccess.Field(ATarget) = AnAccess.Field(Source); },
-                 [&](const TRow::TIntegers& AnAccess) { AnAccess.Field(ATarget) = AnAccess.Field(Source); },
-                 [&](const TRow::TStrings& AnAccess) { AnAccess.Field(ATarget) = AnAccess.Field(Source); },
-                 [&](const TRow::TPicture& AnAccess) { AnAccess.Field(ATarget) = AnAccess.Field(Source); },
+                 [&](const TRow::TGuid& AnAccess) { AnAccess.Field(ATarget) = AnAccess.Get(ASource); },
+                 [&](const TRow::TIntegers& AnAccess) { AnAccess.Field(ATarget) = AnAccess.Get(ASource); },
+                 [&](const TRow::TStrings& AnAccess) { AnAccess.Field(ATarget) = AnAccess.Get(ASource); },
+                 [&](const TRow::TPicture& AnAccess) { AnAccess.Field(ATarget) = AnAccess.Get(ASource); },
                  [&](const TRow::TPointer& AnAccess) {
                    TQuillonDataObject* const Value = AnAccess.Get(ASource);
                    if (ARow.Kind == TQuillonRowKind::Reference) {
@@ -77,7 +79,7 @@ void AssignRow(const TRow& ARow, TObject& ATarget, const TObject& ASource) {
                      Own->Assign(*Value);
                    }
                  },
-                 [&](const TRow::TItems& AnAccess) { AnAccess.Field(ATarget).Assign(AnAccess.Field(Source)); },
+                 [&](const TRow::TItems& AnAccess) { AnAccess.Field(ATarget).Assign(AnAccess.Get(ASource)); },
                  [](const TRow::TStep&) {},
                  [](std::monostate) {},
              },

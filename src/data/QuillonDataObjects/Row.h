@@ -123,26 +123,22 @@ struct TQuillonDataRow {
     std::string_view (*Get)(const TObject&, std::string& AScratch);
     void (*Set)(TObject&, std::string_view);
   };
-  struct TGuid {
-    TGUID& (*Field)(TObject&);
+  /// A field that is handed out as it is.
+  template <class T>
+  struct TField {
+    const T& (*Get)(const TObject&);
+    T& (*Field)(TObject&);
   };
-  struct TIntegers {
-    std::vector<std::int32_t>& (*Field)(TObject&);
-  };
-  struct TStrings {
-    std::vector<std::string>& (*Field)(TObject&);
-  };
-  struct TPicture {
-    TQuillonGraphic& (*Field)(TObject&);
-  };
+  using TGuid = TField<TGUID>;
+  using TIntegers = TField<std::vector<std::int32_t>>;
+  using TStrings = TField<std::vector<std::string>>;
+  using TPicture = TField<TQuillonGraphic>;
+  using TItems = TField<TQuillonDataList>;
   /// References and nested objects.
   struct TPointer {
     TQuillonDataObject* (*Get)(const TObject&);
     void (*Set)(TObject&, TQuillonDataObject*);
     const TQuillonDataClass& (*Class)();
-  };
-  struct TItems {
-    TQuillonDataList& (*Field)(TObject&);
   };
   struct TStep {
     void (*Run)(TObject&);
@@ -158,6 +154,7 @@ struct TQuillonDataRow {
   std::int64_t MaxNumber = 0;
   double DefaultFloat = 0;
   std::string_view DefaultText;
+  std::string_view WrittenText;  ///< written in place of the field, unless empty
 
   bool Required = false;       ///< the name must stand in the file
   bool AlwaysWritten = false;  ///< written also while it equals the default
@@ -193,11 +190,11 @@ TQuillonCases(TCases...) -> TQuillonCases<TCases...>;  // for Clang 14, which do
 
 namespace QuillonDataObjects {
 
-/// Puts the row's default into the field; a nested object stays as it is.
+/// Puts the row's default into the field; a nested object stays as it is. A list takes its stamps with it.
 void ResetRow(TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow);
 
 /// True while the field holds what an absent element reads as.
-bool HoldsDefault(TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow);
+bool HoldsDefault(const TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow);
 
 /// Copies the content of one row; of a list or a nested object by its own Assign.
 void AssignRow(const TQuillonDataRow& ARow, TQuillonDataAbstractObject& ATarget,

@@ -68,6 +68,7 @@ void TQuillonDataStorage::Clear() {
   FState = static_cast<std::uint8_t>(FState | Mask(TQuillonDataStorageState::dssClearing));
   ClearProperties();
   FreeUnheld();
+  FObjectRegistry.ForgetNames();
   FState = Before;
 }
 
@@ -147,11 +148,13 @@ void TQuillonDataStorage::LoadFromXML(TQuillonBuffer ADocument, std::string_view
       ++Storage.FChangeCount;
     }
   } const Reading{*this};
+  const TQuillonDataChangeLogLock LogLock(&FChangeLog);
+  FReadingSince = QuillonDateTime::Now();
   FIsReading = true;
   ReadProperties(Reader);
 }
 
-std::string TQuillonDataStorage::SaveToXML() {
+std::string TQuillonDataStorage::SaveToXML() const {
   TQuillonDataObjectXMLWriter Writer;
   WriteProperties(Writer);
   return Writer.Finish();

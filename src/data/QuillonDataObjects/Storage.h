@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "QuillonDataObjects/ChangeLog.h"
 #include "QuillonDataObjects/DataObject.h"
 #include "QuillonDataObjects/Registry.h"
 #include "QuillonDataObjects/Release.h"
@@ -26,6 +27,7 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
 
   TQuillonDataStorage* AsStorage() override { return this; }
   TQuillonDataObjectRegistry& Registry() { return FObjectRegistry; }
+  TQuillonDataChangeLog& ChangeLog() { return FChangeLog; }
   bool IsIn(TQuillonDataStorageState AState) const { return (FState & Mask(AState)) != 0; }
   /// Release of the file that is being read, for rows that only some releases have.
   virtual TQuillonRelease FileRelease() const { return "65535"; }
@@ -36,6 +38,8 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   void UnlockChangeTracking();
   /// True while a document is read: what loses its last holder now stays, unheld, since others may refer to it.
   bool IsReading() const { return FIsReading; }
+  /// When the reading began.
+  TQuillonDateTime ReadingSince() const { return FReadingSince; }
   bool IsChangeTrackingLocked() const { return FChangeTrackingLockCount > 0; }
   /// Rises with every change, tracked or not, and with every load: what was derived from the content is stale then.
   std::uint64_t ChangeCount() const { return FChangeCount; }
@@ -77,7 +81,7 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   /// @param ADocument the file's bytes; used up by the parser
   /// @param ASource what messages call the document, usually its file name
   void LoadFromXML(TQuillonBuffer ADocument, std::string_view ASource);
-  std::string SaveToXML();
+  std::string SaveToXML() const;
 
  protected:
   void InitProperties() override;
@@ -105,6 +109,8 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   void FreeUnheld();
 
   TQuillonDataObjectRegistry FObjectRegistry;
+  TQuillonDataChangeLog FChangeLog;
+  TQuillonDateTime FReadingSince;
   std::unique_ptr<TQuillonFileStream> FFileStream;  ///< the file that is held open
   std::uint64_t FChangeCount = 0;
   int FChangeTrackingLockCount = 0;

@@ -16,7 +16,7 @@ using TObject = TQuillonDataAbstractObject;
 bool CanReferTo(TObject& AnObject, const TRow& ARow, const TQuillonDataClass& AClass) {
   switch (ARow.Kind) {
     case TQuillonRowKind::Reference:
-      return !ARow.IsRetired() && AClass.DescendsFrom(ARow.As<TRow::TPointer>().Class());
+      return AClass.DescendsFrom(ARow.As<TRow::TPointer>().Class());
     case TQuillonRowKind::List: {
       const TQuillonDataList& List = ARow.As<TRow::TItems>().Field(AnObject);
       return !List.IsItemOwner() && AClass.DescendsFrom(List.ItemClass());
@@ -80,7 +80,7 @@ void QuillonDataObjects::ClearReferences(TQuillonDataStorage& AStorage, const TQ
   // By identity: one that goes may take another with it.
   for (const auto& [ID, Class] : Senseless) {
     auto* const Object = static_cast<TQuillonDataObject*>(AStorage.Registry().GetObject(ID, *Class));
-    if (auto* const List = Object == nullptr ? nullptr : dynamic_cast<TQuillonDataList*>(Object->FOwner)) {
+    if (TQuillonDataList* const List = Object == nullptr ? nullptr : Object->FOwner->AsList()) {
       List->RemoveObject(Object);
     }
   }

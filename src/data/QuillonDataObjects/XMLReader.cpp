@@ -4,6 +4,7 @@
 #include <cstring>
 #include <iterator>
 #include <set>
+#include <utility>
 
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/Storage.h"
@@ -15,16 +16,10 @@ namespace {
 
 using TRow = TQuillonDataRow;
 
-constexpr const char* DocumentElement = "Storage";
 constexpr const char* ItemsElement = "Items";
 constexpr const char* ItemElement = "Item";
 constexpr const char* ClassAttribute = "Class";
 constexpr const char* IDAttribute = "ID";
-
-/// Values of blanks only are values; the blanks between elements are none. An element's first text is kept in the
-/// element itself, which halves the number of nodes.
-constexpr unsigned ParseOptions =
-    pugi::parse_escapes | pugi::parse_eol | pugi::parse_cdata | pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata;
 
 /// Names from the document element down, each followed by a slash.
 std::string PathOf(pugi::xml_node ANode) {
@@ -61,47 +56,11 @@ std::string_view TextOf(const pugi::xml_node& AnElement, std::string& AScratch) 
   return AScratch;
 }
 
-std::size_t LineOf(std::string_view ADocument, std::ptrdiff_t AnOffset) {
-  const auto Length = std::min(ADocument.size(), static_cast<std::size_t>(std::max<std::ptrdiff_t>(AnOffset, 0)));
-  return 1 + static_cast<std::size_t>(
-                 std::count(ADocument.begin(), ADocument.begin() + static_cast<std::ptrdiff_t>(Length), '\n'));
-}
-
-bool IsUtf16(std::string_view ADocument) {
-  const auto Starts = [&](std::string_view AMark) { return ADocument.substr(0, AMark.size()) == AMark; };
-  using namespace std::string_view_literals;
-  return Starts("\xFF\xFE"sv) || Starts("\xFE\xFF"sv) || Starts("<\0"sv) || Starts("\0<"sv);
-}
-
 }  // namespace
 
 TQuillonDataObjectXMLReader::TQuillonDataObjectXMLReader(TQuillonDataStorage& AStorage, TQuillonBuffer ADocument,
                                                          std::string_view ASource)
-    : TQuillonDataObjectReader(AStorage), FBuffer(std::move(ADocument)) {
-  const auto Refuse = [&](const std::string& AReason) {
-    throw EQuillonDataObjectReaderError("\"" + std::string(ASource) + "\" ist kein gültiges XML-Dokument: " + AReason);
-  };
-  if (!IsUtf16(FBuffer.View())) {
-    if (const std::size_t Bad = QuillonText::FindInvalidUtf8(FBuffer.View()); Bad != std::string::npos) {
-      Refuse("ungültiges UTF-8 (Zeile " + std::to_string(LineOf(FBuffer.View(), static_cast<std::ptrdiff_t>(Bad))) +
-             ").");
-    }
-  }
-  const pugi::xml_parse_result Result = FDocument.load_buffer_inplace(FBuffer.Data(), FBuffer.Size(), ParseOptions);
-  if (!Result) {
-    Refuse(std::string(Result.description()) + " (Zeile " + std::to_string(LineOf(FBuffer.View(), Result.offset)) +
-           ").");
-  }
-  FCursor = FDocument.document_element();
-  if (std::strcmp(FCursor.name(), DocumentElement) != 0) {
-    Refuse("das Dokumentelement ist " + QuillonText::Quoted(FCursor.name()) + " statt \"" + DocumentElement + "\".");
-  }
-  for (pugi::xml_node Next = FCursor.next_sibling(); Next; Next = Next.next_sibling()) {
-    if (Next.type() == pugi::node_element) {
-      Refuse("mehr als ein Dokumentelement.");
-    }
-  }
-}
+    : TQuillonDataObjectReader(AStorage), FDocument(std::move(ADocument), ASource), FCursor(FDocument.Root()) {}
 
 /// The elements of one object's rows, found in one walk over its children.
 ///
@@ -208,7 +167,7 @@ void TQuillonDataObjectXMLReader::ReadList(TQuillonDataAbstractObject& AnObject,
   if (ARow.Merged) {
     std::ranges::transform(List.Items(), std::inserter(Present, Present.end()),
                            [](const TQuillonDataObject* AnItem) { return AnItem->ID(); });
-  } else {
+  } else if (!List.IsEmpty()) {
     List.Clear();
   }
   pugi::xml_node Items = AnElement.child(ItemsElement);
@@ -239,11 +198,7 @@ void TQuillonDataObjectXMLReader::ReadList(TQuillonDataAbstractObject& AnObject,
     }
   }
   // A list's stamps stand inside its element, but are read beside it: it takes those of the object it lies in.
-  List.FVersion = AnObject.FVersion;
-  List.FChanged = AnObject.FChanged;
-  List.FChangedBy = AnObject.FChangedBy;
-  List.FCreated = AnObject.FCreated;
-  List.FCreatedBy = AnObject.FCreatedBy;
+  List.TakeStamps(AnObject);
 }
 
 TQuillonDataObject& TQuillonDataObjectXMLReader::FindReferred(const pugi::xml_node& AnElement,
@@ -260,21 +215,24 @@ TQuillonDataObject& TQuillonDataObjectXMLReader::FindReferred(const pugi::xml_no
   if (!Guid) {
     ThrowAt(AnElement, QuillonText::Quoted(IDText.value()) + " ist keine gültige GUID.");
   }
-  try {
-    const bool IsBase = !ABase.IsAbstract() && ABase.Tag() == ClassTag.value();
-    return FindOrCreate(IsBase ? ABase : TQuillonDataClassRegistry::Instance().GetClass(ClassTag.value(), ABase),
-                        *Guid);
-  } catch (const EQuillonDataObjectReaderError& Error) {
-    ThrowAt(AnElement, Error.what());
+  // The class of an object that is known is not looked at.
+  if (TQuillonDataObject* const Known = FindKnown(ABase, *Guid)) {
+    return *Known;
   }
+  const bool IsBase = !ABase.IsAbstract() && ABase.Tag() == ClassTag.value();
+  const TQuillonDataClass* const Class =
+      IsBase ? &ABase : TQuillonDataClassRegistry::Instance().FindClass(ClassTag.value(), ABase);
+  if (Class == nullptr) {
+    ThrowAt(AnElement, "Klasse " + QuillonText::Quoted(ClassTag.value()) + " ist hier nicht erlaubt.");
+  }
+  return Create(*Class, *Guid);
 }
 
 TQuillonDataObject& TQuillonDataObjectXMLReader::ReadObject(const pugi::xml_node& AnElement,
                                                             const TQuillonDataClass& ABase) {
   TQuillonDataObject& Object = FindReferred(AnElement, ABase);
-  const pugi::xml_node Parent = FCursor;
-  FCursor = AnElement;
-  Object.ReadProperties(*this);
+  const pugi::xml_node Parent = std::exchange(FCursor, AnElement);
+  ReadContent(Object);
   FCursor = Parent;
   return Object;
 }

@@ -6,17 +6,14 @@
 #include <vector>
 
 #include "QuillonDataObjects/ReaderWriter.h"
-#include "QuillonIO.h"
+#include "QuillonDataObjects/XMLDocument.h"
 
 struct TQuillonDataRow;
 
 /// Reads a storage from its XML form: a child element a row, named by the row, the first match counting.
 class TQuillonDataObjectXMLReader : public TQuillonDataObjectReader {
  public:
-  /// Parses the whole document.
-  /// @param ADocument the document's bytes, in UTF-8 or UTF-16; parsed in place
-  /// @param ASource what messages call the document
-  /// @throws EQuillonDataObjectReaderError for what is no well-formed document of a storage
+  /// @param ADocument, ASource as for the document, whose errors are raised here
   TQuillonDataObjectXMLReader(TQuillonDataStorage& AStorage, TQuillonBuffer ADocument, std::string_view ASource);
 
   void ReadRows(TQuillonDataAbstractObject& AnObject) override;
@@ -30,8 +27,7 @@ class TQuillonDataObjectXMLReader : public TQuillonDataObjectReader {
   TQuillonDataObject& FindReferred(const pugi::xml_node& AnElement, const TQuillonDataClass& ABase) const;
   TQuillonDataObject& ReadObject(const pugi::xml_node& AnElement, const TQuillonDataClass& ABase);
 
-  TQuillonBuffer FBuffer;
-  pugi::xml_document FDocument;
+  TQuillonXMLDocument FDocument;
   pugi::xml_node FCursor;
   std::int64_t FPassedOver = 0;           ///< elements so far that no row has read
   std::vector<pugi::xml_node> FElements;  ///< of the objects being read, one behind the other, an entry a row

@@ -93,18 +93,18 @@ void Read(TQuillonDataAbstractObject& AnObject, const TRow& ARow, std::string_vi
              ARow.Access);
 }
 
-void Append(std::string& ATarget, TQuillonDataAbstractObject& AnObject, const TRow& ARow) {
+void Append(std::string& ATarget, const TQuillonDataAbstractObject& AnObject, const TRow& ARow) {
   std::visit(TQuillonCases{
                  [&](const TRow::TNumber& AnAccess) { QuillonNumbers::AppendInteger(ATarget, AnAccess.Get(AnObject)); },
                  [&](const TRow::TFloat& AnAccess) { AppendFloatRow(ATarget, ARow.Kind, AnAccess.Get(AnObject)); },
                  [&](const TRow::TText& AnAccess) {
                    std::string Scratch;
-                   ATarget.append(AnAccess.Get(AnObject, Scratch));
+                   ATarget.append(ARow.WrittenText.empty() ? AnAccess.Get(AnObject, Scratch) : ARow.WrittenText);
                  },
-                 [&](const TRow::TGuid& AnAccess) { QuillonGuid::AppendBraced(ATarget, AnAccess.Field(AnObject)); },
-                 [&](const TRow::TIntegers& AnAccess) { AppendIntegers(ATarget, AnAccess.Field(AnObject)); },
-                 [&](const TRow::TStrings& AnAccess) { ATarget.append(JoinStrings(AnAccess.Field(AnObject))); },
-                 [&](const TRow::TPicture& AnAccess) { ATarget.append(EncodeBase64(AnAccess.Field(AnObject).Image)); },
+                 [&](const TRow::TGuid& AnAccess) { QuillonGuid::AppendBraced(ATarget, AnAccess.Get(AnObject)); },
+                 [&](const TRow::TIntegers& AnAccess) { AppendIntegers(ATarget, AnAccess.Get(AnObject)); },
+                 [&](const TRow::TStrings& AnAccess) { ATarget.append(JoinStrings(AnAccess.Get(AnObject))); },
+                 [&](const TRow::TPicture& AnAccess) { ATarget.append(EncodeBase64(AnAccess.Get(AnObject).Image)); },
                  [](const auto&) {},
              },
              ARow.Access);

@@ -15,7 +15,7 @@ namespace QuillonXMLValues {
 void Read(TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow, std::string_view AText);
 
 /// Appends the text of the row's field, without the escapes of XML.
-void Append(std::string& ATarget, TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow);
+void Append(std::string& ATarget, const TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow);
 
 /// Base64 (RFC 4648, section 4) without line breaks.
 std::string EncodeBase64(std::string_view ABytes);

@@ -1,5 +1,7 @@
 #include "QuillonDataObjects/XMLWriter.h"
 
+#include <algorithm>
+
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/XMLValues.h"
 #include "QuillonGuid.h"
@@ -14,9 +16,30 @@ constexpr std::string_view Head =
 constexpr std::string_view Tail = "</Storage>\n";
 constexpr std::size_t IndentWidth = 2;
 
-/// Characters that would not come back as they are: markup, and line ends, which a parser makes one.
+constexpr std::string_view Replacement = "\uFFFD";
+/// First byte of UTF-8 from which on something may be no character of XML.
+constexpr unsigned char FirstDoubtfulLead = 0xED;
+
+/// Characters that would not come back as they are: markup, line ends, which a parser makes one, and what may be no
+/// character of XML.
 constexpr bool IsEscaped(char C) {
-  return C == '&' || C == '<' || C == '>' || (static_cast<unsigned char>(C) < ' ' && C != '\n' && C != '\t');
+  const auto Byte = static_cast<unsigned char>(C);
+  return C == '&' || C == '<' || C == '>' || (Byte < ' ' && C != '\n' && C != '\t') || Byte >= FirstDoubtfulLead;
+}
+
+/// Length of the sequence at the begin if that is no character of XML (1.0, 2.2) although its first byte leads one:
+/// a surrogate, U+FFFE, U+FFFF, or above U+10FFFF; 0 otherwise.
+std::size_t NoCharacterLength(std::string_view AText) {
+  const auto At = [&](std::size_t APlace) {
+    return APlace < AText.size() ? static_cast<unsigned char>(AText[APlace]) : 0U;
+  };
+  const bool IsSurrogate = At(0) == 0xED && At(1) >= 0xA0;
+  const bool IsReserved = At(0) == 0xEF && At(1) == 0xBF && At(2) >= 0xBE;
+  if (IsSurrogate || IsReserved) {
+    return std::min<std::size_t>(3, AText.size());
+  }
+  const bool IsBeyond = At(0) > 0xF4 || (At(0) == 0xF4 && At(1) >= 0x90);
+  return IsBeyond ? std::min<std::size_t>(4, AText.size()) : 0;
 }
 
 }  // namespace
@@ -71,14 +94,22 @@ void TQuillonDataObjectXMLWriter::WriteText(std::string_view AText) {
         FText.append("&#13;");
         break;
       default:
-        // A control character, which no document can hold, not even as a number (XML 1.0, 2.2).
-        FText.append("\uFFFD");
+        if (static_cast<unsigned char>(AText[I]) < ' ') {
+          // A control character, which no document can hold, not even as a number.
+          FText.append(Replacement);
+        } else if (const std::size_t Length = NoCharacterLength(AText.substr(I)); Length > 0) {
+          FText.append(Replacement);
+          Plain = I + Length;
+          I = Plain - 1;
+        } else {
+          Plain = I;
+        }
     }
   }
   FText.append(AText.substr(Plain));
 }
 
-void TQuillonDataObjectXMLWriter::WriteObject(std::string_view ATag, TQuillonDataObject& AnObject) {
+void TQuillonDataObjectXMLWriter::WriteObject(std::string_view ATag, const TQuillonDataObject& AnObject) {
   OpenObject(ATag, AnObject);
   FText.append(">\n");
   ++FLevel;
@@ -91,11 +122,11 @@ void TQuillonDataObjectXMLWriter::WriteReference(std::string_view ATag, const TQ
   FText.append("/>\n");
 }
 
-void TQuillonDataObjectXMLWriter::WriteList(const TRow& ARow, TQuillonDataList& AList) {
+void TQuillonDataObjectXMLWriter::WriteList(const TRow& ARow, const TQuillonDataList& AList) {
   Open(ARow.Name);
   AList.WriteProperties(*this);
   Open("Items");
-  for (TQuillonDataObject* Item : AList.Items()) {
+  for (const TQuillonDataObject* Item : AList.Items()) {
     if (Item == nullptr) {
       continue;
     }
@@ -109,14 +140,14 @@ void TQuillonDataObjectXMLWriter::WriteList(const TRow& ARow, TQuillonDataList& 
   Close(ARow.Name);
 }
 
-void TQuillonDataObjectXMLWriter::WriteValue(TQuillonDataAbstractObject& AnObject, const TRow& ARow) {
+void TQuillonDataObjectXMLWriter::WriteValue(const TQuillonDataAbstractObject& AnObject, const TRow& ARow) {
   FValue.clear();
   QuillonXMLValues::Append(FValue, AnObject, ARow);
   Indent();
   FText.append("<").append(ARow.Name);
   if (ARow.Kind == TQuillonRowKind::Graphic) {
     FText.append(" Size=\"");
-    QuillonNumbers::AppendInteger(FText, ARow.As<TRow::TPicture>().Field(AnObject).Image.size());
+    QuillonNumbers::AppendInteger(FText, ARow.As<TRow::TPicture>().Get(AnObject).Image.size());
     FText.append("\"");
   }
   if (FValue.empty()) {
@@ -128,7 +159,7 @@ void TQuillonDataObjectXMLWriter::WriteValue(TQuillonDataAbstractObject& AnObjec
   FText.append("</").append(ARow.Name).append(">\n");
 }
 
-void TQuillonDataObjectXMLWriter::WriteRows(TQuillonDataAbstractObject& AnObject) {
+void TQuillonDataObjectXMLWriter::WriteRows(const TQuillonDataAbstractObject& AnObject) {
   for (const TRow& Row : AnObject.DataClass().Rows()) {
     const bool IsOmitted = !Row.Required && !Row.AlwaysWritten && QuillonDataObjects::HoldsDefault(AnObject, Row);
     if (Row.IsRetired() || Row.Kind == TQuillonRowKind::Hook || IsOmitted) {
@@ -142,7 +173,7 @@ void TQuillonDataObjectXMLWriter::WriteRows(TQuillonDataAbstractObject& AnObject
         WriteReference(Row.Name, *Row.As<TRow::TPointer>().Get(AnObject));
         break;
       case TQuillonRowKind::List:
-        WriteList(Row, Row.As<TRow::TItems>().Field(AnObject));
+        WriteList(Row, Row.As<TRow::TItems>().Get(AnObject));
         break;
       default:
         WriteValue(AnObject, Row);

@@ -17,7 +17,7 @@ class TQuillonDataObjectXMLWriter : public TQuillonDataObjectWriter {
  public:
   TQuillonDataObjectXMLWriter();
 
-  void WriteRows(TQuillonDataAbstractObject& AnObject) override;
+  void WriteRows(const TQuillonDataAbstractObject& AnObject) override;
 
   /// Ends the document and hands it out.
   std::string Finish();
@@ -28,10 +28,10 @@ class TQuillonDataObjectXMLWriter : public TQuillonDataObjectWriter {
   void OpenObject(std::string_view ATag, const TQuillonDataObject& AnObject);
   void Close(std::string_view ATag);
   void WriteText(std::string_view AText);
-  void WriteObject(std::string_view ATag, TQuillonDataObject& AnObject);
+  void WriteObject(std::string_view ATag, const TQuillonDataObject& AnObject);
   void WriteReference(std::string_view ATag, const TQuillonDataObject& AnObject);
-  void WriteList(const TQuillonDataRow& ARow, TQuillonDataList& AList);
-  void WriteValue(TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow);
+  void WriteList(const TQuillonDataRow& ARow, const TQuillonDataList& AList);
+  void WriteValue(const TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow);
 
   std::string FText;
   std::string FValue;

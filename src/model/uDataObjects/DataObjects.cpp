@@ -56,7 +56,8 @@ void TVELDataObject::Change() {
 
 void TVELDataObject::FreeProperties() {
   TQuillonDataStorage* const Store = Storage();
-  if (Store != nullptr && !Store->IsIn(TQuillonDataStorageState::dssClearing)) {
+  // What goes while a document is read is known to nobody, or the reader has seen to it.
+  if (Store != nullptr && !Store->IsReading() && !Store->IsIn(TQuillonDataStorageState::dssClearing)) {
     QuillonDataObjects::ClearReferences(*Store, *this);
   }
   TQuillonDataObject::FreeProperties();

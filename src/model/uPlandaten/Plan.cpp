@@ -15,6 +15,7 @@
 #include "uPlandaten/Lehrer.h"
 #include "uPlandaten/Ordnungen.h"
 #include "uPlandaten/Raeume.h"
+#include "uPlandaten/Relationen.h"
 #include "uPlandaten/Ressourcen.h"
 #include "uPlandaten/Schueler.h"
 #include "uPlandaten/Upgrades.h"
@@ -32,9 +33,9 @@ const TQuillonDataClass& TVELPlan::Class() {
   using T = TVELPlan;
   // clang-format off
   static const TQuillonDataClass Class = DescribeClass<T, TVELDataStorage>("TVELPlan")
-      .String<&T::FDataformatVersion>("DataformatRelease").AlwaysWritten()
+      .String<&T::FDataformatVersion>("DataformatRelease").WrittenAs(CurrentRelease)
       .Hook<&T::CheckRelease>()
-      .String<&T::FProductVersion>("ProductRelease").AlwaysWritten()
+      .String<&T::FProductVersion>("ProductRelease").WrittenAs(VELMORA_PRODUCT_RELEASE)
       .String<&T::FInternalVersion>("InternalRelease").AlwaysWritten()
       .List<&T::FTeams>("Groups")
       .List<&T::FAenderungen>("Changes")
@@ -83,14 +84,10 @@ void TVELPlan::ClearProperties() {
   FProductVersion = VELMORA_PRODUCT_RELEASE;
   FMolecules.Clear();
   // The owner and the automatic parameters keep their values.
-  FEinstellungen->Clear();
-  FKalender->Clear();
-  FVerzeichnisse->Clear();
-  for (const TQuillonDataRow& Row : Class().Rows()) {
-    if (Row.Kind == TQuillonRowKind::List) {
-      Row.As<TQuillonDataRow::TItems>().Field(*this).Clear();
-    }
-  }
+  const auto ClearAll = [](auto&... AParts) { (AParts.Clear(), ...); };
+  ClearAll(FAenderungen, FAnrechnungen, FAufsichtsbereiche, FGebaeude, FBlockungen, *FEinstellungen, FFaecher,
+           FFehlzeiten, *FKalender, FKlassen, FLehrer, FPerioden, FRaeume, FRessourcen, FTeams, FZeitpraeferenzvorlagen,
+           FSchueler, FStundentafeln, FVeranstaltungen, *FVerzeichnisse, FZeitrahmen, FZeitraeume, FZuweisungen);
 }
 
 void TVELPlan::FreeProperties() {
@@ -131,14 +128,9 @@ void TVELPlan::ReadProperties(TQuillonDataObjectReader& AReader) {
   TVELDataStorage::ReadProperties(AReader);
   EnterSupervisions();
   uPlandaten::UpgradePlan(*this, FFileRelease);
+  uPlandaten::EnterLessons(*this);
   SortAfterLoad();
   FDataformatVersion = CurrentRelease;
-}
-
-void TVELPlan::WriteProperties(TQuillonDataObjectWriter& AWriter) {
-  FDataformatVersion = CurrentRelease;
-  FProductVersion = VELMORA_PRODUCT_RELEASE;
-  TVELDataStorage::WriteProperties(AWriter);
 }
 
 void TVELPlan::InitObjectEvents() {

@@ -33,7 +33,7 @@ class TVELPlan : public TVELDataStorage {
   bool FLogModification = true;
   bool FLogging = false;           ///< false while a file is read
   std::string FDataformatVersion;  ///< of the file while it is read, the current release afterwards
-  std::string FProductVersion;     ///< of the program that wrote the file
+  std::string FProductVersion;     ///< of the program that wrote the file that was read
   std::string FInternalVersion;
 
   TVELTeamsliste FTeams{this, TQuillonDataList::TItems::Owned};
@@ -69,7 +69,6 @@ class TVELPlan : public TVELDataStorage {
   TQuillonRelease FileRelease() const override { return FFileRelease; }
   /// @throws EDataFormatError for a newer release, and what readers raise
   void ReadProperties(TQuillonDataObjectReader& AReader) override;
-  void WriteProperties(TQuillonDataObjectWriter& AWriter) override;
 
   void CreateNewFile() { NewFile(); }
   /// Sorts the six large lists.

@@ -1,6 +1,9 @@
 #include "uPlandaten/Relationen.h"
 
 #include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
 
 #include "uPlandaten/Faecher.h"
 #include "uPlandaten/Fehlzeiten.h"
@@ -83,6 +86,58 @@ void SetRelations(TQuillonDataAbstractObject& AnOwner, TObjects AnOld, TObjects 
   for (TQuillonDataObject* Item : AnOld) {
     if (std::ranges::find(ANew, Item) == ANew.end()) {
       RemoveRelation(AnOwner, Item);
+    }
+  }
+}
+
+namespace {
+
+using TUsers = std::unordered_map<TVELPlanobjekt*, std::vector<TVELVeranstaltung*>>;
+
+void EnterUser(TUsers& AUsers, TQuillonDataObject* AnObject, TVELVeranstaltung* ALesson) {
+  if (AnObject == nullptr) {
+    return;
+  }
+  std::vector<TVELVeranstaltung*>& Lessons = AUsers[static_cast<TVELPlanobjekt*>(AnObject)];
+  if (Lessons.empty() || Lessons.back() != ALesson) {
+    Lessons.push_back(ALesson);
+  }
+}
+
+TUsers FindUsers(const TVELPlan& APlan) {
+  TUsers Users;
+  const auto EnterAll = [&](TVELVeranstaltung* ALesson, auto&... ALists) {
+    const auto Enter = [&](const TQuillonDataList& AList) {
+      for (TQuillonDataObject* Item : AList.Items()) {
+        EnterUser(Users, Item, ALesson);
+      }
+    };
+    (Enter(ALists), ...);
+  };
+  for (TVELVeranstaltung* Lesson : APlan.FVeranstaltungen) {
+    EnterUser(Users, Lesson->FFach, Lesson);
+    EnterAll(Lesson, Lesson->FKlassen, Lesson->FLehrer, Lesson->FRaeume, Lesson->FSchueler, Lesson->FRessourcen);
+    for (const TVELTermin* Appointment : Lesson->FTermine) {
+      EnterAll(Lesson, Appointment->FLehrer, Appointment->FRaeume, Appointment->FRessourcen);
+    }
+  }
+  return Users;
+}
+
+}  // namespace
+
+void EnterLessons(TVELPlan& APlan) {
+  for (const auto& [Object, Lessons] : FindUsers(APlan)) {
+    TVELVeranstaltungsliste& Own = Object->FVeranstaltungen;
+    // As a rule the file tells all of them, in the order of the plan.
+    if (std::ranges::equal(Own, Lessons)) {
+      continue;
+    }
+    std::unordered_set<const TVELVeranstaltung*> Present(Own.begin(), Own.end());
+    for (TVELVeranstaltung* Lesson : Lessons) {
+      if (Present.insert(Lesson).second) {
+        Own.Append(Lesson);
+      }
     }
   }
 }

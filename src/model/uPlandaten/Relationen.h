@@ -5,6 +5,7 @@
 
 class TQuillonDataAbstractObject;
 class TQuillonDataObject;
+class TVELPlan;
 class TVELPlanobjekt;
 class TVELTermin;
 class TVELVeranstaltung;
@@ -12,7 +13,8 @@ class TVELVeranstaltung;
 /// Back references: master data knows the lessons it takes part in and its absences, and a teacher his supervisions.
 ///
 /// They are derived data. The lists of lessons and appointments and the setters of references keep them; a file tells
-/// them itself. Without storage, and while the storage is read, cleared or destroyed, nothing here does anything.
+/// them itself, or in part. Without storage, and while the storage is read, cleared or destroyed, nothing here does
+/// anything.
 namespace uPlandaten {
 
 /// True while changes of the owner are followed.
@@ -30,6 +32,10 @@ void SetRelations(TQuillonDataAbstractObject& AnOwner, std::span<TQuillonDataObj
 /// or resources of one of its appointments. The lesson's own resources do not count.
 /// @param AnExcepted appointment that is passed over; may be null
 bool LessonUses(const TVELVeranstaltung& ALesson, const TVELPlanobjekt& AnObject, const TVELTermin* AnExcepted);
+
+/// Enters every lesson in the FVeranstaltungen of all that it and its appointments use, where the file that was read
+/// does not tell so. At the end of each list, without hooks, in one walk over the plan.
+void EnterLessons(TVELPlan& APlan);
 
 /// Setter of a reference that the object it points to is told of.
 template <class TOwner, class TItem>

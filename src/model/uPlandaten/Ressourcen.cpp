@@ -23,7 +23,7 @@ const TQuillonDataClass& TVELRessourcenvorgabe::Class() {
   // clang-format off
   static const TQuillonDataClass Class = DescribeClass<T, TVELBasisObject>("SpecifiedResource", "Ressourcenvorgabe \"%s\"")
       .Byte<&T::FAnzahl>("Count").AlwaysWritten()
-      .Reference<&T::FKategorie>("ResourceCategory")
+      .Reference<&T::FKategorie>("ResourceCategory").Essential()
       .Reference<&T::FRessource>("Resource").Essential()
       .String<&T::FBemerkung>("Comment");
   // clang-format on

@@ -4,6 +4,7 @@
 #include "uPlandaten/Klassen.h"
 #include "uPlandaten/Lehrer.h"
 #include "uPlandaten/Plan.h"
+#include "uPlandaten/Relationen.h"
 #include "uPlandaten/Veranstaltungen.h"
 
 const TQuillonDataClass& TVELSchueler::Class() {
@@ -14,7 +15,7 @@ const TQuillonDataClass& TVELSchueler::Class() {
       .Byte<&T::FGeschlecht>("Gender").Required()
       .Date<&T::FGebDatum>("DateOfBirth")
       .List<&T::FKurswahl>("CourseSelection")
-      .Reference<&T::FKlasse>("Class")
+      .Reference<&T::FKlasse, &T::SetKlasse>("Class")
       .String<&T::FSchluessel>("Key")
       .String<&T::FMittelname>("MiddleName")
       .String<&T::FNachname>("Surname")
@@ -41,11 +42,12 @@ void TVELSchueler::SetKlasse(TVELKlasse* AKlasse) {
   if (AKlasse == FKlasse) {
     return;
   }
-  if (FKlasse != nullptr) {
+  const bool IsFollowed = uPlandaten::FollowsRelations(*this);
+  if (IsFollowed && FKlasse != nullptr) {
     FKlasse->FSchueler.Remove(this);
   }
   Set(FKlasse, AKlasse);
-  if (AKlasse != nullptr) {
+  if (IsFollowed && AKlasse != nullptr) {
     AKlasse->FSchueler.Merge(this);
   }
 }

@@ -45,7 +45,8 @@ class TVELSchueler : public TVELPlanobjekt {
 
   std::int32_t Temperature = 0;  ///< of the search for course assignments; of the running program only
 
-  /// Moves the student from the list of the one class to that of the other; null for no class.
+  /// Moves the student from the list of the one class to that of the other; null for no class. A file tells the lists
+  /// itself.
   void SetKlasse(TVELKlasse* AKlasse);
   /// That of the class; the plan's without class.
   TVELZeitrahmen* Timeframe() const override;

@@ -39,7 +39,7 @@ const TQuillonDataClass& TVELVeranstaltung::Class() {
       .String<&T::FAttribute>("Attributes")
       .Single<&T::FKlassenfaktor>("ClassFactor", 1)
       .Byte<&T::FEckStdPosition>("BasicHourItem").AlwaysWritten()
-      .LongInt<&T::FKursNr>("CourseNo")
+      .LongInt<&T::FKursNr, &T::SetKursNr>("CourseNo")
       .String<&T::FDifferenzierung>("Differentiation")
       .Reference<&T::FKategorie>("Category")
       .Reference<&T::FMerkmal>("Feature")
@@ -81,10 +81,12 @@ void TVELVeranstaltung::SetKursNr(std::int32_t AKursNr) {
   if (AKursNr == FKursNr) {
     return;
   }
-  for (const TVELSchueler* Student : FSchueler) {
-    for (TVELKurswahl* Choice : Student->FKurswahl) {
-      if (Choice->FFach == FFach && Choice->FKursNr == FKursNr) {
-        Choice->Set(Choice->FKursNr, AKursNr);
+  if (uPlandaten::FollowsRelations(*this)) {
+    for (const TVELSchueler* Student : FSchueler) {
+      for (TVELKurswahl* Choice : Student->FKurswahl) {
+        if (Choice->FFach == FFach && Choice->FKursNr == FKursNr) {
+          Choice->Set(Choice->FKursNr, AKursNr);
+        }
       }
     }
   }
@@ -114,13 +116,15 @@ TVELRaum* TVELVeranstaltung::DefaultRoom() const {
   if (IgnoreRoom()) {
     return nullptr;
   }
+  TVELRaum* Room = FDefaultRoom;
   if (FRaum.empty()) {
-    FDefaultRoom = FRaeume.IsEmpty() ? nullptr : FRaeume.GetItem(0);
-  } else if (FDefaultRoom == nullptr || FDefaultRoom->FKuerzel != FRaum) {
+    Room = FRaeume.IsEmpty() ? nullptr : FRaeume.GetItem(0);
+  } else if (Room == nullptr || Room->FKuerzel != FRaum) {
     const TVELPlan* const Owner = Plan();
-    FDefaultRoom = Owner != nullptr ? Owner->FRaeume.FindAs<TVELRaum>(FRaum, false, true) : nullptr;
+    Room = Owner != nullptr ? Owner->FRaeume.FindAs<TVELRaum>(FRaum, false, true) : nullptr;
   }
-  return FDefaultRoom;
+  FDefaultRoom = Room;
+  return Room;
 }
 
 std::int32_t TVELVeranstaltung::GetBlockBand() {

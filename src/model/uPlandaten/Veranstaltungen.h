@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -81,7 +82,7 @@ class TVELVeranstaltung : public TVELBasisObject {
   std::uint16_t FProvider = 0;
 
   /// Of the running program only.
-  mutable TVELRaum* FDefaultRoom = nullptr;
+  mutable std::atomic<TVELRaum*> FDefaultRoom = nullptr;  ///< several readers may come to remember it
   std::int32_t Temperature = 0;
   double Optimum = 0;
   std::int32_t BlockBand = 0;

@@ -1,0 +1,212 @@
+#include "QuillonDataObjects/XMLDocument.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#include "QuillonDataObjects/ReaderWriter.h"
+#include "QuillonText.h"
+
+namespace {
+
+constexpr const char* DocumentElement = "Storage";
+constexpr std::string_view Replacement = "\uFFFD";
+
+/// Values of blanks only are values; the blanks between elements are none. An element's first text is kept in the
+/// element itself, which halves the number of nodes.
+constexpr unsigned ParseOptions =
+    pugi::parse_escapes | pugi::parse_eol | pugi::parse_cdata | pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata;
+/// Beside comments and sections, blanks are pieces of a text.
+constexpr unsigned ParseOptionsOfPieces =
+    (ParseOptions & ~pugi::parse_ws_pcdata_single) | pugi::parse_ws_pcdata | pugi::parse_doctype;
+
+[[noreturn]] void Refuse(std::string_view ASource, const std::string& AReason) {
+  throw EQuillonDataObjectReaderError("\"" + std::string(ASource) + "\" ist kein gültiges XML-Dokument: " + AReason);
+}
+
+/// Line breaks (XML 1.0, 2.11) between two places of a document: LF, CR LF, or CR alone.
+std::size_t CountLineBreaks(std::string_view ADocument, std::size_t ABegin, std::size_t AnEnd) {
+  // In steps that a byte can count, so that the compiler looks at many bytes at a time.
+  constexpr std::size_t Step = 255;
+  std::size_t Count = 0;
+  for (std::size_t Begin = ABegin; Begin < AnEnd; Begin += Step) {
+    std::uint8_t InStep = 0;
+    for (const char C : ADocument.substr(Begin, std::min(Step, AnEnd - Begin))) {
+      InStep = static_cast<std::uint8_t>(InStep + (C == '\n' ? 1 : 0));
+    }
+    Count += InStep;
+  }
+  for (std::size_t Place = ADocument.substr(0, AnEnd).find('\r', ABegin); Place != std::string_view::npos;
+       Place = ADocument.substr(0, AnEnd).find('\r', Place + 1)) {
+    Count += Place + 1 == ADocument.size() || ADocument[Place + 1] != '\n' ? 1 : 0;
+  }
+  return Count;
+}
+
+/// True if the text at the begin is a reference by number, to what is no character of XML. @param ALength its length
+bool IsBadReference(std::string_view AText, std::size_t& ALength) {
+  constexpr std::uint32_t Last = 0x10FFFF;
+  const bool IsHex = AText.starts_with("&#x");
+  const std::size_t Begin = IsHex ? 3 : 2;
+  std::uint32_t Code = 0;
+  std::size_t End = Begin;
+  for (; End < AText.size() && AText[End] != ';'; ++End) {
+    const char C = AText[End];
+    const char Letter = static_cast<char>(C | ('a' - 'A'));
+    if (C >= '0' && C <= '9') {
+      Code = Code * (IsHex ? 16 : 10) + static_cast<std::uint32_t>(C - '0');
+    } else if (IsHex && Letter >= 'a' && Letter <= 'f') {
+      Code = Code * 16 + static_cast<std::uint32_t>(Letter - 'a' + 10);
+    } else {
+      return false;
+    }
+    Code = std::min(Code, Last + 1);
+  }
+  ALength = End + 1;
+  return End > Begin && End < AText.size() &&
+         (Code == 0 || (Code >= 0xD800 && Code <= 0xDFFF) || Code == 0xFFFE || Code == 0xFFFF || Code > Last);
+}
+
+/// What there is to know of a document before it is parsed.
+struct TFindings {
+  bool HasPieces = false;         ///< comments, sections or a document type
+  bool HasBadReferences = false;  ///< those of IsBadReference
+  std::size_t LineBreaks = 0;
+  std::size_t InvalidUtf8 = std::string_view::npos;  ///< place of the first such byte, where the search ended
+};
+
+template <class TUse>
+void ForEach(std::string_view ADocument, std::size_t ABegin, std::size_t AnEnd, char AMark, const TUse& AUse) {
+  const char* const Start = ADocument.data();
+  const char* Next = Start + ABegin;
+  while ((Next = static_cast<const char*>(std::memchr(Next, AMark, static_cast<std::size_t>(Start + AnEnd - Next)))) !=
+         nullptr) {
+    AUse(static_cast<std::size_t>(Next++ - Start));
+  }
+}
+
+TFindings Explore(std::string_view ADocument) {
+  // In pieces that stay in the processor's nearest memory: each search behind the first costs next to nothing.
+  constexpr std::size_t PieceSize = 8192;
+  TFindings Found;
+  const auto IsBehind = [&](std::size_t APlace, char AMark) { return APlace > 0 && ADocument[APlace - 1] == AMark; };
+  for (std::size_t Begin = 0, End = 0; Begin < ADocument.size(); Begin = End) {
+    End = std::min(Begin + PieceSize, ADocument.size());
+    while (End < ADocument.size() && (static_cast<unsigned char>(ADocument[End]) & 0xC0) == 0x80) {
+      ++End;
+    }
+    if (const std::size_t Bad = QuillonText::FindInvalidUtf8(ADocument.substr(Begin, End - Begin));
+        Bad != std::string_view::npos) {
+      Found.InvalidUtf8 = Begin + Bad;
+      Found.LineBreaks += CountLineBreaks(ADocument, Begin, Found.InvalidUtf8);
+      break;
+    }
+    ForEach(ADocument, Begin, End, '!',
+            [&](std::size_t APlace) { Found.HasPieces = Found.HasPieces || IsBehind(APlace, '<'); });
+    ForEach(ADocument, Begin, End, '#', [&](std::size_t APlace) {
+      std::size_t Length = 0;
+      Found.HasBadReferences =
+          Found.HasBadReferences || (IsBehind(APlace, '&') && IsBadReference(ADocument.substr(APlace - 1), Length));
+    });
+    Found.LineBreaks += CountLineBreaks(ADocument, Begin, End);
+  }
+  return Found;
+}
+
+/// The document with U+FFFD for its bad references. Sections, comments and instructions are passed over: a reference
+/// is none there.
+std::string ReplaceBadReferences(std::string_view ADocument) {
+  struct TPassedOver {
+    std::string_view Begin;
+    std::string_view End;
+  };
+  static constexpr TPassedOver PassedOver[] = {{"<![CDATA[", "]]>"}, {"<!--", "-->"}, {"<?", "?>"}};
+  std::string Result;
+  Result.reserve(ADocument.size());
+  std::size_t Copied = 0;
+  std::size_t Place = 0;
+  while ((Place = ADocument.find_first_of("&<", Place)) != std::string_view::npos) {
+    const std::string_view Rest = ADocument.substr(Place);
+    std::size_t Length = 1;
+    if (Rest.starts_with("&#") && IsBadReference(Rest, Length)) {
+      Result.append(ADocument.substr(Copied, Place - Copied)).append(Replacement);
+      Copied = Place + Length;
+    } else if (const auto* const Found =
+                   std::find_if(std::begin(PassedOver), std::end(PassedOver),
+                                [&](const TPassedOver& AKind) { return Rest.starts_with(AKind.Begin); });
+               Found != std::end(PassedOver)) {
+      const std::size_t End = Rest.find(Found->End, Found->Begin.size());
+      Length = End == std::string_view::npos ? Rest.size() : End + Found->End.size();
+    } else {
+      Length = 1;
+    }
+    Place += Length;
+  }
+  return Result.append(ADocument.substr(Copied));
+}
+
+/// Four bytes a character: the parser's own matter.
+bool IsUtf32(std::string_view ADocument) {
+  using namespace std::string_view_literals;
+  return ADocument.starts_with("\xFF\xFE\0\0"sv) || ADocument.starts_with("<\0\0\0"sv) ||
+         ADocument.starts_with("\0\0"sv);
+}
+
+/// The document in UTF-8; what is wrong in that stays to be found.
+TQuillonBuffer ToUtf8(TQuillonBuffer ADocument) {
+  using namespace std::string_view_literals;
+  const std::string_view Bytes = ADocument.View();
+  const bool IsLittle = !IsUtf32(Bytes) && (Bytes.starts_with("\xFF\xFE"sv) || Bytes.starts_with("<\0"sv));
+  const bool IsBig = Bytes.starts_with("\xFE\xFF"sv) || Bytes.starts_with("\0<"sv);
+  return IsLittle || IsBig ? TQuillonBuffer(QuillonText::FromUtf16(Bytes, IsBig)) : std::move(ADocument);
+}
+
+}  // namespace
+
+TQuillonXMLDocument::TQuillonXMLDocument(TQuillonBuffer ADocument, std::string_view ASource)
+    : FBuffer(ToUtf8(std::move(ADocument))) {
+  Parse(ASource);
+  CheckDocument(ASource);
+}
+
+void TQuillonXMLDocument::Parse(std::string_view ASource) {
+  const TFindings Found = IsUtf32(FBuffer.View()) ? TFindings{} : Explore(FBuffer.View());
+  if (Found.InvalidUtf8 != std::string_view::npos) {
+    Refuse(ASource, "ungültiges UTF-8 (Zeile " + std::to_string(1 + Found.LineBreaks) + ").");
+  }
+  if (Found.HasBadReferences) {
+    FBuffer = ReplaceBadReferences(FBuffer.View());
+  }
+  const char Last = FBuffer.Size() > 0 ? FBuffer.Data()[FBuffer.Size() - 1] : '\0';
+  const pugi::xml_parse_result Result = FDocument.load_buffer_inplace(
+      FBuffer.Data(), FBuffer.Size(), Found.HasPieces ? ParseOptionsOfPieces : ParseOptions);
+  if (!Result) {
+    // The parser works in place, and ends the text with a byte of its own: ahead of the error, lines cannot be counted
+    // any more.
+    if (FBuffer.Size() > 0) {
+      FBuffer.Data()[FBuffer.Size() - 1] = Last;
+    }
+    const auto Offset = std::min(static_cast<std::size_t>(std::max<std::ptrdiff_t>(Result.offset, 0)), FBuffer.Size());
+    const std::size_t Behind = CountLineBreaks(FBuffer.View(), Offset, FBuffer.Size());
+    Refuse(ASource, std::string(Result.description()) + " (Zeile " +
+                        std::to_string(1 + Found.LineBreaks - std::min(Found.LineBreaks, Behind)) + ").");
+  }
+}
+
+void TQuillonXMLDocument::CheckDocument(std::string_view ASource) const {
+  const pugi::xml_node Element = Root();
+  if (std::strcmp(Element.name(), DocumentElement) != 0) {
+    Refuse(ASource,
+           "das Dokumentelement ist " + QuillonText::Quoted(Element.name()) + " statt \"" + DocumentElement + "\".");
+  }
+  for (const pugi::xml_node& Node : FDocument.children()) {
+    if (Node.type() == pugi::node_element && Node != Element) {
+      Refuse(ASource, "mehr als ein Dokumentelement.");
+    }
+    // What they stand for is not known to the parser: their names would stand in the texts.
+    if (Node.type() == pugi::node_doctype && std::strstr(Node.value(), "<!ENTITY") != nullptr) {
+      Refuse(ASource, "es hat eigene Entitäten.");
+    }
+  }
+}

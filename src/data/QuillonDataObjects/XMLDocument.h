@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <pugixml.hpp>
+#include <string_view>
+
+#include "QuillonIO.h"
+
+/// The parsed document of a storage, with the bytes that its nodes lie in.
+class TQuillonXMLDocument {
+ public:
+  /// Parses the whole document.
+  ///
+  /// References to what is no character of XML (1.0, 2.2: surrogates, U+FFFE and U+FFFF, above U+10FFFF, zero) read as
+  /// U+FFFD; such characters would make a document that nobody takes back.
+  /// @param ADocument the document's bytes, in UTF-8 or UTF-16; parsed in place
+  /// @param ASource what messages call the document
+  /// @throws EQuillonDataObjectReaderError for what is no well-formed document of a storage, for one of another
+  /// encoding
+  ///   and for one with entities of its own
+  TQuillonXMLDocument(TQuillonBuffer ADocument, std::string_view ASource);
+
+  /// The document element.
+  pugi::xml_node Root() const { return FDocument.document_element(); }
+
+ private:
+  void Parse(std::string_view ASource);
+  void CheckDocument(std::string_view ASource) const;
+
+  TQuillonBuffer FBuffer;
+  pugi::xml_document FDocument;
+};
