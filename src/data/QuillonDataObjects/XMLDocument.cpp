@@ -25,25 +25,6 @@ constexpr unsigned ParseOptionsOfPieces =
   throw EQuillonDataObjectReaderError("\"" + std::string(ASource) + "\" ist kein gültiges XML-Dokument: " + AReason);
 }
 
-/// Line breaks (XML 1.0, 2.11) between two places of a document: LF, CR LF, or CR alone.
-std::size_t CountLineBreaks(std::string_view ADocument, std::size_t ABegin, std::size_t AnEnd) {
-  // In steps that a byte can count, so that the compiler looks at many bytes at a time.
-  constexpr std::size_t Step = 255;
-  std::size_t Count = 0;
-  for (std::size_t Begin = ABegin; Begin < AnEnd; Begin += Step) {
-    std::uint8_t InStep = 0;
-    for (const char C : ADocument.substr(Begin, std::min(Step, AnEnd - Begin))) {
-      InStep = static_cast<std::uint8_t>(InStep + (C == '\n' ? 1 : 0));
-    }
-    Count += InStep;
-  }
-  for (std::size_t Place = ADocument.substr(0, AnEnd).find('\r', ABegin); Place != std::string_view::npos;
-       Place = ADocument.substr(0, AnEnd).find('\r', Place + 1)) {
-    Count += Place + 1 == ADocument.size() || ADocument[Place + 1] != '\n' ? 1 : 0;
-  }
-  return Count;
-}
-
 /// True if the text at the begin is a reference by number, to what is no character of XML. @param ALength its length
 bool IsBadReference(std::string_view AText, std::size_t& ALength) {
   constexpr std::uint32_t Last = 0x10FFFF;
@@ -73,43 +54,74 @@ struct TFindings {
   bool HasPieces = false;         ///< comments, sections or a document type
   bool HasBadReferences = false;  ///< those of IsBadReference
   std::size_t LineBreaks = 0;
-  std::size_t InvalidUtf8 = std::string_view::npos;  ///< place of the first such byte, where the search ended
+  std::size_t InvalidUtf8 = std::string_view::npos;  ///< place of the first such byte; the search ended there
 };
 
-template <class TUse>
-void ForEach(std::string_view ADocument, std::size_t ABegin, std::size_t AnEnd, char AMark, const TUse& AUse) {
-  const char* const Start = ADocument.data();
-  const char* Next = Start + ABegin;
-  while ((Next = static_cast<const char*>(std::memchr(Next, AMark, static_cast<std::size_t>(Start + AnEnd - Next)))) !=
-         nullptr) {
-    AUse(static_cast<std::size_t>(Next++ - Start));
+/// Bytes that are looked at in one go: whole vectors of the processor, and no more than a byte can count.
+constexpr std::size_t StepSize = 192;
+constexpr std::uint8_t FirstBeyondAscii = 0x80;
+
+/// What a step holds.
+struct TStep {
+  std::uint8_t LineFeeds = 0;
+  std::uint8_t Marks = 0;  ///< not 0: bytes that need a second look
+  std::uint8_t Bits = 0;   ///< all bits that its bytes have
+};
+
+TStep LookAt(std::string_view AStep) {
+  TStep Found;
+  for (const char C : AStep) {
+    const bool IsMark = (C == '!') | (C == '#') | (C == '\r');
+    Found.LineFeeds = static_cast<std::uint8_t>(Found.LineFeeds + (C == '\n' ? 1 : 0));
+    Found.Marks = static_cast<std::uint8_t>(Found.Marks | (IsMark ? 1 : 0));
+    Found.Bits = static_cast<std::uint8_t>(Found.Bits | static_cast<std::uint8_t>(C));
+  }
+  return Found;
+}
+
+/// The second look at a part of the document.
+void Explore(std::string_view ADocument, std::size_t ABegin, std::size_t AnEnd, TFindings& AFound) {
+  const auto IsBehind = [&](std::size_t APlace, char AMark) { return APlace > 0 && ADocument[APlace - 1] == AMark; };
+  for (std::size_t Place = ABegin; Place < AnEnd; ++Place) {
+    switch (ADocument[Place]) {
+      case '!':
+        AFound.HasPieces = AFound.HasPieces || IsBehind(Place, '<');
+        break;
+      case '#': {
+        std::size_t Length = 0;
+        AFound.HasBadReferences =
+            AFound.HasBadReferences || (IsBehind(Place, '&') && IsBadReference(ADocument.substr(Place - 1), Length));
+        break;
+      }
+      case '\r':
+        AFound.LineBreaks += Place + 1 == ADocument.size() || ADocument[Place + 1] != '\n' ? 1 : 0;
+        break;
+      default:
+        break;
+    }
   }
 }
 
+/// Line breaks (XML 1.0, 2.11) are LF, CR LF, or CR alone.
 TFindings Explore(std::string_view ADocument) {
-  // In pieces that stay in the processor's nearest memory: each search behind the first costs next to nothing.
-  constexpr std::size_t PieceSize = 8192;
   TFindings Found;
-  const auto IsBehind = [&](std::size_t APlace, char AMark) { return APlace > 0 && ADocument[APlace - 1] == AMark; };
   for (std::size_t Begin = 0, End = 0; Begin < ADocument.size(); Begin = End) {
-    End = std::min(Begin + PieceSize, ADocument.size());
-    while (End < ADocument.size() && (static_cast<unsigned char>(ADocument[End]) & 0xC0) == 0x80) {
-      ++End;
+    End = std::min(Begin + StepSize, ADocument.size());
+    const TStep Step = LookAt(ADocument.substr(Begin, End - Begin));
+    if (Step.Bits >= FirstBeyondAscii) {
+      while (End < ADocument.size() && (static_cast<unsigned char>(ADocument[End]) & 0xC0) == 0x80) {
+        ++End;
+      }
+      if (const std::size_t Bad = QuillonText::FindInvalidUtf8(ADocument.substr(Begin, End - Begin));
+          Bad != std::string_view::npos) {
+        Found.InvalidUtf8 = Begin + Bad;
+        return Found;
+      }
     }
-    if (const std::size_t Bad = QuillonText::FindInvalidUtf8(ADocument.substr(Begin, End - Begin));
-        Bad != std::string_view::npos) {
-      Found.InvalidUtf8 = Begin + Bad;
-      Found.LineBreaks += CountLineBreaks(ADocument, Begin, Found.InvalidUtf8);
-      break;
+    if (Step.Marks != 0) {
+      Explore(ADocument, Begin, End, Found);
     }
-    ForEach(ADocument, Begin, End, '!',
-            [&](std::size_t APlace) { Found.HasPieces = Found.HasPieces || IsBehind(APlace, '<'); });
-    ForEach(ADocument, Begin, End, '#', [&](std::size_t APlace) {
-      std::size_t Length = 0;
-      Found.HasBadReferences =
-          Found.HasBadReferences || (IsBehind(APlace, '&') && IsBadReference(ADocument.substr(APlace - 1), Length));
-    });
-    Found.LineBreaks += CountLineBreaks(ADocument, Begin, End);
+    Found.LineBreaks += Step.LineFeeds;
   }
   return Found;
 }
@@ -173,7 +185,8 @@ TQuillonXMLDocument::TQuillonXMLDocument(TQuillonBuffer ADocument, std::string_v
 void TQuillonXMLDocument::Parse(std::string_view ASource) {
   const TFindings Found = IsUtf32(FBuffer.View()) ? TFindings{} : Explore(FBuffer.View());
   if (Found.InvalidUtf8 != std::string_view::npos) {
-    Refuse(ASource, "ungültiges UTF-8 (Zeile " + std::to_string(1 + Found.LineBreaks) + ").");
+    const std::string_view Ahead = FBuffer.View().substr(0, Found.InvalidUtf8);
+    Refuse(ASource, "ungültiges UTF-8 (Zeile " + std::to_string(1 + Explore(Ahead).LineBreaks) + ").");
   }
   if (Found.HasBadReferences) {
     FBuffer = ReplaceBadReferences(FBuffer.View());
@@ -188,7 +201,7 @@ void TQuillonXMLDocument::Parse(std::string_view ASource) {
       FBuffer.Data()[FBuffer.Size() - 1] = Last;
     }
     const auto Offset = std::min(static_cast<std::size_t>(std::max<std::ptrdiff_t>(Result.offset, 0)), FBuffer.Size());
-    const std::size_t Behind = CountLineBreaks(FBuffer.View(), Offset, FBuffer.Size());
+    const std::size_t Behind = Explore(FBuffer.View().substr(Offset)).LineBreaks;
     Refuse(ASource, std::string(Result.description()) + " (Zeile " +
                         std::to_string(1 + Found.LineBreaks - std::min(Found.LineBreaks, Behind)) + ").");
   }
