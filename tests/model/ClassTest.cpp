@@ -5,9 +5,13 @@
 #include <set>
 #include <sstream>
 
+#include "PlanDocument.h"
 #include "PlanRows.h"
 #include "ReferencePage.h"
 #include "uPlandaten/Einstellungen.h"
+#include "uPlandaten/Klassen.h"
+#include "uPlandaten/Schueler.h"
+#include "uPlandaten/Veranstaltungen.h"
 #include "uPlandaten/Zeitrahmen.h"
 
 namespace {
@@ -169,6 +173,38 @@ TEST(Classes, AWholePlanWithEveryRowSurvivesAFileByteForByte) {
   // Twice into the same plan: what was there before leaves no trace.
   Target->LoadFromXML(First, "test");
   EXPECT_TRUE(Target->SaveToXML() == First);
+}
+
+TEST(Classes, ListsKnowTheirNamesAndWhatTheyHold) {
+  uPlandaten::RegisterClasses(TQuillonDataClassRegistry::Instance());
+  const TPlan Plan = CreateStorage<TVELPlan>();
+  const auto& Registry = TQuillonDataClassRegistry::Instance();
+  int Known = 0;
+  for (const TQuillonDataClass::TListField List : TVELPlan::Class().Lists()) {
+    const TQuillonDataList& Own = List(*Plan);
+    EXPECT_EQ(Registry.ItemClassOf(Own.DataClass()), &Own.ItemClass()) << Own.GetPublicClassName();
+    ++Known;
+  }
+  EXPECT_EQ(Known, 20);
+  EXPECT_EQ(Plan->FKlassen.GetDisplayName(), "TVELKlassenliste (ID: " + QuillonGuid::Braced(Plan->FKlassen.ID()) + ")");
+}
+
+TEST(Classes, AssignKeepsTheRulesOfFields) {
+  const TPlan Plan = Load(
+      "6.0.172",
+      List("Classes", Item("Class", 1, "<Code>a</Code>" + List("Students", Item("Student", 3))) +
+                          Item("Class", 2, "<Code>b</Code>")) +
+          List("Students", Item("Student", 3,
+                                "<Code/><Gender>0</Gender>" + Element("Class", "Class", 1) +
+                                    List("CourseSelection", Item("CourseSelection", 31, "<CourseNo>7</CourseNo>"))) +
+                               Item("Student", 4, "<Code/><Gender>0</Gender>" + Element("Class", "Class", 2))) +
+          List("Events", Item("Event", 5, "<CourseNo>7</CourseNo>" + List("Student", Item("Student", 3))) +
+                             Item("Event", 6, "<CourseNo>8</CourseNo>")));
+  Find<TVELVeranstaltung>(*Plan, 5).Assign(Find<TVELVeranstaltung>(*Plan, 6));
+  EXPECT_EQ(Find<TVELKurswahl>(*Plan, 31).FKursNr, 8);
+  Find<TVELSchueler>(*Plan, 3).Assign(Find<TVELSchueler>(*Plan, 4));
+  EXPECT_TRUE(Find<TVELKlasse>(*Plan, 1).FSchueler.IsEmpty());
+  EXPECT_TRUE(Find<TVELKlasse>(*Plan, 2).FSchueler.Holds(&Find<TVELSchueler>(*Plan, 3)));
 }
 
 TEST(Classes, AssignCopiesEveryRow) {

@@ -12,9 +12,13 @@
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonIO.h"
 #include "model/PlanDocument.h"
+#include "uPlandaten/Bloecke.h"
 #include "uPlandaten/Fehlzeiten.h"
 #include "uPlandaten/Kalender.h"
+#include "uPlandaten/Klassen.h"
 #include "uPlandaten/Raeume.h"
+#include "uPlandaten/Veranstaltungen.h"
+#include "uSchluessel/Verzeichnisse.h"
 
 namespace {
 
@@ -70,6 +74,50 @@ TEST(Sweeps, NothingRefersToWhatWasFreed) {
   EXPECT_GT(Referred, 20);
   Plan->LoadFromXML(Before, "what is left");
   EXPECT_EQ(Plan->SaveToXML().size(), Before.size());
+}
+
+TEST(Sweeps, TakeAlongWhatHasNoSenseWithoutTheObject) {
+  const auto Demand = [](const std::string& AClass, int AnID, int ACategory) {
+    return Item(AClass, AnID, "<Count>1</Count>" + Element("ResourceCategory", "ResourceCategory", ACategory));
+  };
+  const auto Category = [](int AnID) { return Item("ResourceCategory", AnID, "<Code>c</Code>"); };
+  const TPlan Plan = Load(
+      "6.0.172",
+      List("Rooms", Item("Room", 1,
+                         "<Code>r</Code>" + List("equipments", Demand("equipment", 11, 5) + Demand("equipment", 12, 5) +
+                                                                   Demand("equipment", 13, 6)))) +
+          List("Events",
+               Item("Event", 2,
+                    List("SpecifiedResources", Demand("SpecifiedResource", 21, 5) + Demand("SpecifiedResource", 22, 6) +
+                                                   Demand("SpecifiedResource", 23, 5)))) +
+          Element("Directories", "Directories", 3, List("ResourceCategories", Category(5) + Category(6))));
+  Plan->FVerzeichnisse->FRessourcenkategorien.Delete(0);
+  const auto IDsOf = [](const TQuillonDataList& AList) {
+    std::string IDs;
+    for (const TQuillonDataObject* Item : AList.Items()) {
+      IDs += QuillonGuid::Braced(Item->ID());
+    }
+    return IDs;
+  };
+  EXPECT_EQ(IDsOf(Find<TVELRaum>(*Plan, 1).FAusstattungen), ID(13));
+  EXPECT_EQ(IDsOf(Find<TVELVeranstaltung>(*Plan, 2).FRessourcenvorgaben), ID(22));
+}
+
+TEST(Sweeps, ReachWhatOnlyOldFilesTell) {
+  const TPlan Plan =
+      Load("6.0.130",
+           List("Blocks", Item("Block", 1,
+                               "<Band>1</Band><Name>b</Name>" + Element("Class", "Class", 2) +
+                                   Element("LessonType", "LessonType", 4))) +
+               List("Classes", Item("Class", 2, "<Code>5a</Code>") + Item("Class", 3, "<Code>5b</Code>")) +
+               Element("Directories", "Directories", 5, List("LessonTypes", Item("LessonType", 4, "<Code>LK</Code>"))));
+  const auto& Block = Find<TVELBlock>(*Plan, 1);
+  EXPECT_NE(Block.FKlasse, nullptr);
+  EXPECT_NE(Block.FKursart, nullptr);
+  Plan->FKlassen.Remove(Block.FKlasse);
+  Plan->FVerzeichnisse->FUnterrichtsarten.Clear();
+  EXPECT_EQ(Block.FKlasse, nullptr);
+  EXPECT_EQ(Block.FKursart, nullptr);
 }
 
 TEST(Sweeps, WhatGoesMayTakeNeighboursAlong) {

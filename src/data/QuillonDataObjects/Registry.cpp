@@ -20,6 +20,15 @@ void TQuillonDataClassRegistry::AddClass(const TQuillonDataClass& AClass) {
   }
 }
 
+void TQuillonDataClassRegistry::AddListClass(const TQuillonDataClass& AClass, TClassOf AnItemClass) {
+  FListClasses.try_emplace(&AClass, AnItemClass);
+}
+
+const TQuillonDataClass* TQuillonDataClassRegistry::ItemClassOf(const TQuillonDataClass& AListClass) const {
+  const auto Found = FListClasses.find(&AListClass);
+  return Found == FListClasses.end() ? nullptr : &Found->second();
+}
+
 bool TQuillonDataClassRegistry::ContainsClass(const TQuillonDataClass& AClass) const {
   const auto Found = FClasses.find(AClass.Tag());
   return Found != FClasses.end() &&

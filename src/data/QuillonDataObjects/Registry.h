@@ -21,6 +21,16 @@ class TQuillonDataClassRegistry {
 
   /// Ignored if the class is there already.
   void AddClass(const TQuillonDataClass& AClass);
+  /// AddClass for each, by its description.
+  template <class... TClasses>
+  void AddClasses() {
+    (AddClass(TClasses::Class()), ...);
+  }
+  using TClassOf = const TQuillonDataClass& (*)();
+  /// A class of lists, with the class of their items. No document names a list's class.
+  void AddListClass(const TQuillonDataClass& AClass, TClassOf AnItemClass);
+  /// The class that lists of a class hold; null for one that is not known.
+  const TQuillonDataClass* ItemClassOf(const TQuillonDataClass& AListClass) const;
   bool ContainsClass(const TQuillonDataClass& AClass) const;
   /// The class with the tag that descends from ABase; null where no class of the tag does.
   /// @throws EQuillonDataObjectReaderError for an empty or an unknown tag
@@ -31,6 +41,7 @@ class TQuillonDataClassRegistry {
   TQuillonDataClassRegistry() = default;
 
   std::unordered_map<std::string_view, std::vector<const TQuillonDataClass*>> FClasses;
+  std::unordered_map<const TQuillonDataClass*, TClassOf> FListClasses;
 };
 
 /// The live objects and lists of one storage by identity, not owning. Look-ups take constant time.

@@ -88,7 +88,7 @@ void TVELDataList::Change() {
 
 TVELDataObject* TVELDataList::FindCustomID(std::string_view ACustomID) const {
   for (TVELDataObject* Item : *this) {
-    if (Item->FCustomID == ACustomID) {
+    if (Item != nullptr && Item->FCustomID == ACustomID) {
       return Item;
     }
   }

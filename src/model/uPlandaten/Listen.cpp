@@ -26,48 +26,6 @@
 #include "uPlandaten/Zeitpraeferenzen.h"
 #include "uPlandaten/Zeitrahmen.h"
 
-const TQuillonDataClass& TVELStammobjektliste::ItemClass() const { return TVELStammobjekt::Class(); }
-const TQuillonDataClass& TVELPlanobjektliste::ItemClass() const { return TVELPlanobjekt::Class(); }
-const TQuillonDataClass& TVELTeamsliste::ItemClass() const { return TVELTeam::Class(); }
-const TQuillonDataClass& TVELGebaeudeliste::ItemClass() const { return TVELGebaeude::Class(); }
-const TQuillonDataClass& TVELAufsichtsbereichsliste::ItemClass() const { return TVELAufsichtsbereich::Class(); }
-const TQuillonDataClass& TVELPeriodenliste::ItemClass() const { return TVELPeriode::Class(); }
-const TQuillonDataClass& TVELZeitraumliste::ItemClass() const { return TVELZeitraum::Class(); }
-const TQuillonDataClass& TVELStundentafelliste::ItemClass() const { return TVELStundentafel::Class(); }
-const TQuillonDataClass& TVELKlassenliste::ItemClass() const { return TVELKlasse::Class(); }
-const TQuillonDataClass& TVELLehrerliste::ItemClass() const { return TVELLehrer::Class(); }
-const TQuillonDataClass& TVELRaumliste::ItemClass() const { return TVELRaum::Class(); }
-const TQuillonDataClass& TVELFachliste::ItemClass() const { return TVELFach::Class(); }
-const TQuillonDataClass& TVELRessourcenliste::ItemClass() const { return TVELRessource::Class(); }
-const TQuillonDataClass& TVELSchuelerliste::ItemClass() const { return TVELSchueler::Class(); }
-const TQuillonDataClass& TVELVeranstaltungsliste::ItemClass() const { return TVELVeranstaltung::Class(); }
-const TQuillonDataClass& TVELTerminliste::ItemClass() const { return TVELTermin::Class(); }
-const TQuillonDataClass& TVELBlockliste::ItemClass() const { return TVELBlock::Class(); }
-const TQuillonDataClass& TVELBlockInfoListe::ItemClass() const { return TVELBlockInfo::Class(); }
-const TQuillonDataClass& TVELLehrerfachliste::ItemClass() const { return TVELLehrerfach::Class(); }
-const TQuillonDataClass& TVELLehrerSollAenderungsListe::ItemClass() const { return TVELLehrerSollAenderung::Class(); }
-const TQuillonDataClass& TVELRessourcenvorgaben::ItemClass() const { return TVELRessourcenvorgabe::Class(); }
-const TQuillonDataClass& TVELAusstattungsliste::ItemClass() const { return TVELAusstattung::Class(); }
-const TQuillonDataClass& TVELAufsichtsliste::ItemClass() const { return TVELAufsicht::Class(); }
-const TQuillonDataClass& TVELZeitrahmenliste::ItemClass() const { return TVELZeitrahmen::Class(); }
-const TQuillonDataClass& TVELZeitrahmenzeilenliste::ItemClass() const { return TVELZeitrahmenzeile::Class(); }
-const TQuillonDataClass& TVELZeitrahmenmarkierungsliste::ItemClass() const { return TVELZeitrahmenmarkierung::Class(); }
-const TQuillonDataClass& TVELPositionsschemata::ItemClass() const { return TVELPositionsschema::Class(); }
-const TQuillonDataClass& TVELAbstraktePraeferenzenliste::ItemClass() const { return TVELAbstraktePraeferenz::Class(); }
-const TQuillonDataClass& TVELZeitPraeferenzenliste::ItemClass() const { return TVELAbstraktePraeferenz::Class(); }
-const TQuillonDataClass& TVELAnrechnungsliste::ItemClass() const { return TVELAnrechnung::Class(); }
-const TQuillonDataClass& TVELFehlzeitenliste::ItemClass() const { return TVELFehlzeit::Class(); }
-const TQuillonDataClass& TVELAenderungsliste::ItemClass() const { return TVELAenderung::Class(); }
-const TQuillonDataClass& TVELZuweisungsliste::ItemClass() const { return TVELZuweisung::Class(); }
-const TQuillonDataClass& TVELKalenderEintragList::ItemClass() const { return TVELKalendereintrag::Class(); }
-const TQuillonDataClass& TVELAufgabenListe::ItemClass() const { return TVELAufgabe::Class(); }
-const TQuillonDataClass& TVELTeilnehmerListe::ItemClass() const { return TVELTeilnehmer::Class(); }
-const TQuillonDataClass& TVELKurswahlliste::ItemClass() const { return TVELKurswahl::Class(); }
-const TQuillonDataClass& TVELFachkombinationeintragliste::ItemClass() const {
-  return TVELFachkombinationEintrag::Class();
-}
-const TQuillonDataClass& TVELStundentafelEintragsliste::ItemClass() const { return TVELStundentafelEintrag::Class(); }
-
 namespace {
 
 std::string WithoutBlanks(std::string_view AText) {
@@ -82,7 +40,8 @@ bool Equals(std::string_view A, std::string_view B, bool ACaseSensitive) {
 
 template <class TList, class TPredicate>
 auto FindFirst(const TList& AList, const TPredicate& APredicate) {
-  const auto Found = std::ranges::find_if(AList, APredicate);
+  const auto Found =
+      std::ranges::find_if(AList, [&](const auto* AnItem) { return AnItem != nullptr && APredicate(AnItem); });
   return Found == AList.end() ? nullptr : *Found;
 }
 
@@ -186,7 +145,7 @@ std::string TVELStammobjektliste::GetUniqueKuerzel() const {
 
 bool TVELStammobjektliste::Validate(const TVELStammobjekt* AnObject, std::string_view AKuerzel) const {
   return AKuerzel.empty() || std::ranges::none_of(*this, [&](const TVELStammobjekt* AnItem) {
-           return AnItem != AnObject && AnItem->FKuerzel == AKuerzel;
+           return AnItem != nullptr && AnItem != AnObject && AnItem->FKuerzel == AKuerzel;
          });
 }
 
@@ -194,8 +153,10 @@ std::string TVELStammobjektliste::JoinCodes() const {
   std::string Text;
   // A separator ahead of each item but the first, whatever that one's code is.
   for (std::string_view Separator; const TVELStammobjekt* Item : *this) {
-    Text.append(Separator).append(Item->FKuerzel);
-    Separator = ", ";
+    if (Item != nullptr) {
+      Text.append(Separator).append(Item->FKuerzel);
+      Separator = ", ";
+    }
   }
   return Text;
 }

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "QuillonDataObjects/Literal.h"
 #include "uDataObjects/DataObjects.h"
 
 class TVELAbstraktePraeferenz;
@@ -48,11 +49,32 @@ class TVELZeitrahmenzeile;
 class TVELZeitraum;
 class TVELZuweisung;
 
-/// Master data: objects that are told by an abbreviation.
-class TVELStammobjektliste : public TQuillonListOf<TVELStammobjekt, TVELDataList> {
+namespace uPlandaten {
+
+/// The description of a class that lists hold, where the class itself is only named.
+template <class TItem>
+const TQuillonDataClass& ItemClassOf();
+
+}  // namespace uPlandaten
+
+/// A list of items of one class, told from others by its name.
+template <class TItem, TQuillonLiteral AName, class TBase = TVELDataList>
+class TVELListe : public TQuillonListOf<TItem, TBase> {
  public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
+  using TQuillonListOf<TItem, TBase>::TQuillonListOf;
+
+  static const TQuillonDataClass& Class() {
+    static const TQuillonDataClass Description = DescribeAbstractClass<TVELListe, TBase>(AName.View());
+    return Description;
+  }
+  const TQuillonDataClass& DataClass() const override { return Class(); }
+  const TQuillonDataClass& ItemClass() const override { return uPlandaten::ItemClassOf<TItem>(); }
+};
+
+/// Master data: objects that are told by an abbreviation.
+class TVELStammobjektliste : public TVELListe<TVELStammobjekt, "TVELStammobjektliste"> {
+ public:
+  using TVELListe::TVELListe;
 
   /// Frees every item of the class or a descendant of it.
   void ClearAll(const TQuillonDataClass& AClass);
@@ -92,10 +114,9 @@ class TVELStammobjektliste : public TQuillonListOf<TVELStammobjekt, TVELDataList
 };
 
 /// Master data that takes part in the timetable, of one class or of several.
-class TVELPlanobjektliste : public TQuillonListOf<TVELPlanobjekt, TVELStammobjektliste> {
+class TVELPlanobjektliste : public TVELListe<TVELPlanobjekt, "TVELPlanobjektliste", TVELStammobjektliste> {
  public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
+  using TVELListe::TVELListe;
 
   /// The first item of the class; null if there is none.
   template <class TItem>
@@ -109,84 +130,32 @@ class TVELPlanobjektliste : public TQuillonListOf<TVELPlanobjekt, TVELStammobjek
   }
 };
 
-// The lists of the single families: each is named after the class that it holds.
+// The lists of single families with look-ups or rules of their own.
 
-class TVELTeamsliste : public TQuillonListOf<TVELTeam, TVELStammobjektliste> {
+class TVELKlassenliste : public TVELListe<TVELKlasse, "TVELKlassenliste", TVELPlanobjektliste> {
  public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELGebaeudeliste : public TQuillonListOf<TVELGebaeude, TVELStammobjektliste> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELAufsichtsbereichsliste : public TQuillonListOf<TVELAufsichtsbereich, TVELStammobjektliste> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELPeriodenliste : public TQuillonListOf<TVELPeriode, TVELStammobjektliste> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELZeitraumliste : public TQuillonListOf<TVELZeitraum, TVELStammobjektliste> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELStundentafelliste : public TQuillonListOf<TVELStundentafel, TVELStammobjektliste> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELKlassenliste : public TQuillonListOf<TVELKlasse, TVELPlanobjektliste> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
+  using TVELListe::TVELListe;
   /// The first item with the name, an empty one included; null if there is none.
   TVELKlasse* FindUser(std::string_view AUserName, bool ACaseSensitive, const TVELKlasse* AnExcluded = nullptr) const;
 };
 
-class TVELLehrerliste : public TQuillonListOf<TVELLehrer, TVELPlanobjektliste> {
+class TVELLehrerliste : public TVELListe<TVELLehrer, "TVELLehrerliste", TVELPlanobjektliste> {
  public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
+  using TVELListe::TVELListe;
   /// The first item with the name, an empty one included; null if there is none.
   TVELLehrer* FindUser(std::string_view AUserName, bool ACaseSensitive, const TVELLehrer* AnExcluded = nullptr) const;
 };
 
-class TVELRaumliste : public TQuillonListOf<TVELRaum, TVELPlanobjektliste> {
+class TVELRaumliste : public TVELListe<TVELRaum, "TVELRaumliste", TVELPlanobjektliste> {
  public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
+  using TVELListe::TVELListe;
   /// The first item with the name, an empty one included; null if there is none.
   TVELRaum* FindUser(std::string_view AUserName, bool ACaseSensitive, const TVELRaum* AnExcluded = nullptr) const;
 };
 
-class TVELFachliste : public TQuillonListOf<TVELFach, TVELPlanobjektliste> {
+class TVELSchuelerliste : public TVELListe<TVELSchueler, "TVELSchuelerliste", TVELPlanobjektliste> {
  public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELRessourcenliste : public TQuillonListOf<TVELRessource, TVELPlanobjektliste> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELSchuelerliste : public TQuillonListOf<TVELSchueler, TVELPlanobjektliste> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
+  using TVELListe::TVELListe;
   /// The first item with the name, an empty one included; null if there is none.
   TVELSchueler* FindUser(std::string_view AUserName, bool ACaseSensitive,
                          const TVELSchueler* AnExcluded = nullptr) const;
@@ -196,17 +165,15 @@ class TVELSchuelerliste : public TQuillonListOf<TVELSchueler, TVELPlanobjektlist
   TVELStammobjekt* WebFind(std::string_view AKuerzel, bool ACaseSensitive) const;
 };
 
-class TVELVeranstaltungsliste : public TQuillonListOf<TVELVeranstaltung, TVELDataList> {
+class TVELVeranstaltungsliste : public TVELListe<TVELVeranstaltung, "TVELVeranstaltungsliste"> {
  public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
+  using TVELListe::TVELListe;
   static int CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B);
 };
 
-class TVELTerminliste : public TQuillonListOf<TVELTermin, TVELDataList> {
+class TVELTerminliste : public TVELListe<TVELTermin, "TVELTerminliste"> {
  public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
+  using TVELListe::TVELListe;
   /// Unscheduled appointments behind scheduled ones, these by the end of their place in the week.
   void SortByTime();
 
@@ -216,102 +183,37 @@ class TVELTerminliste : public TQuillonListOf<TVELTermin, TVELDataList> {
   void BeforeExtract(int AnIndex) override;
 };
 
-class TVELBlockliste : public TQuillonListOf<TVELBlock, TVELDataList> {
+class TVELBlockliste : public TVELListe<TVELBlock, "TVELBlockliste"> {
  public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
+  using TVELListe::TVELListe;
   /// The first block with the name; null if there is none.
   TVELBlock* FindBlock(std::string_view ABlockID) const;
 };
 
-class TVELBlockInfoListe : public TQuillonListOf<TVELBlockInfo, TVELDataList> {
+class TVELBlockInfoListe : public TVELListe<TVELBlockInfo, "TVELBlockInfoListe"> {
  public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
+  using TVELListe::TVELListe;
 
  protected:
   std::string GetBaseDisplayName() const override { return "Blockinfoliste"; }
 };
 
-class TVELLehrerfachliste : public TQuillonListOf<TVELLehrerfach, TVELDataList> {
+class TVELZeitrahmenliste : public TVELListe<TVELZeitrahmen, "TVELZeitrahmenliste"> {
  public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELLehrerSollAenderungsListe : public TQuillonListOf<TVELLehrerSollAenderung, TVELDataList> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELRessourcenvorgaben : public TQuillonListOf<TVELRessourcenvorgabe, TVELDataList> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELAusstattungsliste : public TQuillonListOf<TVELAusstattung, TVELDataList> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELAufsichtsliste : public TQuillonListOf<TVELAufsicht, TVELDataList> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELZeitrahmenliste : public TQuillonListOf<TVELZeitrahmen, TVELDataList> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
+  using TVELListe::TVELListe;
   /// The first frame with the abbreviation, compared exactly; null if there is none.
   TVELZeitrahmen* FindKuerzel(std::string_view AKuerzel) const;
 };
 
-class TVELZeitrahmenzeilenliste : public TQuillonListOf<TVELZeitrahmenzeile, TVELDataList> {
+class TVELAnrechnungsliste : public TVELListe<TVELAnrechnung, "TVELAnrechnungsliste"> {
  public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELZeitrahmenmarkierungsliste : public TQuillonListOf<TVELZeitrahmenmarkierung, TVELDataList> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELPositionsschemata : public TQuillonListOf<TVELPositionsschema, TVELDataList> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELAbstraktePraeferenzenliste : public TQuillonListOf<TVELAbstraktePraeferenz, TVELDataList> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELZeitPraeferenzenliste : public TQuillonListOf<TVELAbstraktePraeferenz, TVELDataList> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELAnrechnungsliste : public TQuillonListOf<TVELAnrechnung, TVELDataList> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
+  using TVELListe::TVELListe;
   static int CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B);
 };
 
-class TVELFehlzeitenliste : public TQuillonListOf<TVELFehlzeit, TVELDataList> {
+class TVELFehlzeitenliste : public TVELListe<TVELFehlzeit, "TVELFehlzeitenliste"> {
  public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
+  using TVELListe::TVELListe;
   static int CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B);
 
   /// By start, whatever the order of the list: from the first absence that ends at AStart or later to the last that
@@ -330,52 +232,43 @@ class TVELFehlzeitenliste : public TQuillonListOf<TVELFehlzeit, TVELDataList> {
   mutable std::unique_ptr<TIndex> FIndex;
 };
 
-class TVELAenderungsliste : public TQuillonListOf<TVELAenderung, TVELDataList> {
+class TVELAenderungsliste : public TVELListe<TVELAenderung, "TVELAenderungsliste"> {
  public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
+  using TVELListe::TVELListe;
   static int CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B);
 };
 
-class TVELZuweisungsliste : public TQuillonListOf<TVELZuweisung, TVELDataList> {
+class TVELKalenderEintragList : public TVELListe<TVELKalendereintrag, "TVELKalenderEintragList"> {
  public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELKalenderEintragList : public TQuillonListOf<TVELKalendereintrag, TVELDataList> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
+  using TVELListe::TVELListe;
   static int CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B);
 };
 
-class TVELAufgabenListe : public TQuillonListOf<TVELAufgabe, TVELKalenderEintragList> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
+// The lists of single families that have nothing of their own: each is named after the class that it holds.
 
-class TVELTeilnehmerListe : public TQuillonListOf<TVELTeilnehmer, TVELDataList> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELKurswahlliste : public TQuillonListOf<TVELKurswahl, TVELDataList> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELFachkombinationeintragliste : public TQuillonListOf<TVELFachkombinationEintrag, TVELDataList> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
-
-class TVELStundentafelEintragsliste : public TQuillonListOf<TVELStundentafelEintrag, TVELDataList> {
- public:
-  using TQuillonListOf::TQuillonListOf;
-  const TQuillonDataClass& ItemClass() const override;
-};
+// clang-format off
+using TVELTeamsliste = TVELListe<TVELTeam, "TVELTeamsliste", TVELStammobjektliste>;
+using TVELGebaeudeliste = TVELListe<TVELGebaeude, "TVELGebaeudeliste", TVELStammobjektliste>;
+using TVELAufsichtsbereichsliste = TVELListe<TVELAufsichtsbereich, "TVELAufsichtsbereichsliste", TVELStammobjektliste>;
+using TVELPeriodenliste = TVELListe<TVELPeriode, "TVELPeriodenliste", TVELStammobjektliste>;
+using TVELZeitraumliste = TVELListe<TVELZeitraum, "TVELZeitraumliste", TVELStammobjektliste>;
+using TVELStundentafelliste = TVELListe<TVELStundentafel, "TVELStundentafelliste", TVELStammobjektliste>;
+using TVELFachliste = TVELListe<TVELFach, "TVELFachliste", TVELPlanobjektliste>;
+using TVELRessourcenliste = TVELListe<TVELRessource, "TVELRessourcenliste", TVELPlanobjektliste>;
+using TVELLehrerfachliste = TVELListe<TVELLehrerfach, "TVELLehrerfachliste">;
+using TVELLehrerSollAenderungsListe = TVELListe<TVELLehrerSollAenderung, "TVELLehrerSollAenderungsListe">;
+using TVELRessourcenvorgaben = TVELListe<TVELRessourcenvorgabe, "TVELRessourcenvorgaben">;
+using TVELAusstattungsliste = TVELListe<TVELAusstattung, "TVELAusstattungsliste">;
+using TVELAufsichtsliste = TVELListe<TVELAufsicht, "TVELAufsichtsliste">;
+using TVELZeitrahmenzeilenliste = TVELListe<TVELZeitrahmenzeile, "TVELZeitrahmenzeilenliste">;
+using TVELZeitrahmenmarkierungsliste = TVELListe<TVELZeitrahmenmarkierung, "TVELZeitrahmenmarkierungsliste">;
+using TVELPositionsschemata = TVELListe<TVELPositionsschema, "TVELPositionsschemata">;
+using TVELAbstraktePraeferenzenliste = TVELListe<TVELAbstraktePraeferenz, "TVELAbstraktePraeferenzenliste">;
+using TVELZeitPraeferenzenliste = TVELListe<TVELAbstraktePraeferenz, "TVELZeitPraeferenzenliste">;
+using TVELZuweisungsliste = TVELListe<TVELZuweisung, "TVELZuweisungsliste">;
+using TVELAufgabenListe = TVELListe<TVELAufgabe, "TVELAufgabenListe", TVELKalenderEintragList>;
+using TVELTeilnehmerListe = TVELListe<TVELTeilnehmer, "TVELTeilnehmerListe">;
+using TVELKurswahlliste = TVELListe<TVELKurswahl, "TVELKurswahlliste">;
+using TVELFachkombinationeintragliste = TVELListe<TVELFachkombinationEintrag, "TVELFachkombinationeintragliste">;
+using TVELStundentafelEintragsliste = TVELListe<TVELStundentafelEintrag, "TVELStundentafelEintragsliste">;
+// clang-format on

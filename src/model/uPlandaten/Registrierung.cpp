@@ -28,59 +28,42 @@
 
 namespace uPlandaten {
 
+template <class TItem>
+const TQuillonDataClass& ItemClassOf() {
+  return TItem::Class();
+}
+
+namespace {
+
+// The lists know their items by name only: this is where what they hold is known.
+template <class... TLists>
+void RegisterLists(TQuillonDataClassRegistry& ARegistry) {
+  (ARegistry.AddListClass(TLists::Class(), &ItemClassOf<typename TLists::TItemClass>), ...);
+}
+
+}  // namespace
+
 void RegisterClasses(TQuillonDataClassRegistry& ARegistry) {
   uSchluessel::RegisterClasses(ARegistry);
-  ARegistry.AddClass(TVELAnrechnung::Class());
-  ARegistry.AddClass(TVELAufgabe::Class());
-  ARegistry.AddClass(TVELAufsicht::Class());
-  ARegistry.AddClass(TVELAufsichtsVertretung::Class());
-  ARegistry.AddClass(TVELAufsichtsbereich::Class());
-  ARegistry.AddClass(TVELAusstattung::Class());
-  ARegistry.AddClass(TVELAutomatikparameter::Class());
-  ARegistry.AddClass(TVELBesitzer::Class());
-  ARegistry.AddClass(TVELBlock::Class());
-  ARegistry.AddClass(TVELBlockInfo::Class());
-  ARegistry.AddClass(TVELEinstellungen::Class());
-  ARegistry.AddClass(TVELFach::Class());
-  ARegistry.AddClass(TVELFachkombination::Class());
-  ARegistry.AddClass(TVELFachkombinationEintrag::Class());
-  ARegistry.AddClass(TVELGebaeude::Class());
-  ARegistry.AddClass(TVELKalender::Class());
-  ARegistry.AddClass(TVELKalendereintrag::Class());
-  ARegistry.AddClass(TVELKlasse::Class());
-  ARegistry.AddClass(TVELKlassenfehlzeit::Class());
-  ARegistry.AddClass(TVELKurswahl::Class());
-  ARegistry.AddClass(TVELLehrer::Class());
-  ARegistry.AddClass(TVELLehrerSollAenderung::Class());
-  ARegistry.AddClass(TVELLehrerfach::Class());
-  ARegistry.AddClass(TVELLehrerfehlzeit::Class());
-  ARegistry.AddClass(TVELMitteilung::Class());
-  ARegistry.AddClass(TVELPeriode::Class());
-  ARegistry.AddClass(TVELPositionsschema::Class());
-  ARegistry.AddClass(TVELRaum::Class());
-  ARegistry.AddClass(TVELRaumaenderung::Class());
-  ARegistry.AddClass(TVELRaumfehlzeit::Class());
-  ARegistry.AddClass(TVELRessource::Class());
-  ARegistry.AddClass(TVELRessourcenvorgabe::Class());
-  ARegistry.AddClass(TVELSchueler::Class());
-  ARegistry.AddClass(TVELSperrung::Class());
-  ARegistry.AddClass(TVELStundentafel::Class());
-  ARegistry.AddClass(TVELStundentafelEintrag::Class());
-  ARegistry.AddClass(TVELTeam::Class());
-  ARegistry.AddClass(TVELTeilnehmer::Class());
-  ARegistry.AddClass(TVELTermin::Class());
-  ARegistry.AddClass(TVELTermininhalt::Class());
-  ARegistry.AddClass(TVELTermininhalte::Class());
-  ARegistry.AddClass(TVELVeranstaltung::Class());
-  ARegistry.AddClass(TVELVertretung::Class());
-  ARegistry.AddClass(TVELZeitpraeferenz::Class());
-  ARegistry.AddClass(TVELZeitrahmen::Class());
-  ARegistry.AddClass(TVELZeitrahmenmarkierung::Class());
-  ARegistry.AddClass(TVELZeitrahmenzeile::Class());
-  ARegistry.AddClass(TVELZeitraum::Class());
-  ARegistry.AddClass(TVELZusatzunterricht::Class());
-  ARegistry.AddClass(TVELZuweisung::Class());
-  ARegistry.AddClass(TVELPlan::Class());
+  ARegistry.AddClasses<TVELAnrechnung, TVELAufgabe, TVELAufsicht, TVELAufsichtsVertretung, TVELAufsichtsbereich,
+                       TVELAusstattung, TVELAutomatikparameter, TVELBesitzer, TVELBlock, TVELBlockInfo,
+                       TVELEinstellungen, TVELFach, TVELFachkombination, TVELFachkombinationEintrag, TVELGebaeude,
+                       TVELKalender, TVELKalendereintrag, TVELKlasse, TVELKlassenfehlzeit, TVELKurswahl, TVELLehrer,
+                       TVELLehrerSollAenderung, TVELLehrerfach, TVELLehrerfehlzeit, TVELMitteilung, TVELPeriode,
+                       TVELPositionsschema, TVELRaum, TVELRaumaenderung, TVELRaumfehlzeit, TVELRessource,
+                       TVELRessourcenvorgabe, TVELSchueler, TVELSperrung, TVELStundentafel, TVELStundentafelEintrag,
+                       TVELTeam, TVELTeilnehmer, TVELTermin, TVELTermininhalt, TVELTermininhalte, TVELVeranstaltung,
+                       TVELVertretung, TVELZeitpraeferenz, TVELZeitrahmen, TVELZeitrahmenmarkierung,
+                       TVELZeitrahmenzeile, TVELZeitraum, TVELZusatzunterricht, TVELZuweisung, TVELPlan>();
+  RegisterLists<TVELStammobjektliste, TVELPlanobjektliste, TVELTeamsliste, TVELGebaeudeliste,
+                TVELAufsichtsbereichsliste, TVELPeriodenliste, TVELZeitraumliste, TVELStundentafelliste, TVELFachliste,
+                TVELRessourcenliste, TVELLehrerfachliste, TVELLehrerSollAenderungsListe, TVELRessourcenvorgaben,
+                TVELAusstattungsliste, TVELAufsichtsliste, TVELZeitrahmenzeilenliste, TVELZeitrahmenmarkierungsliste,
+                TVELPositionsschemata, TVELAbstraktePraeferenzenliste, TVELZeitPraeferenzenliste, TVELZuweisungsliste,
+                TVELAufgabenListe, TVELTeilnehmerListe, TVELKurswahlliste, TVELFachkombinationeintragliste,
+                TVELStundentafelEintragsliste, TVELKlassenliste, TVELLehrerliste, TVELRaumliste, TVELSchuelerliste,
+                TVELVeranstaltungsliste, TVELTerminliste, TVELBlockliste, TVELBlockInfoListe, TVELZeitrahmenliste,
+                TVELAnrechnungsliste, TVELFehlzeitenliste, TVELAenderungsliste, TVELKalenderEintragList>(ARegistry);
 }
 
 }  // namespace uPlandaten

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
+#include "QuillonDataObjects/Literal.h"
 #include "uDataObjects/DataObjects.h"
 #include "uPlandaten/Werte.h"
 
@@ -33,19 +32,8 @@ class TVELFarbSchluessel : public TVELSchluessel {
   TColor FFarbe = NoColour;  ///< display colour
 };
 
-/// A literal as a template argument.
-template <std::size_t ASize>
-struct TVELLiteral {
-  char Text[ASize];
-
-  constexpr TVELLiteral(const char (&AText)[ASize]) {
-    std::copy_n(AText, ASize, Text);
-  }  // NOLINT(google-explicit-constructor)
-  constexpr std::string_view View() const { return {Text, ASize - 1}; }
-};
-
 /// A kind of key: told from others by its class tag and its display text only.
-template <class TBase, TVELLiteral ATag, TVELLiteral ADisplayFormat>
+template <class TBase, TQuillonLiteral ATag, TQuillonLiteral ADisplayFormat>
 class TVELSchluesselArt : public TBase {
  public:
   static const TQuillonDataClass& Class() {

@@ -7,11 +7,18 @@ namespace {
 template <class TField, class TValue>
 TVELSchluessel* FindFirst(const TVELSchluesselverzeichnis& AList, TField TVELSchluessel::*AField,
                           const TValue& AValue) {
-  const auto Found = std::ranges::find_if(AList, [&](const TVELSchluessel* AKey) { return AKey->*AField == AValue; });
+  const auto Found = std::ranges::find_if(
+      AList, [&](const TVELSchluessel* AKey) { return AKey != nullptr && AKey->*AField == AValue; });
   return Found == AList.end() ? nullptr : *Found;
 }
 
 }  // namespace
+
+const TQuillonDataClass& TVELSchluesselverzeichnis::Class() {
+  static const TQuillonDataClass Class =
+      DescribeAbstractClass<TVELSchluesselverzeichnis, TVELDataList>("TVELSchluesselverzeichnis");
+  return Class;
+}
 
 TVELSchluessel* TVELSchluesselverzeichnis::FindBezeichnung(std::string_view ABezeichnung) const {
   return FindFirst(*this, &TVELSchluessel::FBezeichnung, ABezeichnung);
@@ -86,41 +93,15 @@ void TVELVerzeichnisse::Clear() {
 namespace uSchluessel {
 
 void RegisterClasses(TQuillonDataClassRegistry& ARegistry) {
-  ARegistry.AddClass(TVELVerzeichnisse::Class());
-  ARegistry.AddClass(TVELBildungsgang::Class());
-  ARegistry.AddClass(TVELDienststelle::Class());
-  ARegistry.AddClass(TVELFachschwerpunkt::Class());
-  ARegistry.AddClass(TVELFachstatus::Class());
-  ARegistry.AddClass(TVELFehlgrund::Class());
-  ARegistry.AddClass(TVELKalendereintragKategorie::Class());
-  ARegistry.AddClass(TVELKlassenfehlgrund::Class());
-  ARegistry.AddClass(TVELKlassenmerkmal::Class());
-  ARegistry.AddClass(TVELLehrbereich::Class());
-  ARegistry.AddClass(TVELLehrerSollAenderungsArt::Class());
-  ARegistry.AddClass(TVELLehrerSollAenderungsSchluessel::Class());
-  ARegistry.AddClass(TVELLehrerSollAenderungsgrund::Class());
-  ARegistry.AddClass(TVELLehrerfehlgrund::Class());
-  ARegistry.AddClass(TVELLehrerfehlgrunddetail::Class());
-  ARegistry.AddClass(TVELLehrertyp::Class());
-  ARegistry.AddClass(TVELProfil::Class());
-  ARegistry.AddClass(TVELRaumfehlgrund::Class());
-  ARegistry.AddClass(TVELRaumtyp::Class());
-  ARegistry.AddClass(TVELRessourcenkategorie::Class());
-  ARegistry.AddClass(TVELRessourcenmerkmal::Class());
-  ARegistry.AddClass(TVELRolle::Class());
-  ARegistry.AddClass(TVELSchulform::Class());
-  ARegistry.AddClass(TVELSchulstelle::Class());
-  ARegistry.AddClass(TVELSchultyp::Class());
-  ARegistry.AddClass(TVELSchulzweig::Class());
-  ARegistry.AddClass(TVELSperrungskategorie::Class());
-  ARegistry.AddClass(TVELUnterrichtsart::Class());
-  ARegistry.AddClass(TVELUnterrichtsform::Class());
-  ARegistry.AddClass(TVELVeranstaltungskategorie::Class());
-  ARegistry.AddClass(TVELVeranstaltungsmerkmal::Class());
-  ARegistry.AddClass(TVELVertretungsentfall::Class());
-  ARegistry.AddClass(TVELVertretungslehrerart::Class());
-  ARegistry.AddClass(TVELVertretungsqualitaet::Class());
-  ARegistry.AddClass(TVELZeitpraeferenzkategorie::Class());
+  ARegistry.AddClasses<TVELVerzeichnisse, TVELBildungsgang, TVELDienststelle, TVELFachschwerpunkt, TVELFachstatus,
+                       TVELFehlgrund, TVELKalendereintragKategorie, TVELKlassenfehlgrund, TVELKlassenmerkmal,
+                       TVELLehrbereich, TVELLehrerSollAenderungsArt, TVELLehrerSollAenderungsSchluessel,
+                       TVELLehrerSollAenderungsgrund, TVELLehrerfehlgrund, TVELLehrerfehlgrunddetail, TVELLehrertyp,
+                       TVELProfil, TVELRaumfehlgrund, TVELRaumtyp, TVELRessourcenkategorie, TVELRessourcenmerkmal,
+                       TVELRolle, TVELSchulform, TVELSchulstelle, TVELSchultyp, TVELSchulzweig, TVELSperrungskategorie,
+                       TVELUnterrichtsart, TVELUnterrichtsform, TVELVeranstaltungskategorie, TVELVeranstaltungsmerkmal,
+                       TVELVertretungsentfall, TVELVertretungslehrerart, TVELVertretungsqualitaet,
+                       TVELZeitpraeferenzkategorie>();
 }
 
 }  // namespace uSchluessel

@@ -10,6 +10,8 @@ class TVELSchluesselverzeichnis : public TQuillonListOf<TVELSchluessel, TVELData
   TVELSchluesselverzeichnis(TQuillonDataAbstractObject* AnOwner, const TQuillonDataClass& AKeyClass)
       : TQuillonListOf(AnOwner, TItems::Owned), FKeyClass(AKeyClass) {}
 
+  static const TQuillonDataClass& Class();
+  const TQuillonDataClass& DataClass() const override { return Class(); }
   const TQuillonDataClass& ItemClass() const override { return FKeyClass; }
 
   /// The first key with the text, compared exactly; null if there is none.
