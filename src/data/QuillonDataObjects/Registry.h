@@ -57,11 +57,10 @@ class TQuillonDataObjectRegistry {
     TQuillonDataAbstractObject* Object = nullptr;
   };
 
-  std::uint64_t HashOf(const TGUID& AnID) const;
   void Grow();
   static void Put(std::vector<TSlot>& ASlots, const TSlot& ASlot);
 
   std::vector<TSlot> FSlots;  ///< open addressing; the length is a power of two
   std::size_t FCount = 0;
-  std::uint64_t FSeed;  ///< unknown to whoever made the file, so that nobody can aim at one slot
+  TGuidHash FHash;
 };
