@@ -25,7 +25,8 @@ constexpr std::string_view IdColumn = "Id";
 /// Place of a column; the first of several of that name counts.
 std::size_t PlaceOf(const std::vector<std::string>& AHeader, std::string_view AColumn) {
   const std::string Wanted = QuillonText::ToLower(AColumn);
-  const auto Found = std::ranges::find(AHeader, Wanted, [](std::string_view AName) { return QuillonText::ToLower(AName); });
+  const auto Found =
+      std::ranges::find(AHeader, Wanted, [](std::string_view AName) { return QuillonText::ToLower(AName); });
   return Found == AHeader.end() ? Nowhere : static_cast<std::size_t>(Found - AHeader.begin());
 }
 

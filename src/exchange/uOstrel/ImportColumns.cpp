@@ -174,10 +174,10 @@ TImportFile<TVELKlasse> SchoolClassImport() {
 TImportFile<TVELSchueler> StudentImport() {
   using T = TVELSchueler;
   static constexpr std::array Columns = {
-      Field<T, &T::FSchuelerNr>("StudentNo"),   Field<T, &T::FBemerkung>("Notes"),
-      Field<T, &T::FVorname>("FirstName"),      Field<T, &T::FNachname>("LastName"),
-      Field<T, &T::FMittelname>("MiddleName"),  Field<T, &T::FGebDatum>("Birthdate"),
-      Field<T, &T::FOrt>("Locality"),           Field<T, &T::FPostleitzahl>("PostalCode"),
+      Field<T, &T::FSchuelerNr>("StudentNo"),  Field<T, &T::FBemerkung>("Notes"),
+      Field<T, &T::FVorname>("FirstName"),     Field<T, &T::FNachname>("LastName"),
+      Field<T, &T::FMittelname>("MiddleName"), Field<T, &T::FGebDatum>("Birthdate"),
+      Field<T, &T::FOrt>("Locality"),          Field<T, &T::FPostleitzahl>("PostalCode"),
       Field<T, &T::FStrasse>("AddressLines"),
   };
   return {"Students.csv", Columns};
@@ -199,10 +199,9 @@ TImportFile<TVELVeranstaltung> CourseImport() {
       Field<T, &T::FGueltigVon>("StartDate"),
       Field<T, &T::FGueltigBis>("EndDate"),
       Field<T, &T::FGruppe>("CourseGroup"),
-      TImportColumn<T>{"SchedulePattern", TCellKind::Text,
-                       [](TImport&, T& O, const TCell& C) {
-                         O.Set(O.FReoccur, std::get<std::string>(C) != "OneTimeEvents");
-                       }},
+      TImportColumn<T>{
+          "SchedulePattern", TCellKind::Text,
+          [](TImport&, T& O, const TCell& C) { O.Set(O.FReoccur, std::get<std::string>(C) != "OneTimeEvents"); }},
       TImportColumn<T>{"SubjectFocusId", TCellKind::Id,
                        [](TImport& I, T& O, const TCell& C) {
                          O.Set(O.FFachschwerpunkt, I.Referred<TVELFachschwerpunkt>(
