@@ -153,6 +153,11 @@ class Imports(unittest.TestCase):
         self.assertEqual(new.findtext("Code"), "M-2")
         self.assertEqual([room.findtext("Code") for room in root.iterfind("Rooms/Items/Item")],
                          ["M", "M-1", "N", "M-2", "M-3"])
+        # A number that has become free is taken again, the lowest first.
+        self.file("Rooms", "Id;Code", f"{plain(2)};X", f"{plain(4)};M-01", ";M", ";M", f"{plain(5)};M", f"{plain(6)};M",
+                  ";Q", f"{plain(7)};M")
+        self.assertEqual([room.findtext("Code") for room in self.imported().iterfind("Rooms/Items/Item")],
+                         ["M", "X", "N", "M-01", "M-3", "Q", "M-2", "M-4", "M-1"])
 
     def test_keys_take_their_internal_code(self):
         directories = tag("Directories", "Directories", 3, items("LessonTypes", [item("LessonType", 11, Code="GK")]))
