@@ -89,7 +89,9 @@ void MoveStudents(TImport& AnImport, TVELKlasse& AClass, const TCell& ACell) {
 TIdIndex::TIdIndex(const TQuillonDataList& AList) {
   FItems.reserve(AList.Items().size());
   for (TQuillonDataObject* Item : AList.Items()) {
-    Add(*Item);
+    if (Item != nullptr) {
+      Add(*Item);
+    }
   }
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cassert>
 #include <unordered_set>
-#include <utility>
 
 #include "uPlandaten/Anrechnungen.h"
 #include "uPlandaten/Fehlzeiten.h"
@@ -15,17 +14,19 @@
 
 namespace {
 
-/// Sorts a list, items that are alike in the order of AnOrder, which has all of them.
-void SortStably(TQuillonDataList& AList, std::vector<TQuillonDataObject*> AnOrder, TQuillonCompareItems ACompare) {
-  const auto IsLess = [ACompare](const TQuillonDataObject* A, const TQuillonDataObject* B) {
-    return ACompare(*A, *B) < 0;
+/// Sorts a list, items that are alike in the order of AnOrder, which has all of them; null places come last.
+template <class TCompare>
+void SortStably(TQuillonDataList& AList, const std::vector<TQuillonDataObject*>& AnOrder, const TCompare& ACompare) {
+  const auto IsLess = [&ACompare](const TQuillonDataObject* A, const TQuillonDataObject* B) {
+    return A != nullptr && (B == nullptr || ACompare(*A, *B) < 0);
   };
   if (std::ranges::is_sorted(AList.Items(), IsLess)) {
     return;
   }
-  std::ranges::stable_sort(AnOrder, IsLess);
+  std::vector<TQuillonDataObject*> Wanted = AnOrder;
+  std::ranges::stable_sort(Wanted, IsLess);
   std::unordered_map<const TQuillonDataObject*, int> Places;
-  for (const TQuillonDataObject* Item : AnOrder) {
+  for (const TQuillonDataObject* Item : Wanted) {
     Places.emplace(Item, static_cast<int>(Places.size()));
   }
   AList.SortBy([&Places](const TQuillonDataObject& A, const TQuillonDataObject& B) {
@@ -159,7 +160,7 @@ void TVELSammelaenderung::SortLists() {
   std::vector<TQuillonDataObject*> Lessons(FNewLessons.rbegin(), FNewLessons.rend());
   const auto Old = FPlan.FVeranstaltungen.Items().first(FPlan.FVeranstaltungen.Items().size() - FNewLessons.size());
   Lessons.insert(Lessons.end(), Old.begin(), Old.end());
-  SortStably(FPlan.FVeranstaltungen, std::move(Lessons), uPlandaten::ComparePlaces);
+  SortStably(FPlan.FVeranstaltungen, Lessons, uPlandaten::ComparePlaces);
   SortStably(FPlan.FFehlzeiten, ItemsOf(FPlan.FFehlzeiten), TVELFehlzeitenliste::CompareItems);
   SortStably(FPlan.FAnrechnungen, ItemsOf(FPlan.FAnrechnungen), TVELAnrechnungsliste::CompareItems);
 }
