@@ -20,7 +20,7 @@ void SortStably(TQuillonDataList& AList, const std::vector<TQuillonDataObject*>&
   const auto IsLess = [&ACompare](const TQuillonDataObject* A, const TQuillonDataObject* B) {
     return A != nullptr && (B == nullptr || ACompare(*A, *B) < 0);
   };
-  if (std::ranges::is_sorted(AList.Items(), IsLess)) {
+  if (std::ranges::is_sorted(AnOrder, IsLess) && std::ranges::equal(AnOrder, AList.Items())) {
     return;
   }
   std::vector<TQuillonDataObject*> Wanted = AnOrder;
@@ -36,20 +36,6 @@ void SortStably(TQuillonDataList& AList, const std::vector<TQuillonDataObject*>&
 
 std::vector<TQuillonDataObject*> ItemsOf(const TQuillonDataList& AList) {
   return {AList.Items().begin(), AList.Items().end()};
-}
-
-/// Adds the items; those of the list are replaced where AHasLeavers tells that some are no longer wanted.
-template <class TList, class TItem>
-void Enter(TList& AList, const std::vector<TItem*>& AnItems, bool AHasLeavers) {
-  auto Next = AnItems.begin();
-  if (AHasLeavers) {
-    AList.Clear();
-  } else {
-    Next += AList.Count();
-  }
-  for (; Next != AnItems.end(); ++Next) {
-    AList.Add(*Next);
-  }
 }
 
 }  // namespace
@@ -104,34 +90,48 @@ void TVELSammelaenderung::Note(TVELPlanobjekt& AnObject, TVELVeranstaltung& ALes
 void TVELSammelaenderung::EnterMembers() {
   for (TVELKlasse* Class : FClasses) {
     TMembers& Members = FMembers[Class];
-    std::erase(Members.Items, nullptr);
-    Enter(Class->FSchueler, Members.Items, Members.HasLeavers);
+    auto Next = Members.Items.begin() + Class->FSchueler.Count();
+    if (Members.HasLeavers) {
+      std::erase(Members.Items, nullptr);
+      Class->FSchueler.Clear();
+      Next = Members.Items.begin();
+    }
+    for (; Next != Members.Items.end(); ++Next) {
+      Class->FSchueler.Add(*Next);
+    }
   }
   FClasses.clear();
   FMembers.clear();
 }
 
 void TVELSammelaenderung::EnterUses(TVELPlanobjekt& AnObject, const std::vector<TUse>& AUses) {
+  TVELVeranstaltungsliste& Lessons = AnObject.FVeranstaltungen;
   std::unordered_map<const TVELVeranstaltung*, bool> IsUsed;
   for (const TUse& Use : AUses) {
     IsUsed[Use.Lesson] = Use.IsUsed;
   }
-  std::vector<TVELVeranstaltung*> Items;
+  std::vector<TVELVeranstaltung*> Kept;
   std::unordered_set<const TVELVeranstaltung*> Held;
-  for (TVELVeranstaltung* Lesson : AnObject.FVeranstaltungen) {
+  for (TVELVeranstaltung* Lesson : Lessons) {
     const auto Told = IsUsed.find(Lesson);
     if (Told == IsUsed.end() || Told->second) {
-      Items.push_back(Lesson);
+      Kept.push_back(Lesson);
       Held.insert(Lesson);
     }
   }
-  const bool HasLeavers = Items.size() < AnObject.FVeranstaltungen.Items().size();
+  std::vector<TVELVeranstaltung*> Added;
   for (const TUse& Use : AUses) {
     if (IsUsed[Use.Lesson] && Held.insert(Use.Lesson).second) {
-      Items.push_back(Use.Lesson);
+      Added.push_back(Use.Lesson);
     }
   }
-  Enter(AnObject.FVeranstaltungen, Items, HasLeavers);
+  if (Added.empty() && Kept.size() == Lessons.Items().size()) {
+    return;
+  }
+  Lessons.Clear();
+  std::for_each(Added.rbegin(), Added.rend(), [&](TVELVeranstaltung* ALesson) { Lessons.Append(ALesson); });
+  std::ranges::for_each(Kept, [&](TVELVeranstaltung* ALesson) { Lessons.Append(ALesson); });
+  Lessons.Change();
 }
 
 void TVELSammelaenderung::EnterLessons() {
@@ -148,6 +148,7 @@ void TVELSammelaenderung::EnterLessons() {
   FUses.clear();
 }
 
+/// A new lesson stands ahead of those that it is like, as one that is added by itself does.
 void TVELSammelaenderung::SortLists() {
   const std::vector<TVELVeranstaltungsliste*> Lists = FPlan.LessonLists();
   uPlandaten::MarkPlaces(Lists);
@@ -156,7 +157,6 @@ void TVELSammelaenderung::SortLists() {
       SortStably(*List, ItemsOf(*List), uPlandaten::ComparePlaces);
     }
   }
-  // A new lesson stands ahead of those that it is like, as one that is added by itself does.
   std::vector<TQuillonDataObject*> Lessons(FNewLessons.rbegin(), FNewLessons.rend());
   const auto Old = FPlan.FVeranstaltungen.Items().first(FPlan.FVeranstaltungen.Items().size() - FNewLessons.size());
   Lessons.insert(Lessons.end(), Old.begin(), Old.end());
