@@ -7,6 +7,9 @@
 
 namespace {
 
+/// What the text reader gives for bytes that are no text, and for itself.
+constexpr char32_t Replacement = 0xFFFD;
+
 /// What the reader has seen of a field.
 enum class State { Start, Plain, Quoted, AfterQuote, AfterQuoteSpace, Comment };
 
@@ -76,11 +79,33 @@ TQuillonCSVReader::CharClass TQuillonCSVReader::Classify(char32_t AChar) const {
   return AChar >= FirstNormal ? CharClass::Normal : CharClass::Space;
 }
 
+/// CR, LF and both together are one line break.
+void TQuillonCSVReader::PassLineBreak(char32_t AChar) {
+  const bool IsSecondHalf = AChar == U'\n' && FWasCarriageReturn;
+  FNextTextLine += IsSecondHalf ? 0 : 1;
+  FWasCarriageReturn = AChar == U'\r';
+}
+
+void TQuillonCSVReader::CheckEncoding() const {
+  if (FStrict && FTextReader.InvalidCount() > 0) {
+    ThrowFormatError("Ungültige Zeichenkodierung", FLineCount);
+  }
+}
+
 TQuillonCSVReader::Token TQuillonCSVReader::ReadToken() {
   FToken.clear();
   State Now = State::Start;
   for (char32_t C = 0; FTextReader.Read(C);) {
-    switch (Actions[static_cast<std::size_t>(Now)][static_cast<std::size_t>(Classify(C))]) {
+    if (C == Replacement) {
+      CheckEncoding();
+    }
+    const CharClass Class = Classify(C);
+    if (Class == CharClass::EndOfLine) {
+      PassLineBreak(C);
+    } else {
+      FWasCarriageReturn = false;
+    }
+    switch (Actions[static_cast<std::size_t>(Now)][static_cast<std::size_t>(Class)]) {
       case Action::Stay:
         break;
       case Action::BeginPlain:
@@ -121,19 +146,28 @@ TQuillonCSVReader::Token TQuillonCSVReader::ReadToken() {
         ThrowFormatError("Fehlendes Trennzeichen", FLineCount);
     }
   }
+  CheckEncoding();
+  if (FStrict && Now == State::Quoted) {
+    ThrowFormatError("Fehlendes Begrenzungszeichen am Feldende", FLineCount);
+  }
   return {.Counts = !FToken.empty(), .EndsLine = true, .EndsFile = true};
 }
 
 std::optional<TQuillonCSVLine> TQuillonCSVReader::ReadLine() {
   ++FLineCount;
+  FFieldCount = 0;
   std::optional<TQuillonCSVLine> Line;
   for (;;) {
+    if (!Line) {
+      FTextLine = FNextTextLine;
+    }
     const Token Next = ReadToken();
     if (Next.Counts) {
       if (!Line) {
         Line.emplace();
       }
       Line->push_back(FToken);
+      ++FFieldCount;
     }
     if (Next.EndsFile || (Next.EndsLine && Line)) {
       return Line;

@@ -26,11 +26,17 @@ class TQuillonCSVReader {
   TQuillonCSVReader(TQuillonStream& AStream, TQuillonEncoding AnEncoding, bool DoDetectBOM, std::size_t ABufferSize);
 
   /// The fields of the next line that has any; nothing at the end.
-  /// @throws EQuillonCSVReaderError for a quote within a plain field or text behind a closing one
+  /// @throws EQuillonCSVReaderError for a quote within a plain field or text behind a closing one, and where FStrict
+  ///   is set
   std::optional<TQuillonCSVLine> ReadLine();
+  /// The line of the text in which the last line of fields begins, from 1: one of its fields may take several.
+  int TextLine() const { return FTextLine; }
+  /// How many fields of the last line were read; where an error ended it, how many stand ahead of that.
+  std::size_t FieldCount() const { return FFieldCount; }
 
   bool FAllowComments = false;
   bool FIgnoreQuotes = false;
+  bool FStrict = false;  ///< what is no text in its encoding is an error, and so is a quote that is never closed
   char FComment = '#';
   char FSeparator = ';';
   int FLineCount = 0;  ///< calls of ReadLine
@@ -45,9 +51,15 @@ class TQuillonCSVReader {
 
   CharClass Classify(char32_t AChar) const;
   Token ReadToken();
+  void PassLineBreak(char32_t AChar);
+  void CheckEncoding() const;
 
   TQuillonTextReader FTextReader;
   std::string FToken;
+  std::size_t FFieldCount = 0;
+  int FTextLine = 1;
+  int FNextTextLine = 1;
+  bool FWasCarriageReturn = false;
 };
 
 /// Writes fields and lines. A value is quoted when it holds a quote, a line break or the separator.

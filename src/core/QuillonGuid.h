@@ -5,6 +5,7 @@
 #include <compare>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -52,3 +53,26 @@ void AppendPlain(std::string& ATarget, const TGUID& AGuid);
 std::string Plain(const TGUID& AGuid);
 
 }  // namespace QuillonGuid
+
+/// A hash of all 16 bytes under a seed that is unknown to whoever made a file, so that nobody can aim at one slot.
+class TGuidHash {
+ public:
+  /// Draws the seed.
+  TGuidHash() { std::memcpy(&FSeed, QuillonGuid::New().Bytes.data(), sizeof FSeed); }
+
+  std::uint64_t operator()(const TGUID& AGuid) const {
+    const auto [High, Low] = std::bit_cast<std::array<std::uint64_t, 2>>(AGuid.Bytes);
+    return Mix(Mix(High ^ FSeed) + Low);
+  }
+
+ private:
+  static std::uint64_t Mix(std::uint64_t AValue) {
+    AValue ^= AValue >> 32;
+    AValue *= 0xD6E8FEB86659FD93U;
+    AValue ^= AValue >> 32;
+    AValue *= 0xD6E8FEB86659FD93U;
+    return AValue ^ (AValue >> 32);
+  }
+
+  std::uint64_t FSeed = 0;
+};

@@ -3,27 +3,40 @@
 #include <utf8.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <span>
 
 namespace {
 
 constexpr char32_t Replacement = 0xFFFD;
-constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
-constexpr std::string_view Utf16LEMark = "\xFF\xFE";
+struct TMark {
+  TQuillonEncoding Encoding;
+  std::string_view Bytes;
+};
+constexpr std::array<TMark, 3> Marks = {{{TQuillonEncoding::Utf8, "\xEF\xBB\xBF"},
+                                         {TQuillonEncoding::Utf16LE, "\xFF\xFE"},
+                                         {TQuillonEncoding::Utf16BE, "\xFE\xFF"}}};
 
 /// Longest sequence of bytes that is looked at in one go.
 constexpr std::size_t LongestUnit = 4;
+
+bool IsUtf16(TQuillonEncoding AnEncoding) {
+  return AnEncoding == TQuillonEncoding::Utf16LE || AnEncoding == TQuillonEncoding::Utf16BE;
+}
 
 bool IsHighSurrogate(char32_t AUnit) { return AUnit >= 0xD800 && AUnit <= 0xDBFF; }
 bool IsLowSurrogate(char32_t AUnit) { return AUnit >= 0xDC00 && AUnit <= 0xDFFF; }
 
 char32_t AsciiUpper(char32_t AChar) { return AChar >= U'a' && AChar <= U'z' ? AChar - U'a' + U'A' : AChar; }
 
-void AppendUtf16(std::string& ATarget, char32_t ACodePoint) {
+void AppendUtf16(std::string& ATarget, char32_t ACodePoint, TQuillonEncoding AnEncoding) {
   const auto AppendUnit = [&](char32_t AUnit) {
-    ATarget.push_back(static_cast<char>(AUnit & 0xFF));
-    ATarget.push_back(static_cast<char>(AUnit >> 8));
+    const auto Low = static_cast<char>(AUnit & 0xFF);
+    const auto High = static_cast<char>(AUnit >> 8);
+    const bool IsLowFirst = AnEncoding == TQuillonEncoding::Utf16LE;
+    ATarget.push_back(IsLowFirst ? Low : High);
+    ATarget.push_back(IsLowFirst ? High : Low);
   };
   if (ACodePoint > 0xFFFF) {
     AppendUnit(0xD800 + ((ACodePoint - 0x10000) >> 10));
@@ -39,8 +52,8 @@ void AppendEncoded(std::string& ATarget, std::string_view AText, TQuillonEncodin
   utf8::replace_invalid(AText.begin(), AText.end(), std::back_inserter(Valid), Replacement);
   for (auto Next = Valid.cbegin(); Next != Valid.cend();) {
     const auto CodePoint = static_cast<char32_t>(utf8::unchecked::next(Next));
-    if (AnEncoding == TQuillonEncoding::Utf16LE) {
-      AppendUtf16(ATarget, CodePoint);
+    if (IsUtf16(AnEncoding)) {
+      AppendUtf16(ATarget, CodePoint, AnEncoding);
     } else {
       ATarget.push_back(CodePoint <= 0xFF ? static_cast<char>(CodePoint) : '?');
     }
@@ -86,13 +99,23 @@ bool TQuillonTextReader::ReadByte(std::uint8_t& AByte) {
 
 /// Half a unit at the end of the stream is none.
 bool TQuillonTextReader::ReadUnit(std::uint16_t& AUnit) {
-  std::uint8_t Low = 0;
-  std::uint8_t High = 0;
-  if (!ReadByte(Low) || !ReadByte(High)) {
+  std::uint8_t First = 0;
+  std::uint8_t Second = 0;
+  if (!ReadByte(First)) {
     return false;
   }
-  AUnit = static_cast<std::uint16_t>(Low | (High << 8));
+  if (!ReadByte(Second)) {
+    Invalid();
+    return false;
+  }
+  const bool IsLowFirst = FEncoding == TQuillonEncoding::Utf16LE;
+  AUnit = static_cast<std::uint16_t>(IsLowFirst ? First | (Second << 8) : Second | (First << 8));
   return true;
+}
+
+char32_t TQuillonTextReader::Invalid() {
+  ++FInvalidCount;
+  return Replacement;
 }
 
 char32_t TQuillonTextReader::ReadUtf8(std::uint8_t AFirst) {
@@ -105,31 +128,31 @@ char32_t TQuillonTextReader::ReadUtf8(std::uint8_t AFirst) {
     Sequence.push_back(static_cast<char>(Byte));
   }
   if (!utf8::is_valid(Sequence) || utf8::distance(Sequence.begin(), Sequence.end()) != 1) {
-    return Replacement;
+    return Invalid();
   }
   return utf8::peek_next(Sequence.begin(), Sequence.end());
 }
 
 char32_t TQuillonTextReader::ReadUtf16(std::uint16_t AFirst) {
   if (!IsHighSurrogate(AFirst)) {
-    return IsLowSurrogate(AFirst) ? Replacement : AFirst;
+    return IsLowSurrogate(AFirst) ? Invalid() : AFirst;
   }
   constexpr std::size_t UnitSize = 2;
   if (!Fill(UnitSize)) {
-    return Replacement;
+    return Invalid();
   }
   const std::size_t Place = FNext;
   std::uint16_t Second = 0;
   ReadUnit(Second);
   if (!IsLowSurrogate(Second)) {
     FNext = Place;
-    return Replacement;
+    return Invalid();
   }
   return 0x10000 + ((AFirst - char32_t{0xD800}) << 10) + (Second - char32_t{0xDC00});
 }
 
 bool TQuillonTextReader::Read(char32_t& AChar) {
-  if (FEncoding == TQuillonEncoding::Utf16LE) {
+  if (IsUtf16(FEncoding)) {
     std::uint16_t Unit = 0;
     if (!ReadUnit(Unit)) {
       return false;
@@ -163,12 +186,12 @@ std::string TQuillonTextReader::ReadLine() {
 void TQuillonTextReader::TryReadBOM() {
   Fill(LongestUnit);
   const std::string_view Ahead = std::string_view(FBuffer).substr(FNext);
-  if (Ahead.starts_with(Utf8Mark)) {
-    FEncoding = TQuillonEncoding::Utf8;
-    FNext += Utf8Mark.size();
-  } else if (Ahead.starts_with(Utf16LEMark)) {
-    FEncoding = TQuillonEncoding::Utf16LE;
-    FNext += Utf16LEMark.size();
+  for (const TMark& Mark : Marks) {
+    if (Ahead.starts_with(Mark.Bytes)) {
+      FEncoding = Mark.Encoding;
+      FNext += Mark.Bytes.size();
+      return;
+    }
   }
 }
 
@@ -235,10 +258,10 @@ void TQuillonTextWriter::WriteLine(std::string_view AText) {
 }
 
 void TQuillonTextWriter::WriteBOM() {
-  if (FEncoding == TQuillonEncoding::Utf8) {
-    FBuffer.append(Utf8Mark);
-  } else if (FEncoding == TQuillonEncoding::Utf16LE) {
-    FBuffer.append(Utf16LEMark);
+  for (const TMark& Mark : Marks) {
+    if (Mark.Encoding == FEncoding) {
+      FBuffer.append(Mark.Bytes);
+    }
   }
 }
 

@@ -11,10 +11,11 @@
 enum class TQuillonEncoding {
   Utf8,
   Latin1,  ///< ISO 8859-1: one byte each, the code point itself
-  Utf16LE
+  Utf16LE,
+  Utf16BE
 };
 
-/// Characters and lines of a stream. What is wrong in its encoding is read as U+FFFD.
+/// Characters and lines of a stream. What is wrong in its encoding is read as U+FFFD, and counted.
 class TQuillonTextReader {
  public:
   /// The stream must outlive the reader, which reads ahead in pieces of the buffer's size.
@@ -37,6 +38,8 @@ class TQuillonTextReader {
   bool TryReadText(std::string_view AText, std::string& ATextRead);
 
   TQuillonEncoding Encoding() const { return FEncoding; }
+  /// How many sequences of bytes so far were no characters.
+  std::size_t InvalidCount() const { return FInvalidCount; }
 
   std::string FLineBreak = "\r\n";  ///< each of its characters ends a line
 
@@ -44,6 +47,7 @@ class TQuillonTextReader {
   bool ReadByte(std::uint8_t& AByte);
   bool ReadUnit(std::uint16_t& AUnit);
   bool Fill(std::size_t ACount);
+  char32_t Invalid();
   char32_t ReadUtf8(std::uint8_t AFirst);
   char32_t ReadUtf16(std::uint16_t AFirst);
   template <class TFold>
@@ -54,6 +58,7 @@ class TQuillonTextReader {
   std::string FBuffer;
   std::size_t FBufferSize;
   std::size_t FNext = 0;
+  std::size_t FInvalidCount = 0;
 };
 
 /// Lines of text into a stream. A line break is written only ahead of more text: a file never ends in one, and empty

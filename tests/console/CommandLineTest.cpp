@@ -7,58 +7,58 @@
 
 namespace {
 
-/// What the option reader answers: the value, or "(none)" where the option is not found.
-std::string Option(const std::vector<std::string>& AnArguments, std::string_view AName,
-                   bool APathsBeginWithSlash = true) {
-  std::string Value = "left over";
-  const bool IsFound = TCommandLine(AnArguments, APathsBeginWithSlash).FindOption(AName, Value);
-  if (!IsFound) {
-    EXPECT_EQ(Value, "") << "a value without an option";
+constexpr const char* NotFound = "(none)";
+
+struct TQuestion {
+  std::vector<std::string> Arguments;
+  const char* Name;
+  const char* Value;
+  bool PathsBeginWithSlash = true;
+};
+
+const TQuestion Questions[] = {
+    // A value is appended, or the next argument.
+    {{"export", "-c", "cfg.json"}, "c", "cfg.json"},
+    {{"export", "-c:cfg.json"}, "c", "cfg.json"},
+    {{"export", "-ccfg.json"}, "c", "cfg.json"},
+    {{"export", "-c=cfg.json"}, "c", "=cfg.json"},
+    {{"export", "-c::x"}, "c", ":x"},
+    {{"export", "-c:", "cfg.json"}, "c", ""},
+    {{"export", "-C", "cfg.json"}, "c", "cfg.json"},
+    {{"export", "/c:cfg.json", "/p:SDUI"}, "p", "SDUI"},
+    // It is empty where none follows.
+    {{"export", "-c"}, "c", ""},
+    {{"export", "-c", "-p", "sdui"}, "c", ""},
+    {{"export", "-c", "-"}, "c", ""},
+    {{"export", "-c", "", "cfg.json"}, "c", ""},
+    {{}, "c", NotFound},
+    {{"export", "", "c", "-", "-d"}, "c", NotFound},
+    {{"-s", "file"}, "s", "file"},
+    // A short name catches a longer option that stands ahead.
+    {{"export", "-sn", "srv", "-s", "server"}, "s", "n"},
+    {{"export", "-s", "server", "-sn", "srv"}, "s", "server"},
+    {{"export", "-s", "server", "-sn", "srv"}, "sn", "srv"},
+    {{"export", "-c", "first", "-c", "second"}, "c", "first"},
+    // A path is no switch where paths begin with a slash; one slash alone still leads a switch.
+    {{"export", "-fn", "/srv/plan.velmora"}, "fn", "/srv/plan.velmora"},
+    {{"export", "-fn", "//srv"}, "fn", "//srv"},
+    {{"export", "-o", "/srv/a:b/c"}, "o", "/srv/a:b/c"},
+    {{"export", "/srv/plan", "-s", "file"}, "s", "file"},
+    {{"export", "/c:/etc/cfg.json"}, "c", "/etc/cfg.json"},
+    {{"export", "-c/etc/cfg.json"}, "c", "/etc/cfg.json"},
+    {{"export", "-fn", "/plan.velmora"}, "fn", ""},
+    {{"export", "-fn:/plan.velmora"}, "fn", "/plan.velmora"},
+    {{"export", "-fn", "/srv/plan.velmora"}, "fn", "", false},
+    {{"export", "/srv/plan"}, "s", "rv/plan", false},
+};
+
+TEST(CommandLine, ReadsAnOption) {
+  for (const TQuestion& Question : Questions) {
+    std::string Value = "left over";
+    const TCommandLine Line(Question.Arguments, Question.PathsBeginWithSlash);
+    const bool IsFound = Line.FindOption(Question.Name, Value);
+    EXPECT_EQ(IsFound ? Value : NotFound + Value, Question.Value) << testing::PrintToString(Question.Arguments);
   }
-  return IsFound ? Value : "(none)";
-}
-
-TEST(CommandLine, TakesAnAppendedValueOrTheNextArgument) {
-  EXPECT_EQ(Option({"export", "-c", "cfg.json"}, "c"), "cfg.json");
-  EXPECT_EQ(Option({"export", "-c:cfg.json"}, "c"), "cfg.json");
-  EXPECT_EQ(Option({"export", "-ccfg.json"}, "c"), "cfg.json");
-  EXPECT_EQ(Option({"export", "-c=cfg.json"}, "c"), "=cfg.json");
-  EXPECT_EQ(Option({"export", "-c::x"}, "c"), ":x");
-  EXPECT_EQ(Option({"export", "-c:", "cfg.json"}, "c"), "");
-  EXPECT_EQ(Option({"export", "-C", "cfg.json"}, "c"), "cfg.json");
-  EXPECT_EQ(Option({"export", "/c:cfg.json", "/p:SDUI"}, "p"), "SDUI");
-}
-
-TEST(CommandLine, LeavesTheValueEmptyWhereNoneFollows) {
-  EXPECT_EQ(Option({"export", "-c"}, "c"), "");
-  EXPECT_EQ(Option({"export", "-c", "-p", "sdui"}, "c"), "");
-  EXPECT_EQ(Option({"export", "-c", "-"}, "c"), "");
-  EXPECT_EQ(Option({"export", "-c", "", "cfg.json"}, "c"), "");
-  EXPECT_EQ(Option({}, "c"), "(none)");
-  EXPECT_EQ(Option({"export", "", "c", "-", "-d"}, "c"), "(none)");
-  EXPECT_EQ(Option({"-s", "file"}, "s"), "file") << "the first argument is looked at as well";
-}
-
-TEST(CommandLine, LetsAShortNameCatchALongerOptionThatStandsAhead) {
-  EXPECT_EQ(Option({"export", "-sn", "srv", "-s", "server"}, "s"), "n");
-  EXPECT_EQ(Option({"export", "-s", "server", "-sn", "srv"}, "s"), "server");
-  EXPECT_EQ(Option({"export", "-s", "server", "-sn", "srv"}, "sn"), "srv");
-  EXPECT_EQ(Option({"newguids", "-fn", "x"}, "f"), "n");
-  EXPECT_EQ(Option({"export", "-c", "first", "-c", "second"}, "c"), "first");
-}
-
-TEST(CommandLine, TellsPathsFromSwitchesWherePathsBeginWithASlash) {
-  EXPECT_EQ(Option({"export", "-fn", "/srv/plan.velmora"}, "fn"), "/srv/plan.velmora");
-  EXPECT_EQ(Option({"export", "-fn", "//srv"}, "fn"), "//srv");
-  EXPECT_EQ(Option({"export", "-o", "/srv/a:b/c"}, "o"), "/srv/a:b/c");
-  EXPECT_EQ(Option({"export", "/srv/plan", "-s", "file"}, "s"), "file") << "a path is not searched for options";
-  EXPECT_EQ(Option({"export", "/c:/etc/cfg.json"}, "c"), "/etc/cfg.json");
-  EXPECT_EQ(Option({"export", "-c/etc/cfg.json"}, "c"), "/etc/cfg.json");
-  EXPECT_EQ(Option({"export", "-fn", "/plan.velmora"}, "fn"), "") << "one slash alone still leads a switch";
-  EXPECT_EQ(Option({"export", "-fn:/plan.velmora"}, "fn"), "/plan.velmora");
-
-  EXPECT_EQ(Option({"export", "-fn", "/srv/plan.velmora"}, "fn", false), "");
-  EXPECT_EQ(Option({"export", "/srv/plan"}, "s", false), "rv/plan");
 }
 
 TEST(CommandLine, FindsASwitchByItsWholeNameAnywhere) {

@@ -7,6 +7,7 @@ Usage: bad_input_test.py PROGRAM
 import io
 import os
 import random
+import re
 import resource
 import shutil
 import subprocess
@@ -18,6 +19,7 @@ import zipfile
 PROGRAM = ""
 IS_INSTRUMENTED = False  # a sanitizer reserves more addresses than the limit
 MEMORY = 1 << 30
+NEWGUIDS = ("newguids", "-f")
 MILLION = 10**6
 with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), "small.velmora"), "rb") as small:
     SMALL = small.read()
@@ -48,11 +50,10 @@ class BadInput(unittest.TestCase):
         self.data = os.path.join(self.folder, "plan.velmora")
         self.target = os.path.join(self.folder, "out")
 
-    def run_program(self, file_name, prefix=(), seconds=30):
+    def run_program(self, file_name, prefix=(), seconds=30, job=("export", "-s", "file", "-fn")):
         """Exit code and error line, after what must hold for every run."""
         done = subprocess.run(
-            [*prefix, PROGRAM, "export", "-s", "file", "-fn", file_name, "-o", self.target, "-minimal-display"],
-            timeout=seconds, stdout=subprocess.PIPE, stderr=subprocess.PIPE, stdin=subprocess.DEVNULL, check=False,
+            [*prefix, PROGRAM, *job, file_name, "-o", self.target, "-minimal-display"], timeout=seconds, stdout=subprocess.PIPE, stderr=subprocess.PIPE, stdin=subprocess.DEVNULL, check=False,
             env={**os.environ, "ASAN_OPTIONS": f"exitcode=99:hard_rss_limit_mb={2 * MEMORY >> 20}"},
             preexec_fn=None if IS_INSTRUMENTED else lambda: resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY)))
         self.assertEqual(done.stderr, b"")
@@ -75,7 +76,26 @@ class BadInput(unittest.TestCase):
         with open(self.data, "rb") as file:
             self.assertTrue(file.read() == content)
         self.assertEqual(os.stat(self.data).st_mtime_ns, 10**18)
+        self.renew(content)
         return found
+
+    def saved(self):
+        """The data file with its identifiers numbered in the order in which they come."""
+        with open(self.data, "rb") as file:
+            content = file.read()
+        numbers = {}
+        return re.sub(rb"{[-0-9A-F]{36}}", lambda found: b"%d" % numbers.setdefault(found[0], len(numbers)), content)
+
+    def renew(self, content):
+        """New identifiers: what is refused is left alone, and what is saved is loaded and saved again as it is."""
+        code, _ = self.run_program(self.data, job=NEWGUIDS)
+        if code != 0:
+            with open(self.data, "rb") as file:
+                self.assertTrue(file.read() == content)
+            return
+        first = self.saved()
+        self.assertEqual(self.run_program(self.data, job=NEWGUIDS), (0, ""))
+        self.assertEqual(self.saved(), first)
 
     def assert_refused(self, content, *names, about=None):
         """The line names the file, or the place in it; and nothing was exported."""

@@ -34,9 +34,11 @@ std::vector<TQuillonCSVLine> ReadLines(std::string AText, const std::function<vo
   return Lines;
 }
 
-std::string ErrorOf(const std::string& AText) {
+void BeStrict(TQuillonCSVReader& AReader) { AReader.FStrict = true; }
+
+std::string ErrorOf(const std::string& AText, const std::function<void(TQuillonCSVReader&)>& APrepare = {}) {
   try {
-    ReadLines(AText);
+    ReadLines(AText, APrepare);
   } catch (const EQuillonCSVReaderError& Error) {
     return Error.what();
   }
@@ -153,4 +155,26 @@ TEST(CSVReader, WrongQuotesAreToldWithTheLine) {
             "Falsches CSV-Format: Fehlendes Trennzeichen nach Begrenzungszeichen in Zeile 2.");
   EXPECT_EQ(ErrorOf("a\nb\n\"x\" y"), "Falsches CSV-Format: Fehlendes Trennzeichen in Zeile 3.");
   EXPECT_EQ(ErrorOf("a\nb\n\"x\" \"y\""), "Falsches CSV-Format: Fehlendes Trennzeichen in Zeile 3.");
+}
+
+TEST(CSVReader, AStrictOneTakesNoTornText) {
+  EXPECT_EQ(ErrorOf("a\nb;\"c\nd;e\n", BeStrict),
+            "Falsches CSV-Format: Fehlendes Begrenzungszeichen am Feldende in Zeile 2.");
+  for (const char* Text : {"a\nM\xFCller;b", "a\nb;\"\xFC\"\n", "a\nb\xE2\x82"}) {
+    EXPECT_EQ(ErrorOf(Text, BeStrict), "Falsches CSV-Format: Ungültige Zeichenkodierung in Zeile 2.") << Text;
+  }
+  EXPECT_EQ(ErrorOf(std::string("\xFF\xFE\x61\x00\x62", 5), BeStrict),
+            "Falsches CSV-Format: Ungültige Zeichenkodierung in Zeile 1.");
+  EXPECT_EQ(ErrorOf("\"a\"\n\uFFFD;Müller", BeStrict), "");
+}
+
+TEST(CSVReader, TellsWhereInTheTextItIs) {
+  TQuillonMemoryStream Stream("\r\na;\"two\r\nthree\"\r\n\n\rb;c\"");
+  TQuillonCSVReader Reader(Stream, false, 4096);
+  Reader.ReadLine();
+  EXPECT_EQ(Reader.TextLine(), 2);
+  EXPECT_EQ(Reader.FieldCount(), 2U);
+  EXPECT_THROW(Reader.ReadLine(), EQuillonCSVReaderError);
+  EXPECT_EQ(Reader.TextLine(), 6);
+  EXPECT_EQ(Reader.FieldCount(), 1U);
 }

@@ -41,6 +41,7 @@ TEST(TextIO, DamagedTextIsReadAsReplacementCharacters) {
   EXPECT_EQ(ReadAll(std::string("a\0=\xD8\0\xDEx\0", 8), Utf16LE), "a😀x");
   EXPECT_EQ(ReadAll(std::string("=\xD8x\0\0\xDE=\xD8", 8), Utf16LE), "\uFFFDx\uFFFD\uFFFD");
   EXPECT_EQ(ReadAll(std::string("a\0b", 3), Utf16LE), "a");
+  EXPECT_EQ(ReadAll(std::string("\0a\xD8=\xDE\0\0x", 8), Utf16BE), "a😀x");
 }
 
 TEST(TextIO, AMarkIsWrittenAndFound) {
@@ -48,7 +49,8 @@ TEST(TextIO, AMarkIsWrittenAndFound) {
   EXPECT_EQ(Written("Grün", Utf8), "\xEF\xBB\xBFGrün");
   EXPECT_EQ(Written("Grün 😀", Latin1), "Gr\xFCn ?");
   EXPECT_EQ(Written("ü😀", Utf16LE), std::string("\xFF\xFE\xFC\0=\xD8\0\xDE", 8));
-  for (const auto Encoding : {Utf8, Utf16LE}) {
+  EXPECT_EQ(Written("ü😀", Utf16BE), std::string("\xFE\xFF\0\xFC\xD8=\xDE\0", 8));
+  for (const auto Encoding : {Utf8, Utf16LE, Utf16BE}) {
     EXPECT_EQ(ReadAll(Written("Grün", Encoding), Latin1, true), "Grün");
   }
   EXPECT_EQ(ReadAll("\xEF\xBB", Latin1, true), "ï»");

@@ -84,67 +84,6 @@ TEST_F(MasterData, TheStandardFrameComesFirstAndTwiceIfListed) {
                 Id("41") + ";B;x" + Week);
 }
 
-TEST_F(MasterData, PeopleTellGenderBirthdateAndRelations) {
-  const std::string Body =
-      List("Teacher",
-           Item("Teacher", "01",
-                "<Code>Mü</Code><Gender>1</Gender><DateOfBirth>1960-02-29</DateOfBirth>"
-                "<Surname>Müller</Surname><Title>Dr.</Title>") +
-               Item("Teacher", "02", "<Code>Be</Code><Gender>7</Gender><DateOfBirth>1899-01-02</DateOfBirth>")) +
-      List("Students",
-           Item("Student", "03", "<Code>s</Code><Gender>2</Gender>" + Reference("Tutor", "Teacher", "01"))) +
-      List("Classes", Item("Class", "04",
-                           "<Code>5a</Code>" + Reference("Teacher2", "Teacher", "02") +
-                               List("Students", Reference("Item", "Student", "03"))));
-  auto Files = Export.Run(Document(Settings() + Body));
-  EXPECT_EQ(
-      Files["Teachers.csv"],
-      "Id;Code;LastName;MiddleName;FirstName;Salutation;Gender;Birthdate;EmailAddress;MobileNumber;TeacherNo;Color;"
-      "Notes;TimeFrameId;DepartmentIdList\r\n" +
-          Id("01") + ";Mü;Müller;;;Dr.;Male;1960-02-29;;;;;;" + Id("f1") + ";\r\n" + Id("02") +
-          ";Be;;;;;;1899-01-02;;;;;;" + Id("f1") + ";");
-  EXPECT_EQ(Files["Students.csv"],
-            "Id;Code;LastName;MiddleName;FirstName;Gender;Birthdate;EmailAddress;MobileNumber;Locality;PostalCode;"
-            "AddressLines;TutorId;Notes\r\n" +
-                Id("03") + ";s;;;;Female;;;;;;;" + Id("01") + ";");
-  EXPECT_EQ(Files["SchoolClasses.csv"],
-            "Id;Code;Description;Notes;Color;SchoolClassNo;Teacher1Id;Teacher2Id;DepartmentId;RoomId;TimeFrameId;"
-            "StudentIdList\r\n" +
-                Id("04") + ";5a;;;;;;" + Id("02") + ";;;" + Id("f1") + ";\"[\"\"" + Id("03") + "\"\"]\"");
-  // python3 -c 'import uuid; print(uuid.uuid5(uuid.NAMESPACE_OID, "{...04}{...03}"))', braced and in upper case
-  EXPECT_EQ(Files["StudentSchoolClassAttendances.csv"],
-            "Id;StudentId;SchoolCLassId\r\n10cc97fd-4cfd-5375-8c4d-dc990541db4a;" + Id("03") + ";" + Id("04"));
-}
-
-TEST_F(MasterData, AbsencesOfOneKindLeaveTheOtherFilesWithTheirHeaders) {
-  const auto Absence = [](std::string_view AnID, std::string_view ADay) {
-    return Item("RoomUnavailableTime", AnID,
-                "<Start>" + std::string(ADay) + "T08:00:00.000Z</Start><Comment>c</Comment>" +
-                    Reference("AbsenceReason", "RoomUnavailableReason", "51") + Reference("Room", "Room", "61"));
-  };
-  auto Files = Export.Run(
-      Document(Settings() + List("AbsenceTimes", Absence("01", "2026-09-01") + Absence("02", "2026-12-01"))));
-  const std::string Columns = "StartTimepoint;EndTimepoint;ReasonId;Description";
-  EXPECT_EQ(Files["TeacherAbsences.csv"], "Id;TeacherId;" + Columns);
-  EXPECT_EQ(Files["SchoolClassAbsences.csv"], "Id;SchoolClassId;" + Columns);
-  EXPECT_EQ(Files["RoomAbsences.csv"], "Id;RoomId;" + Columns + "\r\n" + Id("02") + ";" + Id("61") +
-                                           ";2026-12-01T08:00:00.000+01:00;;" + Id("51") + ";c\r\n" + Id("01") + ";" +
-                                           Id("61") + ";2026-09-01T08:00:00.000+02:00;;" + Id("51") + ";c");
-}
-
-TEST_F(MasterData, HolidaysAreTheEntriesFreeOfLessons) {
-  const std::string Entries = Item("CalendarEvent", "01",
-                                   "<Start>2026-12-23T00:00:00.000Z</Start><End>2027-01-06T12:30:00.500Z"
-                                   "</End><Display>W</Display><Description>\"a b\",c</Description>") +
-                              Item("CalendarEvent", "02", "<FreePeriod>0</FreePeriod>");
-  EXPECT_EQ(
-      Export.Run(Document(Settings() + "<Calendar Class=\"Calendar\" ID=\"{00000000-0000-0000-0000-0000000000E0}\">" +
-                          List("Entries", Entries) + "</Calendar>"))["Holidays.csv"],
-      "Id;Title;Description;TemporalExpressions\r\n" + Id("01") +
-          ";W;\"a b\r\nc\";\"[{\"\"_type\"\":\"\"OneTime\"\",\"\"Operation\"\":\"\"Include\"\",\"\"StartTimepoint\"\":"
-          "\"\"2026-12-23T00:00:00.000+01:00\"\",\"\"EndTimepoint\"\":\"\"2027-01-06T12:30:00.500+01:00\"\"}]\"");
-}
-
 TEST_F(MasterData, AFileThatIsNotWrittenStays) {
   Export.Run(Document(Settings() + List("Groups", Item("Group", "01", "<Code>G</Code>"))));
   EXPECT_THAT(Export.Run(Document(Settings())), ElementsAre(Key("Departments.csv"), Key("_Manifest.csv")));

@@ -52,26 +52,6 @@ ABSENCES = {  # Class: file, column and element of who or what is absent.
 }
 
 
-def quicksort(items, compare):
-    """The product's own: which of two equal items comes first depends on its exchanges."""
-    def sort(start, end):
-        while start < end:
-            left, right, pivot = start, end, (start + end) // 2
-            while left <= right:
-                while compare(items[left], items[pivot]) < 0:
-                    left += 1
-                while compare(items[right], items[pivot]) > 0:
-                    right -= 1
-                if left <= right:
-                    items[left], items[right] = items[right], items[left]
-                    pivot = right if pivot == left else left if pivot == right else pivot
-                    left, right = left + 1, right - 1
-            sort(start, right)
-            start = left
-    sort(0, len(items) - 1)
-    return items
-
-
 def day_number(moment):
     """The number that a date and time is held in: ahead of day 0 the time of day counts away from it."""
     day = moment.toordinal() - BASE.toordinal()
@@ -81,16 +61,6 @@ def day_number(moment):
 
 def code_units(text):
     return text.encode("utf-16-be")
-
-
-def first_difference(*pairs):
-    return next((1 if first > second else -1 for first, second in pairs if first != second), 0)
-
-
-def by_latest(moment, text):
-    """Order of two elements: the later moment first, then by the UTF-16 code units of a text."""
-    return lambda a, b: first_difference((day_number(moment(b)), day_number(moment(a))),
-                                         (code_units(text(a)), code_units(text(b))))
 
 
 def identifier(element):
@@ -109,11 +79,16 @@ def compact(value):
 
 
 class OcfSet:
-    """Reads a document and gives the files of its set."""
+    """Reads a document and gives the files of its set.
 
-    def __init__(self, file_name, zone):
+    The orders of the large lists do not decide between all of their items. They are those of the document as the program
+    saved it, and are judged here.
+    """
+
+    def __init__(self, file_name, saved_name, zone):
         self.zone = zone
         self.root = ElementTree.parse(file_name).getroot()
+        self.saved = ElementTree.parse(saved_name).getroot()
         # An object that is met twice is one, and has what was read last.
         self.last = {(e.get("Class"), e.get("ID").upper()): e for e in self.root.iter("Item") if len(e)}
         self.settings = self.root.find("Settings")
@@ -127,6 +102,19 @@ class OcfSet:
 
     def resolve(self, element):
         return self.last.get((element.get("Class"), element.get("ID").upper()), element)
+
+    def ordered(self, path, place):
+        """The items of a list that is sorted by their places."""
+        found = [self.last[e.get("Class"), e.get("ID").upper()] for e in self.saved.findall(f"./{path}[1]/Items/Item")]
+        given = [self.resolve(e) for e in self.root.findall(f"./{path}[1]/Items/Item")]
+        assert sorted(map(id, found)) == sorted(map(id, given)), path
+        places = list(map(place, found))
+        assert places == sorted(places), path
+        return found
+
+    def by_latest(self, path, moment, text):
+        """The later moment first, then by the UTF-16 code units of a text."""
+        return self.ordered(path, lambda e: (-day_number(self.moment(e, moment)), code_units(text(e))))
 
     # The kinds of values, each of an element and the name of its child.
 
@@ -208,8 +196,7 @@ class OcfSet:
         def code(absence):
             who = absence.find(ABSENCES[absence.get("Class")][2])
             return "" if who is None else self.text(self.resolve(who), "Code")
-        absences = self.items(self.root, "AbsenceTimes")
-        quicksort(absences, by_latest(lambda absence: self.moment(absence, "Start"), code))
+        absences = self.by_latest("AbsenceTimes", "Start", code)
         return {name: self.table(ABSENCE.format(column, who), [a for a in absences if a.get("Class") == kind])
                 for kind, (name, column, who) in ABSENCES.items() if absences}
 
@@ -232,8 +219,7 @@ class OcfSet:
         found = {name: rows for name, rows in found.items() if len(rows) > 1}
         if {"Students", "SchoolClasses"} <= set(found):
             found["StudentSchoolClassAttendances"] = self.attendances()
-        if entries := self.items(self.root.find("Calendar"), "Entries"):
-            quicksort(entries, by_latest(lambda entry: self.moment(entry, "End"), self.description))
+        if entries := self.by_latest("Calendar/Entries", "End", self.description):
             found["Holidays"] = self.table(HOLIDAYS, [e for e in entries if int(self.text(e, "FreePeriod", "1"))])
         return found | self.absence_tables()
 

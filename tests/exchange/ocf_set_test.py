@@ -8,6 +8,7 @@ import csv
 import itertools
 import json
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -45,7 +46,7 @@ class OcfSets(unittest.TestCase):
             done = subprocess.run(command, check=False, timeout=120, env={**os.environ, "TZ": zone},
                                   stdout=subprocess.PIPE)
             self.assertEqual(done.returncode, 0, done.stdout.decode())
-            wanted = ocf_changes.OcfSet(file_name, ZoneInfo(zone), *filters or (True, True))
+            wanted = ocf_changes.OcfSet(file_name, self.saved(file_name), ZoneInfo(zone), *filters or (True, True))
             tables, rows = wanted.tables(), {}
             expected = wanted.files(tables)
             self.assertEqual(set(os.listdir(target)), set(expected))
@@ -57,6 +58,16 @@ class OcfSets(unittest.TestCase):
                     rows[name[:-4]] = list(csv.reader(file, delimiter=";", strict=True))
             self.assertTrue(rows == tables)
         return rows
+
+    def saved(self, file_name):
+        """The document as the program saves it: an import from an empty folder."""
+        copy, empty, job = (f"{file_name}-{name}" for name in ("copy", "empty", "job"))
+        shutil.copy(file_name, copy)
+        os.mkdir(empty)
+        with open(job, "w", encoding="utf-8") as file:
+            json.dump({"Velmora": {"ocfImport": {"sourceFolderName": empty, "targetFileName": copy}}}, file)
+        subprocess.run([HOST, "import", job], check=True, timeout=120, stdout=subprocess.DEVNULL)
+        return copy
 
     def test_sample(self):
         with open(SAMPLE, "rb") as file:
@@ -129,7 +140,7 @@ class OcfSets(unittest.TestCase):
             self.compare(document(valid=valid))
 
     def test_order_of_equal_absences_and_entries(self):
-        """Many ties, so that the order in the files shows the exchanges of the sorting algorithm."""
+        """Many ties: the files tell them in the order in which the data file is saved."""
         roles = {"Teacher": "TeacherAbsenceTime", "Room": "RoomUnavailableTime", "Class": "ClassAbsenceTime"}
         codes = ["b", "a", "B", "ä", "a b", "", "😀", "\uf8ff"]
         people = [items(name, [item(kind, 10 + n, Code=code, Gender="0") for n, code in enumerate(codes)])

@@ -1,10 +1,10 @@
 """Courses, attendances and scheduled lessons of an OCF set, computed a second time."""
 
-import functools
+import itertools
 from datetime import datetime, timedelta
 
 import ocf_reference
-from ocf_reference import BASE, code_units, compact, day_number, derived, first_difference, identifier, quicksort
+from ocf_reference import BASE, code_units, compact, day_number, derived, identifier
 
 STAND_IN, EXTRA = "Stand-in", "AdditionalLesson"
 VA_FEHLSTELLE, VLM_ZUSAETZLICH = 7, 2
@@ -47,26 +47,29 @@ def without(elements, *others):
 class Timetable(ocf_reference.OcfSet):
     """Master data and timetable, with the filters of an export."""
 
-    def __init__(self, file_name, zone, only_courses=True, only_lessons=True):
-        super().__init__(file_name, zone)
+    def __init__(self, file_name, saved_name, zone, only_courses=True, only_lessons=True):
+        super().__init__(file_name, saved_name, zone)
         self.only_courses, self.only_lessons = only_courses, only_lessons
-        self.all_courses = self.items(self.root, "Events")
+        self.all_courses = self.ordered("Events", self.place)
         self.course_of = {key(lesson): course for course in self.all_courses for lesson in self.items(course, "Times")}
-        place = functools.cache(self.place)
-        quicksort(self.all_courses, lambda a, b: first_difference((place(a), place(b))))
         self.courses = [course for course in self.all_courses if self.told(course)]
-        self.changes = quicksort(self.items(self.root, "Changes"), self.compare_changes)
+        self.changes = self.ordered("Changes", self.span)
+        self.judge_changes_of_a_span()
 
     def place(self, course):
         codes = ", ".join(self.text(school_class, "Code") for school_class in self.items(course, "Classes"))
         return int(self.text(course, "BlockIndex", "0")), code_units(codes + self.title(course))
 
-    def compare_changes(self, a, b):
-        """No order in the strict sense where stand-ins and others meet: the algorithm decides."""
-        pairs = [(day_number(self.moment(b, name)), day_number(self.moment(a, name))) for name in ("Start", "End")]
-        if a.get("Class") == b.get("Class") == STAND_IN:
-            pairs.append((self.number(a, "StandInFeature"), self.number(b, "StandInFeature")))
-        return first_difference(*pairs, (a.get("ID").upper(), b.get("ID").upper()))
+    def span(self, change):
+        return tuple(-day_number(self.moment(change, name)) for name in ("Start", "End"))
+
+    def judge_changes_of_a_span(self):
+        """Stand-ins stand by feature and identifier, others by identifier. Where they meet there is no strict order."""
+        for _, group in itertools.groupby(self.changes, self.span):
+            places = [(self.number(change, "StandInFeature") if change.get("Class") == STAND_IN else None,
+                       change.get("ID").upper()) for change in group]
+            if len({feature is None for feature, _ in places}) == 1:
+                assert places == sorted(places), places
 
     # What an element holds.
 

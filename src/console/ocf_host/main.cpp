@@ -39,8 +39,11 @@ int main(int ACount, char** AValues) {
   static TVELGlobals& Globals = *new TVELGlobals;  // never freed, as in the console
   const TLineSink Output = [&Console](std::string_view ALine) { Console.WriteLine(ALine); };
   std::vector<std::string> Words = Console.Arguments(ACount, AValues);
-  const bool IsMinimal = TCommandLine(Words, Platform::PathsBeginWithSlash()).FindSwitch(MinimalDisplay);
-  std::erase_if(Words, [](std::string_view AWord) { return AWord.starts_with('-'); });
+  const auto AsksForMinimum = [](const std::vector<std::string>& AWords) {
+    return TCommandLine(AWords, Platform::PathsBeginWithSlash()).FindSwitch(MinimalDisplay);
+  };
+  const bool IsMinimal = AsksForMinimum(Words);
+  std::erase_if(Words, [&](const std::string& AWord) { return AWord.starts_with('-') || AsksForMinimum({AWord}); });
   TExchangeJobs Jobs(Globals.Plan(), Output);
   return TConsoleRun(Output, IsMinimal).Run([&] { RunJob(Words, Jobs); });
 }

@@ -1,7 +1,6 @@
 #include "QuillonDataObjects/Registry.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string>
 
 #include "QuillonDataObjects/DataClass.h"
@@ -62,27 +61,9 @@ namespace {
 
 constexpr std::size_t InitialSlots = 64;
 
-std::uint64_t Mix(std::uint64_t AValue) {
-  AValue ^= AValue >> 32;
-  AValue *= 0xD6E8FEB86659FD93U;
-  AValue ^= AValue >> 32;
-  AValue *= 0xD6E8FEB86659FD93U;
-  return AValue ^ (AValue >> 32);
-}
-
 }  // namespace
 
-TQuillonDataObjectRegistry::TQuillonDataObjectRegistry() : FSlots(InitialSlots) {
-  std::memcpy(&FSeed, QuillonGuid::New().Bytes.data(), sizeof FSeed);
-}
-
-std::uint64_t TQuillonDataObjectRegistry::HashOf(const TGUID& AnID) const {
-  std::uint64_t High = 0;
-  std::uint64_t Low = 0;
-  std::memcpy(&High, AnID.Bytes.data(), sizeof High);
-  std::memcpy(&Low, AnID.Bytes.data() + sizeof High, sizeof Low);
-  return Mix(Mix(High ^ FSeed) + Low);
-}
+TQuillonDataObjectRegistry::TQuillonDataObjectRegistry() : FSlots(InitialSlots) {}
 
 void TQuillonDataObjectRegistry::Put(std::vector<TSlot>& ASlots, const TSlot& ASlot) {
   const std::size_t Mask = ASlots.size() - 1;
@@ -108,7 +89,7 @@ void TQuillonDataObjectRegistry::AddObject(TQuillonDataAbstractObject& AnObject)
     return;
   }
   AnObject.FRegistered = true;
-  const std::uint64_t Hash = HashOf(AnObject.FID);
+  const std::uint64_t Hash = FHash(AnObject.FID);
   const auto IsOther = [&](const TSlot& ASlot) {
     return ASlot.Hash == Hash && ASlot.Object->FID == AnObject.FID &&
            &ASlot.Object->DataClass() == &AnObject.DataClass();
@@ -133,7 +114,7 @@ void TQuillonDataObjectRegistry::RemoveObject(TQuillonDataAbstractObject& AnObje
     return;
   }
   const std::size_t Mask = FSlots.size() - 1;
-  std::size_t Hole = HashOf(AnObject.FID) & Mask;
+  std::size_t Hole = FHash(AnObject.FID) & Mask;
   while (FSlots[Hole].Object != &AnObject) {
     Hole = (Hole + 1) & Mask;
   }
@@ -164,7 +145,7 @@ const TQuillonDataObjectRegistry::TSlot* TQuillonDataObjectRegistry::FindSlot(st
 
 TQuillonDataAbstractObject* TQuillonDataObjectRegistry::GetObject(const TGUID& AnID,
                                                                   const TQuillonDataClass& AClass) const {
-  const std::uint64_t Hash = HashOf(AnID);
+  const std::uint64_t Hash = FHash(AnID);
   const TSlot* const Slot = FindSlot(Hash, [&](const TSlot& ASlot) {
     return ASlot.Hash == Hash && ASlot.Object->FID == AnID && ASlot.Object->DataClass().DescendsFrom(AClass);
   });

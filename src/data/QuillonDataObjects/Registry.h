@@ -82,7 +82,6 @@ class TQuillonDataObjectRegistry {
     TQuillonDataAbstractObject* Object = nullptr;
   };
 
-  std::uint64_t HashOf(const TGUID& AnID) const;
   template <class TPredicate>
   const TSlot* FindSlot(std::uint64_t AHash, const TPredicate& APredicate) const;
   void Grow();
@@ -93,5 +92,5 @@ class TQuillonDataObjectRegistry {
   std::unordered_set<TQuillonDataAbstractObject*> FDoubles;
   std::map<TGUID, TQuillonDataList*> FLists;
   mutable std::mutex FListsMutex;
-  std::uint64_t FSeed;  ///< unknown to whoever made the file, so that nobody can aim at one slot
+  TGuidHash FHash;
 };

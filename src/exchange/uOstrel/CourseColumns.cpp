@@ -48,42 +48,42 @@ void WriteCourseNo(TCsvFile& AFile, const TVELAenderung& AChange) {
 
 }  // namespace
 
-std::span<const TJointColumn<TVELVeranstaltung>> CourseColumns() {
+std::span<const TColumn<TVELVeranstaltung>> CourseColumns() {
   using T = TVELVeranstaltung;
   using TChange = TVELAenderung;
-  static constexpr std::array<TJointColumn<T>, 16> Columns = {{
+  static constexpr std::array<TColumn<T>, 16> Columns = {{
       {"Id", [](TCsvFile& F, const T& O) { F.Identifier(O.ID()); }, WriteId},
       {"Title", [](TCsvFile& F, const T& O) { F.Text(O.KursTitel() + O.FExtern); },
        [](TCsvFile& F, const TChange& C) { F.Text(C.FInformation); }},
       {"Description", [](TCsvFile& F, const T& O) { F.Text(O.FInfo); },
        [](TCsvFile& F, const TChange& C) { F.Text(C.FBemerkung); }},
-      {"Notes", [](TCsvFile& F, const T& O) { F.Text(O.FBemerkung); }, nullptr},
-      {"CourseUrl", [](TCsvFile& F, const T& O) { F.Text(O.FLink); }, nullptr},
+      {"Notes", [](TCsvFile& F, const T& O) { F.Text(O.FBemerkung); }},
+      {"CourseUrl", [](TCsvFile& F, const T& O) { F.Text(O.FLink); }},
       {"SubjectId", [](TCsvFile& F, const T& O) { F.Id(O.FFach); },
        [](TCsvFile& F, const TChange& C) { F.Id(C.FNeuesFach); }},
       {"CourseNo", [](TCsvFile& F, const T& O) { F.Integer(O.FKursNr); }, WriteCourseNo},
-      {"CourseRef", [](TCsvFile& F, const T& O) { F.Text(O.FVeranstaltungsNr); }, nullptr},
-      {"StartDate", [](TCsvFile& F, const T& O) { F.Timepoint(O.FGueltigVon); }, nullptr},
-      {"EndDate", [](TCsvFile& F, const T& O) { F.Timepoint(O.FGueltigBis); }, nullptr},
-      {"CourseGroup", [](TCsvFile& F, const T& O) { F.Text(O.FGruppe); }, nullptr},
-      {"Block", [](TCsvFile& F, const T& O) { F.Text(O.FBlockID); }, nullptr},
+      {"CourseRef", [](TCsvFile& F, const T& O) { F.Text(O.FVeranstaltungsNr); }},
+      {"StartDate", [](TCsvFile& F, const T& O) { F.Timepoint(O.FGueltigVon); }},
+      {"EndDate", [](TCsvFile& F, const T& O) { F.Timepoint(O.FGueltigBis); }},
+      {"CourseGroup", [](TCsvFile& F, const T& O) { F.Text(O.FGruppe); }},
+      {"Block", [](TCsvFile& F, const T& O) { F.Text(O.FBlockID); }},
       {"SchedulePattern", [](TCsvFile& F, const T& O) { F.Text(O.FReoccur ? "WeeklyEvents" : "OneTimeEvents"); },
        [](TCsvFile& F, const TChange& /*C*/) { F.Text("OneTimeEvents"); }},
-      {"SubjectFocusId", [](TCsvFile& F, const T& O) { F.Id(O.FFachschwerpunkt); }, nullptr},
+      {"SubjectFocusId", [](TCsvFile& F, const T& O) { F.Id(O.FFachschwerpunkt); }},
       {"RoomIdList", [](TCsvFile& F, const T& O) { F.IdList(O.FRaeume); }, WriteRooms},
       {"SchoolClassIdList", [](TCsvFile& F, const T& O) { F.IdList(O.FKlassen); }, WriteClasses},
   }};
   return Columns;
 }
 
-std::span<const TJointColumn<TScheduledLesson>> ScheduledLessonColumns() {
+std::span<const TColumn<TScheduledLesson>> ScheduledLessonColumns() {
   using T = TScheduledLesson;
   using TChange = TVELAenderung;
-  static constexpr std::array<TJointColumn<T>, 9> Columns = {{
+  static constexpr std::array<TColumn<T>, 9> Columns = {{
       {"Id", [](TCsvFile& F, const T& O) { F.Identifier(O.Appointment.ID()); }, WriteId},
-      {"Description", [](TCsvFile& F, const T& O) { F.Text(O.Appointment.FBemerkung); }, nullptr},
+      {"Description", [](TCsvFile& F, const T& O) { F.Text(O.Appointment.FBemerkung); }},
       {"CourseId", [](TCsvFile& F, const T& O) { F.Id(O.Appointment.Veranstaltung()); }, WriteId},
-      {"Block", [](TCsvFile& F, const T& O) { F.Text(O.Appointment.FBlockID); }, nullptr},
+      {"Block", [](TCsvFile& F, const T& O) { F.Text(O.Appointment.FBlockID); }},
       {"RoomIdList", [](TCsvFile& F, const T& O) { F.Text(Rooms(&O.Appointment)); }, WriteRooms},
       {"SchoolClassIdList", [](TCsvFile& F, const T& O) { F.Text(Classes(&O.Appointment)); }, WriteClasses},
       {"TeacherIdList", [](TCsvFile& F, const T& O) { F.Text(Teachers(&O.Appointment)); }, WriteTeachers},

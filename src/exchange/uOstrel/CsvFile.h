@@ -10,6 +10,8 @@
 #include "uOstrel/Values.h"
 #include "uPlandaten/Basis.h"
 
+class TVELAenderung;
+
 namespace uOstrel {
 
 /// One file of an OCF set while it is written: cells of a row one behind the other, in the value forms of the format.
@@ -49,6 +51,8 @@ template <class T>
 struct TColumn {
   std::string_view Name;
   void (*Write)(TCsvFile& AFile, const T& AnObject);
+  /// The cell of an additional lesson, where such rows stand behind the objects; null leaves it empty.
+  void (*WriteChange)(TCsvFile& AFile, const TVELAenderung& AChange) = nullptr;
 };
 
 /// Writes the row of column names.
@@ -65,6 +69,19 @@ template <class T>
 void WriteRow(TCsvFile& AFile, std::span<const TColumn<T>> AColumns, const T& AnObject) {
   for (const TColumn<T>& Column : AColumns) {
     Column.Write(AFile, AnObject);
+  }
+  AFile.EndRow();
+}
+
+/// Writes the row of an additional lesson.
+template <class T>
+void WriteChange(TCsvFile& AFile, std::span<const TColumn<T>> AColumns, const TVELAenderung& AChange) {
+  for (const TColumn<T>& Column : AColumns) {
+    if (Column.WriteChange != nullptr) {
+      Column.WriteChange(AFile, AChange);
+    } else {
+      AFile.Text({});
+    }
   }
   AFile.EndRow();
 }

@@ -1,16 +1,11 @@
 #include "uOstrel/CsvReader.h"
 
-#include <cstring>
-#include <unordered_map>
-#include <unordered_set>
+#include <type_traits>
 #include <utility>
 
 #include "QuillonFileSystem.h"
-#include "QuillonNumbers.h"
-#include "QuillonText.h"
 #include "uOstrel/CatalogClasses.h"
 #include "uOstrel/Columns.h"
-#include "uOstrel/CsvSource.h"
 #include "uPlandaten/Faecher.h"
 #include "uPlandaten/Klassen.h"
 #include "uPlandaten/Lehrer.h"
@@ -20,279 +15,155 @@
 #include "uPlandaten/Veranstaltungen.h"
 #include "uSchluessel/Verzeichnisse.h"
 
+using uOstrel::TCatalog;
 using uOstrel::TCsvSource;
 
 namespace {
 
-struct TGuidHash {
-  std::size_t operator()(const TGUID& AGuid) const {
-    std::size_t Hash = 0;
-    std::memcpy(&Hash, AGuid.Bytes.data(), sizeof(Hash));
-    return Hash;
-  }
-};
-
-/// The items of a list by identifier; the first of several counts, as in a walk over the list.
-template <class TItem>
-class TIdIndex {
- public:
-  template <class TList>
-  explicit TIdIndex(const TList& AList) {
-    for (TItem* Item : AList) {
-      Add(*Item);
-    }
-  }
-  void Add(TItem& AnItem) { FItems.emplace(AnItem.ID(), &AnItem); }
-  TItem* Find(const TGUID& AnID) const {
-    const auto Found = FItems.find(AnID);
-    return Found != FItems.end() ? Found->second : nullptr;
-  }
-
- private:
-  std::unordered_map<TGUID, TItem*, TGuidHash> FItems;
-};
-
-/// The codes of a list, and how many items have each.
-class TCodes {
- public:
-  explicit TCodes(const TVELStammobjektliste& AList) {
-    for (const TVELStammobjekt* Item : AList) {
-      ++FCounts[Item->FKuerzel];
-    }
-  }
-
-  /// Gives the object the code, or the first of code-1, code-2 and so on that no other one has.
-  void Assign(TVELStammobjekt& AnObject, bool AnIsNew, const std::string& ACode) {
-    if (!AnIsNew) {
-      --FCounts[AnObject.FKuerzel];
-    }
-    std::string Code = ACode;
-    for (std::int64_t Number = 1; FCounts[Code] > 0; ++Number) {
-      Code = ACode + "-";
-      QuillonNumbers::AppendInteger(Code, Number);
-    }
-    ++FCounts[Code];
-    AnObject.Set(AnObject.FKuerzel, Code);
-  }
-
- private:
-  std::unordered_map<std::string, int> FCounts;
-};
-
-/// An object for a row: one that the file only referred to so far, or a new one.
-TVELDataObject& Make(TVELPlan& APlan, TQuillonDataAbstractObject& AnOwner, const TQuillonDataClass& AClass,
-                     const TGUID& AnID) {
-  TQuillonDataAbstractObject* Object = APlan.Registry().GetObject(AnID, AClass);
-  if (Object == nullptr) {
-    Object = AClass.Create(&AnOwner, AnID);
-  }
-  return static_cast<TVELDataObject&>(*Object);
-}
-
-/// Replaces a list of a new course by the objects that the cell names and the plan knows.
-template <class TItem, class TList>
-void FillList(const TCsvSource& ARow, std::string_view AColumn, TList& AList, const TIdIndex<TItem>& AnIndex) {
-  const auto Named = ARow.Guids(AColumn);
-  if (!Named) {
-    return;
-  }
-  AList.Clear();
-  std::unordered_set<const TItem*> Listed;
-  for (const TGUID& ID : *Named) {
-    TItem* const Item = AnIndex.Find(ID);
-    if (Item != nullptr && Listed.insert(Item).second) {
-      AList.Add(Item);
-    }
-  }
-}
+std::string FileOf(const TCatalog& ACatalog) { return std::string(ACatalog.Name) + ".csv"; }
 
 }  // namespace
 
 TVELOstrelCsvReader::TVELOstrelCsvReader(TVELPlan& APlan, std::unique_ptr<TOcfConfiguration> AConfiguration)
-    : TVELOstrelSynchronizer(APlan, std::move(AConfiguration)) {}
+    : TVELOstrelSynchronizer(APlan, std::move(AConfiguration)), FImport(APlan) {}
 
 TVELOstrelCsvReader::TVELOstrelCsvReader(TVELPlan& APlan, const std::string& /*ACfgFileName*/)
     : TVELOstrelCsvReader(APlan, std::unique_ptr<TOcfConfiguration>()) {}
 
-std::string TVELOstrelCsvReader::GetFileName() const { return Options().FTargetFileName; }
-TGUID TVELOstrelCsvReader::GetServerFileId() const { return ParseFileId(Options().FServerFileId); }
-std::string TVELOstrelCsvReader::GetServerName() const { return Options().FServerName; }
-std::uint16_t TVELOstrelCsvReader::GetServerPort() const { return Options().FServerPort; }
-std::string TVELOstrelCsvReader::GetServerUserName() const { return Options().FServerUserName; }
-std::string TVELOstrelCsvReader::GetServerPassword() const { return Options().FServerPassword; }
+void TVELOstrelCsvReader::ReadAll() {
+  if (!TQuillonFileSystem::IsDirectory(Options().FSourceFolderName)) {
+    throw EQuillonException("The source folder \"" + Options().FSourceFolderName + "\" does not exist.");
+  }
+  ReadAhead();
+  TVELSammelaenderung Changes(FPlan);
+  FImport.FChanges = &Changes;
+  ReadCatalogs();
+  Merge(uOstrel::DepartmentImport(), FPlan.FTeams);
+  Merge(uOstrel::RoomImport(), FPlan.FRaeume);
+  Merge(uOstrel::SubjectImport(), FPlan.FFaecher);
+  Merge(uOstrel::TeacherImport(), FPlan.FLehrer);
+  Merge(uOstrel::SchoolClassImport(), FPlan.FKlassen);
+  Merge(uOstrel::StudentImport(), FPlan.FSchueler);
+  Merge(uOstrel::CourseImport(), FPlan.FVeranstaltungen);
+  Changes.Finish();
+  FImport.FChanges = nullptr;
+}
 
-template <class TRead>
-void TVELOstrelCsvReader::ForEachRow(const std::string& AFileName, const TRead& ARead) {
-  const std::string Path = TQuillonFilePath::Combine(Options().FSourceFolderName, AFileName);
-  if (FAborted || !TQuillonFileSystem::IsFile(Path)) {
+void TVELOstrelCsvReader::ReadAhead() {
+  for (const TCatalog& Catalog : uOstrel::Catalogs()) {
+    Load<TVELSchluessel>({FileOf(Catalog), uOstrel::CatalogImport()});
+    CheckCatalog(Catalog);
+  }
+  Load(uOstrel::DepartmentImport());
+  Load(uOstrel::RoomImport());
+  Load(uOstrel::SubjectImport());
+  Load(uOstrel::TeacherImport());
+  Load(uOstrel::SchoolClassImport());
+  Load(uOstrel::StudentImport());
+  Load(uOstrel::CourseImport());
+}
+
+template <class T>
+void TVELOstrelCsvReader::Load(const uOstrel::TImportFile<T>& AFile) {
+  if (FAborted) {
     return;
   }
-  TCsvSource Source(Path);
-  while (!FAborted && Source.Next()) {
-    ARead(Source);
+  std::vector<uOstrel::TSourceColumn> Columns;
+  for (const auto& Column : AFile.Columns) {
+    Columns.push_back({.Name = Column.Name, .Kind = Column.Kind});
+  }
+  const std::string Path = TQuillonFilePath::Combine(Options().FSourceFolderName, AFile.Name);
+  const TCsvSource& Source = FSources.try_emplace(std::string(AFile.Name), Path, std::move(Columns)).first->second;
+  for (std::size_t I = 0; I < AFile.Columns.size(); ++I) {
+    const auto& Column = AFile.Columns[I];
+    for (std::size_t Row = 0; Column.Check != nullptr && Row < Source.RowCount(); ++Row) {
+      try {
+        Column.Check(FImport, Source.Row(Row).Cells[I]);
+      } catch (const EQuillonException& Error) {
+        Source.Refuse(Row, Column.Name, Error.what());
+      }
+    }
   }
 }
 
-template <class TItem, class TList, class TFill>
-void TVELOstrelCsvReader::MergeRows(const std::string& AFileName, TList& AList, const TFill& AFill) {
-  TIdIndex<TItem> Index(AList);
-  ForEachRow(AFileName, [&](const TCsvSource& ARow) {
-    const TGUID ID = ARow.Guid("Id", QuillonGuid::New());
-    TItem* Item = Index.Find(ID);
-    const bool IsNew = Item == nullptr;
-    if (IsNew) {
-      Item = static_cast<TItem*>(&Make(FPlan, FPlan, TItem::Class(), ID));
-    }
-    AFill(ARow, *Item, IsNew);
-    if (IsNew) {
-      AList.Add(Item);
-      Index.Add(*Item);
+/// Some catalogs can bring no new keys.
+void TVELOstrelCsvReader::CheckCatalog(const TCatalog& ACatalog) {
+  const uOstrel::TIdIndex& Index = FImport.Index(ACatalog.Keys(*FPlan.FVerzeichnisse));
+  ForEachRow(FileOf(ACatalog), [&](const TCsvSource::TRow& ARow) {
+    if (Index.Find(ARow.ID.value_or(TGUID())) == nullptr) {
+      uOstrel::CatalogClass(ACatalog.Name);
     }
   });
 }
 
-void TVELOstrelCsvReader::ReadAll() {
-  ReadCatalogs();
-  ReadDepartments();
-  ReadRooms();
-  ReadSubjects();
-  ReadTeachers();
-  ReadSchoolClasses();
-  ReadStudents();
-  ReadCourses();
+template <class TTake>
+void TVELOstrelCsvReader::ForEachRow(const std::string& AName, const TTake& ATake) {
+  const auto Found = FSources.find(AName);
+  const std::size_t Count = Found != FSources.end() ? Found->second.RowCount() : 0;
+  for (std::size_t Row = 0; Row < Count && !FAborted; ++Row) {
+    ATake(Found->second.Row(Row));
+  }
+}
+
+template <class T>
+T& TVELOstrelCsvReader::Make(TQuillonDataAbstractObject& AnOwner, const TQuillonDataClass& AClass, const TGUID& AnID) {
+  TQuillonDataAbstractObject* const Known = FPlan.Registry().GetObject(AnID, AClass);
+  return static_cast<T&>(*(Known != nullptr ? Known : AClass.Create(&AnOwner, AnID)));
+}
+
+template <class T>
+void TVELOstrelCsvReader::Fill(T& AnObject, std::span<const uOstrel::TImportColumn<T>> AColumns,
+                               const TCsvSource::TRow& ARow) {
+  for (std::size_t I = 0; I < AColumns.size(); ++I) {
+    AColumns[I].Set(FImport, AnObject, ARow.Cells[I]);
+  }
 }
 
 void TVELOstrelCsvReader::ReadCatalogs() {
-  for (const uOstrel::TCatalog& Catalog : uOstrel::Catalogs()) {
-    TVELSchluesselverzeichnis& Keys = Catalog.Keys(*FPlan.FVerzeichnisse);
-    TIdIndex<TVELSchluessel> Index(Keys);
-    ForEachRow(std::string(Catalog.Name) + ".csv", [&](const TCsvSource& ARow) {
-      TVELSchluessel* Key = Index.Find(ARow.Guid("Id"));
+  for (const TCatalog& Catalog : uOstrel::Catalogs()) {
+    TVELVerzeichnisse& Directories = *FPlan.FVerzeichnisse;
+    TVELSchluesselverzeichnis& Keys = Catalog.Keys(Directories);
+    uOstrel::TIdIndex& Index = FImport.Index(Keys);
+    const std::string FileName = FileOf(Catalog);
+    ForEachRow(FileName, [&](const TCsvSource::TRow& ARow) {
+      auto* Key = static_cast<TVELSchluessel*>(Index.Find(ARow.ID.value_or(TGUID())));
       const bool IsNew = Key == nullptr;
       if (IsNew) {
-        Key = static_cast<TVELSchluessel*>(&Make(FPlan, *FPlan.FVerzeichnisse, uOstrel::CatalogClass(Catalog.Name),
-                                                 ARow.Guid("Id", QuillonGuid::New())));
+        Key = &Make<TVELSchluessel>(Directories, uOstrel::CatalogClass(Catalog.Name),
+                                    ARow.ID.value_or(QuillonGuid::New()));
       }
-      // Not the column that the export writes its codes to: the format has it so.
-      Key->Set(Key->FKuerzel, ARow.Text("InternalCode"));
-      Key->Set(Key->FBezeichnung, ARow.Text("Name"));
-      Key->Set(Key->FSchluessel, ARow.Text("StatisticalCode"));
+      Fill(*Key, uOstrel::CatalogImport(), ARow);
       if (IsNew) {
         Keys.Add(Key);
         Index.Add(*Key);
       }
     });
+    FSources.erase(FileName);
   }
 }
 
-void TVELOstrelCsvReader::ReadDepartments() {
-  TCodes Codes(FPlan.FTeams);
-  MergeRows<TVELTeam>("Departments.csv", FPlan.FTeams, [&](const TCsvSource& ARow, TVELTeam& ATeam, bool AnIsNew) {
-    Codes.Assign(ATeam, AnIsNew, ARow.Text("Code"));
-    ATeam.Set(ATeam.FBezeichnung, ARow.Text("Name"));
+template <class T, class TList>
+void TVELOstrelCsvReader::Merge(const uOstrel::TImportFile<T>& AFile, TList& AList) {
+  uOstrel::TIdIndex& Index = FImport.Index(AList);
+  if constexpr (std::is_base_of_v<TVELStammobjekt, T>) {
+    FImport.FCodes.emplace(AList);
+  }
+  ForEachRow(AFile.Name, [&](const TCsvSource::TRow& ARow) {
+    const TGUID ID = ARow.ID ? *ARow.ID : QuillonGuid::New();
+    auto* Item = static_cast<T*>(Index.Find(ID));
+    FImport.FIsNew = Item == nullptr;
+    if (FImport.FIsNew) {
+      Item = &Make<T>(FPlan, T::Class(), ID);
+    }
+    Fill(*Item, AFile.Columns, ARow);
+    if (FImport.FIsNew) {
+      Index.Add(*Item);
+      if constexpr (std::is_same_v<T, TVELVeranstaltung>) {
+        FImport.FChanges->Add(*Item);
+      } else {
+        AList.Add(Item);
+      }
+    }
   });
-}
-
-void TVELOstrelCsvReader::ReadRooms() {
-  TCodes Codes(FPlan.FRaeume);
-  MergeRows<TVELRaum>("Rooms.csv", FPlan.FRaeume, [&](const TCsvSource& ARow, TVELRaum& ARoom, bool AnIsNew) {
-    Codes.Assign(ARoom, AnIsNew, ARow.Text("Code"));
-    ARoom.Set(ARoom.FBezeichnung, ARow.Text("Name"));
-    ARoom.Set(ARoom.FBemerkung, ARow.Text("Notes"));
-    ARoom.Set(ARoom.FKapazitaet, ARow.Integer("Capacity"));
-  });
-}
-
-void TVELOstrelCsvReader::ReadSubjects() {
-  TCodes Codes(FPlan.FFaecher);
-  MergeRows<TVELFach>("Subjects.csv", FPlan.FFaecher, [&](const TCsvSource& ARow, TVELFach& ASubject, bool AnIsNew) {
-    Codes.Assign(ASubject, AnIsNew, ARow.Text("Code"));
-    ASubject.Set(ASubject.FBezeichnung, ARow.Text("Name"));
-    ASubject.Set(ASubject.FSchluessel, ARow.Text("StatisticalCode"));
-  });
-}
-
-void TVELOstrelCsvReader::ReadTeachers() {
-  TCodes Codes(FPlan.FLehrer);
-  MergeRows<TVELLehrer>("Teachers.csv", FPlan.FLehrer, [&](const TCsvSource& ARow, TVELLehrer& ATeacher, bool AnIsNew) {
-    Codes.Assign(ATeacher, AnIsNew, ARow.Text("Code"));
-    ATeacher.Set(ATeacher.FPersonalnummer, ARow.Text("TeacherNo"));
-    ATeacher.Set(ATeacher.FBemerkung, ARow.Text("Notes"));
-    ATeacher.Set(ATeacher.FVorname, ARow.Text("FirstName"));
-    ATeacher.Set(ATeacher.FNachname, ARow.Text("LastName"));
-    ATeacher.Set(ATeacher.FMittelname, ARow.Text("MiddleName"));
-    ATeacher.Set(ATeacher.FTitel, ARow.Text("Salutation"));
-  });
-}
-
-void TVELOstrelCsvReader::ReadSchoolClasses() {
-  TCodes Codes(FPlan.FKlassen);
-  const TIdIndex<TVELLehrer> Teachers(FPlan.FLehrer);
-  const TIdIndex<TVELTeam> Departments(FPlan.FTeams);
-  const TIdIndex<TVELRaum> Rooms(FPlan.FRaeume);
-  const TIdIndex<TVELSchueler> Students(FPlan.FSchueler);
-  MergeRows<TVELKlasse>(
-      "SchoolClasses.csv", FPlan.FKlassen, [&](const TCsvSource& ARow, TVELKlasse& AClass, bool AnIsNew) {
-        Codes.Assign(AClass, AnIsNew, ARow.Text("Code"));
-        AClass.Set(AClass.FBezeichnung, ARow.Text("Description"));
-        AClass.Set(AClass.FBemerkung, ARow.Text("Notes"));
-        AClass.Set(AClass.FSchulnummer, ARow.Text("SchoolClassNo"));
-        AClass.Set(AClass.FLehrer1, Teachers.Find(ARow.Guid("Teacher1Id")));
-        AClass.Set(AClass.FLehrer2, Teachers.Find(ARow.Guid("Teacher2Id")));
-        AClass.Set(AClass.FTeam, Departments.Find(ARow.Guid("DepartmentId")));
-        AClass.Set(AClass.FRaum, Rooms.Find(ARow.Guid("RoomId")));
-        for (const TGUID& ID : ARow.Guids("StudentIdList").value_or(std::vector<TGUID>())) {
-          TVELSchueler* const Student = Students.Find(ID);
-          if (Student == nullptr) {
-            throw EQuillonException("The plan has no student " + QuillonGuid::Plain(ID) + ", whom class " +
-                                    QuillonText::Quoted(AClass.FKuerzel) + " names.");
-          }
-          Student->SetKlasse(&AClass);
-        }
-      });
-}
-
-void TVELOstrelCsvReader::ReadStudents() {
-  MergeRows<TVELSchueler>("Students.csv", FPlan.FSchueler,
-                          [&](const TCsvSource& ARow, TVELSchueler& AStudent, bool /*AnIsNew*/) {
-                            AStudent.Set(AStudent.FSchuelerNr, ARow.Text("StudentNo"));
-                            AStudent.Set(AStudent.FBemerkung, ARow.Text("Notes"));
-                            AStudent.Set(AStudent.FVorname, ARow.Text("FirstName"));
-                            AStudent.Set(AStudent.FNachname, ARow.Text("LastName"));
-                            AStudent.Set(AStudent.FMittelname, ARow.Text("MiddleName"));
-                            AStudent.Set(AStudent.FGebDatum, TVELDate(ARow.DateTime("Birthdate")));
-                            AStudent.Set(AStudent.FOrt, ARow.Text("Locality"));
-                            AStudent.Set(AStudent.FPostleitzahl, ARow.Text("PostalCode"));
-                            AStudent.Set(AStudent.FStrasse, ARow.Text("AddressLines"));
-                          });
-}
-
-void TVELOstrelCsvReader::ReadCourses() {
-  const TIdIndex<TVELFach> Subjects(FPlan.FFaecher);
-  const TIdIndex<TVELSchluessel> Focuses(FPlan.FVerzeichnisse->FFachschwerpunkte);
-  const TIdIndex<TVELRaum> Rooms(FPlan.FRaeume);
-  const TIdIndex<TVELKlasse> Classes(FPlan.FKlassen);
-  const TIdIndex<TVELSchueler> Students(FPlan.FSchueler);
-  const TIdIndex<TVELLehrer> Teachers(FPlan.FLehrer);
-  MergeRows<TVELVeranstaltung>(
-      "Courses.csv", FPlan.FVeranstaltungen, [&](const TCsvSource& ARow, TVELVeranstaltung& ACourse, bool AnIsNew) {
-        ACourse.Set(ACourse.FInfo, ARow.Text("Description"));
-        ACourse.Set(ACourse.FBemerkung, ARow.Text("Notes"));
-        ACourse.Set(ACourse.FLink, ARow.Text("CourseUrl"));
-        ACourse.SetFach(Subjects.Find(ARow.Guid("SubjectId")));
-        ACourse.SetKursNr(ARow.Integer("CourseNo"));
-        ACourse.Set(ACourse.FVeranstaltungsNr, ARow.Text("CourseRef"));
-        ACourse.Set(ACourse.FGueltigVon, TVELDate(ARow.DateTime("StartDate")));
-        ACourse.Set(ACourse.FGueltigBis, TVELDate(ARow.DateTime("EndDate")));
-        ACourse.Set(ACourse.FGruppe, ARow.Text("CourseGroup"));
-        ACourse.Set(ACourse.FReoccur, ARow.Text("SchedulePattern") != "OneTimeEvents");
-        ACourse.Set(ACourse.FFachschwerpunkt,
-                    static_cast<TVELFachschwerpunkt*>(Focuses.Find(ARow.Guid("SubjectFocusId"))));
-        if (AnIsNew) {
-          FillList(ARow, "RoomIdList", ACourse.FRaeume, Rooms);
-          FillList(ARow, "SchoolClassIdList", ACourse.FKlassen, Classes);
-          FillList(ARow, "StudentIdList", ACourse.FSchueler, Students);
-          FillList(ARow, "TeacherIdList", ACourse.FLehrer, Teachers);
-        }
-      });
+  FSources.erase(AFile.Name);
 }

@@ -1,9 +1,16 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
+#include <unordered_map>
 
 #include "Synchronizer.h"
+#include "uOstrel/ImportColumns.h"
+
+namespace uOstrel {
+struct TCatalog;
+}
 
 /// Merges the master data and the courses of an OCF set into a plan: an object whose identifier the plan knows is
 /// updated, another one is created, none is deleted. A file that the set lacks is passed over.
@@ -13,34 +20,33 @@ class TVELOstrelCsvReader : public TVELOstrelSynchronizer {
   /// A job with a configuration file has no settings and fails at its first look at them.
   TVELOstrelCsvReader(TVELPlan& APlan, const std::string& ACfgFileName);
 
-  /// All files in their order.
-  /// @throws EQuillonCSVReaderError, EQuillonConvertError and EQuillonException; the plan then holds what was read so
-  ///   far and should not be saved
+  /// Reads and checks all files, then takes them over in their order.
+  /// @throws EQuillonException, while the plan is still as it was, for a folder that does not exist and for a file
+  ///   with what cannot be taken over
   void ReadAll();
 
-  void ReadCatalogs();
-  void ReadDepartments();
-  void ReadRooms();
-  void ReadSubjects();
-  void ReadTeachers();
-  void ReadSchoolClasses();
-  void ReadStudents();
-  void ReadCourses();
-
  protected:
-  std::string GetFileName() const override;
-  TGUID GetServerFileId() const override;
-  std::string GetServerName() const override;
-  std::uint16_t GetServerPort() const override;
-  std::string GetServerUserName() const override;
-  std::string GetServerPassword() const override;
+  const TOcfImportOptions& Options() const override { return Configuration().FOcfImport; }
+  std::string GetFileName() const override { return Options().FTargetFileName; }
 
  private:
-  const TOcfImportOptions& Options() const { return Configuration().FOcfImport; }
-  /// Calls ARead with the file at each of its rows, until the job is aborted; not at all without the file.
-  template <class TRead>
-  void ForEachRow(const std::string& AFileName, const TRead& ARead);
-  /// Calls AFill with each row of a file and its object, which enters the list behind it if it is new.
-  template <class TItem, class TList, class TFill>
-  void MergeRows(const std::string& AFileName, TList& AList, const TFill& AFill);
+  void ReadAhead();
+  /// Reads a file of the set and checks all its cells.
+  template <class T>
+  void Load(const uOstrel::TImportFile<T>& AFile);
+  void CheckCatalog(const uOstrel::TCatalog& ACatalog);
+  void ReadCatalogs();
+  /// Takes over the rows of a file that was loaded.
+  template <class T, class TList>
+  void Merge(const uOstrel::TImportFile<T>& AFile, TList& AList);
+  template <class TTake>
+  void ForEachRow(const std::string& AName, const TTake& ATake);
+  template <class T>
+  void Fill(T& AnObject, std::span<const uOstrel::TImportColumn<T>> AColumns, const uOstrel::TCsvSource::TRow& ARow);
+  /// An object that the file only referred to so far, or a new one.
+  template <class T>
+  T& Make(TQuillonDataAbstractObject& AnOwner, const TQuillonDataClass& AClass, const TGUID& AnID);
+
+  uOstrel::TImport FImport;
+  std::unordered_map<std::string, uOstrel::TCsvSource> FSources;  ///< by the file's name
 };

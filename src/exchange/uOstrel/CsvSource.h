@@ -1,49 +1,73 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <variant>
 #include <vector>
 
-#include "QuillonCSV.h"
 #include "QuillonGuid.h"
-#include "QuillonIO.h"
+
+class TQuillonCSVReader;
 
 namespace uOstrel {
 
-/// One file of an OCF set while it is read: the cells of a row by the names of their columns, in any case.
-/// A column that the file lacks, or a row too short to reach it, gives the default.
+/// What a cell of a set is read as. An absent cell counts as an empty one: the first value of its type.
+enum class TCellKind : std::uint8_t {
+  Text,
+  Integer,    ///< 0 for what is no whole number
+  Timepoint,  ///< a timepoint or date, its wall time
+  Id,         ///< a GUID without braces
+  Ids         ///< a JSON array of GUIDs; nothing for what is no array
+};
+using TIds = std::optional<std::vector<TGUID>>;
+using TCell = std::variant<std::string, std::int32_t, double, TGUID, TIds>;
+
+/// A column that is read, wherever it stands in the file and in whatever case its name is written.
+struct TSourceColumn {
+  std::string_view Name;
+  TCellKind Kind;
+};
+
+/// One file of an OCF set, read and checked as a whole.
 class TCsvSource {
  public:
-  /// @throws EQuillonFileHandleError, EQuillonCSVReaderError
-  explicit TCsvSource(const std::string& AFileName);
+  struct TRow {
+    std::optional<TGUID> ID;  ///< of the column "Id"; nothing where the row does not reach it
+    int Number;               ///< the header is row 1, and empty lines do not count
+    int Line;                 ///< in which the row begins
+    std::span<const TCell> Cells;
+  };
 
-  /// Goes to the next row; false at the end.
-  /// @throws EQuillonCSVReaderError
-  bool Next();
+  /// A file that does not exist has no rows.
+  /// @throws EQuillonException that names file, row and column, for what is no CSV text or no value of its kind;
+  ///   EQuillonFileHandleError
+  TCsvSource(std::string AFileName, std::vector<TSourceColumn> AColumns);
 
-  const std::string& Text(std::string_view AColumn) const;
-  /// The cell as a decimal number; 0 for one that is none.
-  std::int32_t Integer(std::string_view AColumn) const;
-  /// The cell as a GUID without braces; the all-zero one for an empty cell.
-  /// @throws EQuillonConvertError for any other text
-  TGUID Guid(std::string_view AColumn, const TGUID& ADefault = {}) const;
-  /// The cell as a timepoint or date, its wall time; 0 for an empty one.
-  /// @throws EQuillonConvertError
-  double DateTime(std::string_view AColumn) const;
-  /// The cell as a JSON array of GUIDs; nothing if it is none.
-  /// @throws EQuillonConvertError for an element that is no GUID
-  std::optional<std::vector<TGUID>> Guids(std::string_view AColumn) const;
+  std::size_t RowCount() const { return FRows.size(); }
+  TRow Row(std::size_t AnIndex) const;
+  /// Ends the reading over a cell.
+  /// @throws EQuillonException always
+  [[noreturn]] void Refuse(std::size_t AnIndex, std::string_view AColumn, std::string_view AProblem) const;
 
  private:
-  const std::string* Find(std::string_view AColumn) const;
+  struct TStart {
+    std::optional<TGUID> ID;
+    int Number;
+    int Line;
+  };
 
-  TQuillonFileStream FStream;
-  TQuillonCSVReader FReader;
-  std::unordered_map<std::string, std::size_t> FColumns;
-  std::optional<TQuillonCSVLine> FRow;
+  void Read();
+  void ReadRows(TQuillonCSVReader& AReader, const std::vector<std::string>& AHeader);
+  [[noreturn]] void RefuseAt(int ANumber, int ALine, std::string_view AColumn, std::string_view AProblem) const;
+
+  std::string FFileName;
+  std::vector<TSourceColumn> FColumns;
+  std::vector<TStart> FRows;
+  std::vector<TCell> FCells;  ///< row by row
 };
 
 }  // namespace uOstrel

@@ -28,13 +28,6 @@ TVELOstrelCsvWriter::TVELOstrelCsvWriter(TVELPlan& APlan, std::unique_ptr<TOcfCo
 TVELOstrelCsvWriter::TVELOstrelCsvWriter(TVELPlan& APlan, const std::string& /*ACfgFileName*/)
     : TVELOstrelCsvWriter(APlan, std::unique_ptr<TOcfConfiguration>()) {}
 
-std::string TVELOstrelCsvWriter::GetFileName() const { return Options().FSourceFileName; }
-TGUID TVELOstrelCsvWriter::GetServerFileId() const { return ParseFileId(Options().FServerFileId); }
-std::string TVELOstrelCsvWriter::GetServerName() const { return Options().FServerName; }
-std::uint16_t TVELOstrelCsvWriter::GetServerPort() const { return Options().FServerPort; }
-std::string TVELOstrelCsvWriter::GetServerUserName() const { return Options().FServerUserName; }
-std::string TVELOstrelCsvWriter::GetServerPassword() const { return Options().FServerPassword; }
-
 void TVELOstrelCsvWriter::LoadVelFile() {
   TVELOstrelSynchronizer::LoadVelFile();
   TakeValidRange();

@@ -52,17 +52,12 @@ class TVELOstrelCsvWriter : public TVELOstrelSynchronizer {
   void WriteLessonGaps();
 
  protected:
-  std::string GetFileName() const override;
-  TGUID GetServerFileId() const override;
-  std::string GetServerName() const override;
-  std::uint16_t GetServerPort() const override;
-  std::string GetServerUserName() const override;
-  std::string GetServerPassword() const override;
+  const TOcfExportOptions& Options() const override { return Configuration().FOcfExport; }
+  std::string GetFileName() const override { return Options().FSourceFileName; }
 
  private:
   struct TAttendances;
 
-  const TOcfExportOptions& Options() const { return Configuration().FOcfExport; }
   uOstrel::TCsvFile OpenFile(std::string_view AFileName) const;
   /// Writes the items of a list that a test lets pass; no file for an empty list.
   template <class T, class TList, class TTest>

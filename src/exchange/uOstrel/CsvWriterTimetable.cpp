@@ -12,37 +12,8 @@
 
 using uOstrel::TCsvFile;
 using uOstrel::TExportScope;
-using uOstrel::TJointColumn;
 
 namespace {
-
-template <class T>
-void WriteHeader(TCsvFile& AFile, std::span<const TJointColumn<T>> AColumns) {
-  for (const TJointColumn<T>& Column : AColumns) {
-    AFile.Text(Column.Name);
-  }
-  AFile.EndRow();
-}
-
-template <class T>
-void WriteRow(TCsvFile& AFile, std::span<const TJointColumn<T>> AColumns, const T& AnObject) {
-  for (const TJointColumn<T>& Column : AColumns) {
-    Column.Write(AFile, AnObject);
-  }
-  AFile.EndRow();
-}
-
-template <class T>
-void WriteChange(TCsvFile& AFile, std::span<const TJointColumn<T>> AColumns, const TVELAenderung& AChange) {
-  for (const TJointColumn<T>& Column : AColumns) {
-    if (Column.WriteChange != nullptr) {
-      Column.WriteChange(AFile, AChange);
-    } else {
-      AFile.Text({});
-    }
-  }
-  AFile.EndRow();
-}
 
 /// The items of class T of a list of several classes.
 template <class T>
@@ -117,9 +88,9 @@ void TVELOstrelCsvWriter::WriteCourses() {
   }
   TCsvFile File = OpenFile("Courses.csv");
   const auto Columns = uOstrel::CourseColumns();
-  WriteHeader(File, Columns);
-  ForEachCourse([&](const TVELVeranstaltung& ACourse) { WriteRow(File, Columns, ACourse); });
-  ForEachAdditionalLesson([&](const TVELAenderung& AChange) { WriteChange(File, Columns, AChange); });
+  uOstrel::WriteHeader(File, Columns);
+  ForEachCourse([&](const TVELVeranstaltung& ACourse) { uOstrel::WriteRow(File, Columns, ACourse); });
+  ForEachAdditionalLesson([&](const TVELAenderung& AChange) { uOstrel::WriteChange(File, Columns, AChange); });
   File.Close();
 }
 
@@ -129,16 +100,16 @@ void TVELOstrelCsvWriter::WriteScheduledLessons() {
   }
   TCsvFile File = OpenFile("ScheduledLessons.csv");
   const auto Columns = uOstrel::ScheduledLessonColumns();
-  WriteHeader(File, Columns);
+  uOstrel::WriteHeader(File, Columns);
   ForEachCourse([&](const TVELVeranstaltung& ACourse) {
     for (const TVELTermin* Appointment : ACourse.FTermine) {
       if (!Options().FOnlyScheduledLessons || Appointment->Scheduled()) {
         const std::string Times = uOstrel::AppointmentTime(FPlan, *Appointment, FValidFrom, FValidTo);
-        WriteRow(File, Columns, {.Appointment = *Appointment, .Times = Times});
+        uOstrel::WriteRow(File, Columns, {.Appointment = *Appointment, .Times = Times});
       }
     }
   });
-  ForEachAdditionalLesson([&](const TVELAenderung& AChange) { WriteChange(File, Columns, AChange); });
+  ForEachAdditionalLesson([&](const TVELAenderung& AChange) { uOstrel::WriteChange(File, Columns, AChange); });
   File.Close();
 }
 

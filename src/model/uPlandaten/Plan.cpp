@@ -174,7 +174,7 @@ void TVELPlan::EnterSupervisions() {
   }
 }
 
-void TVELPlan::SortAfterLoad() {
+std::vector<TVELVeranstaltungsliste*> TVELPlan::LessonLists() {
   std::vector<TVELVeranstaltungsliste*> Lists = {&FVeranstaltungen};
   for (const TQuillonDataList* Objects :
        {static_cast<const TQuillonDataList*>(&FKlassen), static_cast<const TQuillonDataList*>(&FLehrer),
@@ -184,6 +184,11 @@ void TVELPlan::SortAfterLoad() {
       Lists.push_back(&static_cast<TVELPlanobjekt*>(Object)->FVeranstaltungen);
     }
   }
+  return Lists;
+}
+
+void TVELPlan::SortAfterLoad() {
+  const std::vector<TVELVeranstaltungsliste*> Lists = LessonLists();
   uPlandaten::MarkPlaces(Lists);
   FVeranstaltungen.SetCompare(uPlandaten::ComparePlaces);
   // The calendar is another object now: the one of the file.

@@ -11,6 +11,7 @@ class TVELAutomatikparameter;
 class TVELBesitzer;
 class TVELEinstellungen;
 class TVELKalender;
+class TVELSammelaenderung;
 class TVELVerzeichnisse;
 
 /// A data file of a newer release than this program knows.
@@ -61,7 +62,8 @@ class TVELPlan : public TVELDataStorage {
   TVELZeitraumliste FZeitraeume{this, TQuillonDataList::TItems::Owned};
   TVELZeitrahmenliste FZeitrahmen{this, TQuillonDataList::TItems::Owned};
   TVELZuweisungsliste FZuweisungen{this, TQuillonDataList::TItems::Owned};
-  TVELMoleculeList FMolecules{*this};  ///< of the running program only
+  TVELMoleculeList FMolecules{*this};               ///< of the running program only
+  TVELSammelaenderung* FSammelaenderung = nullptr;  ///< while many objects change at once
 
   /// The standard time frame of the settings; null if there is none.
   TVELZeitrahmen* StandardTimeframe() const;
@@ -71,6 +73,8 @@ class TVELPlan : public TVELDataStorage {
   void ReadProperties(TQuillonDataObjectReader& AReader) override;
 
   void CreateNewFile() { NewFile(); }
+  /// The plan's lessons, then those of each object that takes part in them.
+  std::vector<TVELVeranstaltungsliste*> LessonLists();
   /// Sorts the six large lists.
   void SortLists();
   /// Gives the six large lists their orders and keeps them sorted from now on.

@@ -12,6 +12,7 @@
 #include "uPlandaten/Plan.h"
 #include "uPlandaten/Raeume.h"
 #include "uPlandaten/Ressourcen.h"
+#include "uPlandaten/Sammelaenderung.h"
 #include "uPlandaten/Schueler.h"
 #include "uPlandaten/Termine.h"
 #include "uPlandaten/Veranstaltungen.h"
@@ -24,6 +25,16 @@ void Enter(TQuillonDataList& AList, TQuillonDataObject* AnItem) {
   if (!AList.Holds(AnItem)) {
     AList.Add(AnItem);
   }
+}
+
+/// What a lesson uses waits while many objects change at once.
+bool Waits(TVELPlanobjekt& AnObject, TVELVeranstaltung& ALesson, bool AnIsUsed) {
+  const TVELPlan* const Plan = ALesson.Plan();
+  if (Plan == nullptr || Plan->FSammelaenderung == nullptr) {
+    return false;
+  }
+  Plan->FSammelaenderung->Note(AnObject, ALesson, AnIsUsed);
+  return true;
 }
 
 /// Tells the item, if it takes part in the timetable, of what its owner does.
@@ -46,7 +57,8 @@ void TVELPlanobjekt::AddReference(TVELDataObject& AReferrer) {
     Enter(FFehlzeiten, Absence);
   } else if (auto* const Appointment = dynamic_cast<TVELTermin*>(&AReferrer)) {
     Enter(FVeranstaltungen, Appointment->Veranstaltung());
-  } else if (auto* const Lesson = dynamic_cast<TVELVeranstaltung*>(&AReferrer)) {
+  } else if (auto* const Lesson = dynamic_cast<TVELVeranstaltung*>(&AReferrer);
+             Lesson != nullptr && !Waits(*this, *Lesson, true)) {
     Enter(FVeranstaltungen, Lesson);
   }
 }
@@ -59,7 +71,8 @@ void TVELPlanobjekt::RemoveReference(TVELDataObject& AReferrer) {
     if (Lesson != nullptr && !uPlandaten::LessonUses(*Lesson, *this, Appointment)) {
       FVeranstaltungen.RemoveObject(Lesson);
     }
-  } else if (const auto* const Lesson = dynamic_cast<const TVELVeranstaltung*>(&AReferrer)) {
+  } else if (auto* const Lesson = dynamic_cast<TVELVeranstaltung*>(&AReferrer);
+             Lesson != nullptr && !Waits(*this, *Lesson, false)) {
     FVeranstaltungen.RemoveObject(Lesson);
   }
 }

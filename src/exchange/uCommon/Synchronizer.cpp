@@ -36,10 +36,6 @@ void TVELOstrelService::ThrowNoConfiguration() {
 TVELOstrelSynchronizer::TVELOstrelSynchronizer(TVELPlan& APlan, std::unique_ptr<TOcfConfiguration> AConfiguration)
     : TVELOstrelService(std::move(AConfiguration)), FPlan(APlan) {}
 
-TGUID TVELOstrelSynchronizer::ParseFileId(const std::string& AText) {
-  return AText.empty() ? TGUID{} : QuillonGuid::Parse(AText);
-}
-
 void TVELOstrelSynchronizer::TakeValidRange() {
   FValidFrom = std::trunc(FPlan.FEinstellungen->FGueltigVon);
   FValidTo = std::trunc(FPlan.FEinstellungen->FGueltigBis) + 1;

@@ -33,17 +33,30 @@ std::string ReadText(const std::string& AFileName) {
 
 }  // namespace
 
-nlohmann::json TJsonUtils::LoadJson(const std::string& AFileName) {
+nlohmann::json TJsonUtils::Parse(std::string_view AText) {
   using TJson = nlohmann::json;
-  const std::string Text = ReadText(AFileName);
   bool IsTooDeep = false;
   const auto CheckDepth = [&IsTooDeep](int ADepth, TJson::parse_event_t, const TJson&) {
     IsTooDeep = IsTooDeep || ADepth > MaxDepth;
     return !IsTooDeep;
   };
   constexpr bool AllowExceptions = false;
-  TJson Document = TJson::parse(Text, CheckDepth, AllowExceptions);
-  if (IsTooDeep || !Document.is_object()) {
+  TJson Document = TJson::parse(AText, CheckDepth, AllowExceptions);
+  if (IsTooDeep && !Document.is_discarded()) {
+    throw EQuillonException("The JSON text is nested deeper than " + std::to_string(MaxDepth) + " levels.");
+  }
+  return Document;
+}
+
+nlohmann::json TJsonUtils::LoadJson(const std::string& AFileName) {
+  const std::string Text = ReadText(AFileName);
+  nlohmann::json Document;
+  try {
+    Document = Parse(Text);
+  } catch (const EQuillonException&) {
+    ThrowNoJson(AFileName);
+  }
+  if (!Document.is_object()) {
     ThrowNoJson(AFileName);
   }
   return Document;

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include "JsonUtils.h"
 #include "OcfConfiguration.h"
@@ -11,7 +12,21 @@
 
 namespace {
 
+using testing::ElementsAre;
 using testing::HasSubstr;
+
+/// The fields of the options that are texts, or numbers, and the given ones of their own.
+template <class TOptions>
+std::vector<std::string> TextsOf(const TOptions& AnOptions, const std::vector<std::string>& AnOwn) {
+  std::vector<std::string> Texts = {AnOptions.FServerName,     std::to_string(AnOptions.FServerPort),
+                                    AnOptions.FServerUserName, AnOptions.FServerPassword,
+                                    AnOptions.FServerFileId,   AnOptions.FFileName};
+  for (const auto& File : AnOptions.FFiles) {
+    Texts.push_back(File.FName);
+  }
+  Texts.insert(Texts.end(), AnOwn.begin(), AnOwn.end());
+  return Texts;
+}
 
 class OcfConfiguration : public testing::Test {
  protected:
@@ -48,32 +63,14 @@ TEST_F(OcfConfiguration, FillsEveryField) {
       "targetProvider": "Server"}}})");
 
   const auto& Export = Configuration->FOcfExport;
-  EXPECT_EQ(Export.FServerName, "srv");
-  EXPECT_EQ(Export.FServerPort, 8100);
-  EXPECT_EQ(Export.FServerUserName, "Jürgen");
-  EXPECT_EQ(Export.FServerPassword, "p\"w");
-  EXPECT_EQ(Export.FServerFileId, "{id}");
-  EXPECT_EQ(Export.FFileName, "f");
-  ASSERT_EQ(Export.FFiles.size(), 3U);
-  EXPECT_EQ(Export.FFiles[0].FName + Export.FFiles[1].FName + Export.FFiles[2].FName, "A.csvB.csv");
+  EXPECT_THAT(
+      TextsOf(Export, {Export.FSourceFileName, Export.FSourceProvider, Export.FTargetFolderName}),
+      ElementsAre("srv", "8100", "Jürgen", "p\"w", "{id}", "f", "A.csv", "B.csv", "", "plan.velmora", "File", "out"));
   EXPECT_FALSE(Export.FOnlyScheduledCourses);
   EXPECT_FALSE(Export.FOnlyScheduledLessons);
-  EXPECT_EQ(Export.FSourceFileName, "plan.velmora");
-  EXPECT_EQ(Export.FSourceProvider, "File");
-  EXPECT_EQ(Export.FTargetFolderName, "out");
-
   const auto& Import = Configuration->FOcfImport;
-  EXPECT_EQ(Import.FServerName, "srv2");
-  EXPECT_EQ(Import.FServerPort, 65535);
-  EXPECT_EQ(Import.FServerUserName, "u2");
-  EXPECT_EQ(Import.FServerPassword, "p2");
-  EXPECT_EQ(Import.FServerFileId, "{2}");
-  EXPECT_EQ(Import.FFileName, "f2");
-  ASSERT_EQ(Import.FFiles.size(), 1U);
-  EXPECT_EQ(Import.FFiles[0].FName, "C.csv");
-  EXPECT_EQ(Import.FSourceFolderName, "in");
-  EXPECT_EQ(Import.FTargetFileName, "t.velmora");
-  EXPECT_EQ(Import.FTargetProvider, "Server");
+  EXPECT_THAT(TextsOf(Import, {Import.FSourceFolderName, Import.FTargetFileName, Import.FTargetProvider}),
+              ElementsAre("srv2", "65535", "u2", "p2", "{2}", "f2", "C.csv", "in", "t.velmora", "Server"));
 }
 
 TEST_F(OcfConfiguration, LeavesDefaultsAndPassesOverUnknownKeys) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -45,16 +44,12 @@ class TVELOstrelSynchronizer : public TVELOstrelService {
  protected:
   TVELOstrelSynchronizer(TVELPlan& APlan, std::unique_ptr<TOcfConfiguration> AConfiguration);
 
+  /// The settings of this job's direction: export or import.
+  /// @throws EQuillonException if there are no settings
+  virtual const TOcfOptions& Options() const = 0;
+  /// The local data file.
   virtual std::string GetFileName() const = 0;
-  virtual TGUID GetServerFileId() const = 0;
-  virtual std::string GetServerName() const = 0;
-  virtual std::uint16_t GetServerPort() const = 0;
-  virtual std::string GetServerUserName() const = 0;
-  virtual std::string GetServerPassword() const = 0;
 
-  /// The GUID of a server file; the all-zero one for an empty text.
-  /// @throws EQuillonConvertError
-  static TGUID ParseFileId(const std::string& AText);
   void TakeValidRange();
 
   TVELPlan& FPlan;

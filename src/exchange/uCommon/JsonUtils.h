@@ -2,6 +2,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 #include <string>
+#include <string_view>
 
 #include "QuillonTypes.h"
 
@@ -14,6 +15,11 @@ class EQuillonFileNotFound : public EQuillonException {
 class TJsonUtils {
  public:
   TJsonUtils() = delete;
+
+  /// Parses a text from outside (RFC 8259). Whoever walks the result may do so by recursion.
+  /// @return a discarded value for a text that is no JSON
+  /// @throws EQuillonException for one that is nested deeper than any of ours
+  static nlohmann::json Parse(std::string_view AText);
 
   /// Reads a file that holds one JSON object (RFC 8259) in UTF-8, with or without byte order mark.
   /// @throws EQuillonException where the text is none, is nested deeper than a settings file has reason to be, or
