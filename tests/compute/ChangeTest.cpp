@@ -3,11 +3,10 @@
 
 #include <algorithm>
 #include <functional>
-#include <random>
 
 #include "PlanFixture.h"
-#include "uDataUtils/Changes.h"
 #include "uDataUtils/Substitutions.h"
+#include "uPlandaten/Aufsichten.h"
 #include "uPlandaten/Faecher.h"
 #include "uPlandaten/Klassen.h"
 #include "uPlandaten/Lehrer.h"
@@ -21,27 +20,56 @@ namespace {
 
 const TSpan Lesson = Span("2026-09-07T08:00", "2026-09-07T08:45");
 
-TEST(Changes, AreFoundByHalvesAsByAPlainWalk) {
-  std::mt19937 Random(42);
-  const auto Number = [&](int AMin, int AMax) { return std::uniform_int_distribution(AMin, AMax)(Random); };
-  for (int Round = 0; Round < 500; ++Round) {
-    TPlanFixture Plan("2026-08-03", "2027-07-01");
-    for (int I = Number(0, 40); I > 0; --I) {
-      const TVELDateTime Start = Lesson.Start + Number(0, 12) + Number(0, 7) / 8.0;
-      Plan.Change<TVELMitteilung>({Start, Start + 0.125});
-    }
-    const TVELDateTime Start = Lesson.Start + Number(-1, 13) + Number(0, 15) / 16.0;
-    const TSpan Range{Start, Start + Number(0, 40) / 16.0};
-    std::vector<TVELAenderung*> Expected;
-    for (TVELAenderung* Change : Plan->FAenderungen) {
-      if (Change->FStart <= Range.Start ? Range.Start < Change->FEnde : Change->FStart < Range.Finish) {
-        Expected.insert(Expected.begin(), Change);
-      }
-    }
-    const int Index = uDataUtils::FindAenderung(*Plan, Range);
-    ASSERT_EQ(Index, Expected.empty() ? -1 : Plan->FAenderungen.IndexOf(Expected.front())) << "round " << Round;
-    ASSERT_EQ(uDataUtils::ChangesFrom(*Plan, Index, Range), Expected) << "round " << Round;
+TEST(Changes, AreFoundFromTheFirstOfTheRunThatTheSearchHits) {
+  TPlanFixture Plan("2026-08-03", "2027-07-01");
+  const auto Add = [&](double AStart, double AFinish) {
+    return &Plan.Change<TVELMitteilung>({Lesson.Start + AStart, Lesson.Start + AFinish});
+  };
+  const auto Found = [&](double AStart, double AFinish) {
+    const TSpan Range{Lesson.Start + AStart, Lesson.Start + AFinish};
+    return uDataUtils::ChangesFrom(*Plan, uDataUtils::FindAenderung(*Plan, Range), Range);
+  };
+  EXPECT_THAT(Found(0, 1), IsEmpty());
+  TVELAenderung* const Early = Add(0, 1);
+  TVELAenderung* const First = Add(2, 3);
+  TVELAenderung* const Second = Add(2.5, 4);
+  TVELAenderung* const Late = Add(9, 10);
+  EXPECT_THAT(Found(0, 12), ElementsAre(Early, First, Second, Late));
+  EXPECT_THAT(Found(1, 2.75), ElementsAre(First, Second)) << "touching spans share no moment";
+  EXPECT_THAT(Found(4, 9), IsEmpty());
+  EXPECT_THAT(Found(9.5, 9.5), ElementsAre(Late));
+  EXPECT_THAT(Found(-2, -1), IsEmpty());
+}
+
+TEST(Changes, HangOnAppointmentsAndSupervisions) {
+  TPlanFixture Plan("2026-08-03", "2027-07-01");
+  TVELTermin& Termin = Plan.Weekly(velMonday);
+  auto& Supervision = Plan.Add<TVELAufsicht>(Plan.Add<TVELAufsichtsbereich>(Plan->FAufsichtsbereiche).FAufsichten);
+  const auto On = [&](TVELAenderung& AChange, TVELAbstrakterTermin& ASlot) {
+    AChange.FATermin = &ASlot;
+    return &AChange;
+  };
+  TVELAenderung* const Late = On(Plan.Change<TVELVertretung>({Lesson.Start + 0.01, Lesson.Finish}), Termin);
+  TVELAenderung* const Room = On(Plan.Change<TVELRaumaenderung>(Lesson), Termin);
+  On(Plan.Change<TVELVertretung>({Lesson.Finish, Lesson.Finish + 1}), Termin);
+  On(Plan.Change<TVELVertretung>(Lesson), Plan.Weekly(velMonday));
+  TVELAenderung* const Duty = On(Plan.Change<TVELAufsichtsVertretung>(Lesson), Supervision);
+  auto& Teacher = Plan.Add<TVELLehrer>(Plan->FLehrer);
+  for (const int Days : {0, 1}) {
+    auto& Assignment = Plan.Add<TVELZuweisung>(Plan->FZuweisungen);
+    Assignment.FStart = Lesson.Start - Days;
+    Assignment.FEnde = Lesson.Finish;
+    Assignment.FATermin = &Termin;
+    Assignment.FNeu.Add(&Teacher);
   }
+  const uDataUtils::TPlanContext& Context = Plan.Context();
+  EXPECT_THAT(Context.Changes().Of(Termin, Lesson), ElementsAre(Room, Late));
+  EXPECT_THAT(Context.Changes().Of(Supervision, Lesson), ElementsAre(Duty));
+  const auto Assignments = Context.Concerns().Assignments(Teacher, Lesson);
+  ASSERT_EQ(Assignments.size(), 2U);
+  EXPECT_EQ(Context.Changes().Assignment(Termin, Lesson), Assignments.back()) << "the latest one";
+  EXPECT_LT(Assignments.front()->FStart, Assignments.back()->FStart);
+  EXPECT_EQ(Context.Changes().Assignment(Termin, {Lesson.Start + 7, Lesson.Finish + 7}), nullptr);
 }
 
 TEST(Changes, AListBeginsAtTheSubstitutionThatFreesSomebodyIfTheSearchHitsIt) {
@@ -197,10 +225,11 @@ TEST(Changes, EnterThePlansOfThoseWhoseLessonsTheyAreNot) {
     Selection.Make(School);
     std::string Found;
     for (const TVELPlanobjekt* Object : School.Objects) {
-      Found += uDataUtils::SelectChanges(*School.Plan, *Object, Lesson).empty() ? "" : Object->FKuerzel;
+      Found += uDataUtils::SelectChanges(School.Plan.Context(), *Object, Lesson).empty() ? "" : Object->FKuerzel;
     }
     EXPECT_EQ(Found, Selection.Expected) << Selection.Name;
-    EXPECT_THAT(uDataUtils::SelectChanges(*School.Plan, *School["N"], Span("2026-09-08", "2026-09-09")), IsEmpty());
+    EXPECT_THAT(uDataUtils::SelectChanges(School.Plan.Context(), *School["N"], Span("2026-09-08", "2026-09-09")),
+                IsEmpty());
   }
 }
 
@@ -250,7 +279,7 @@ TEST(SubstitutionList, ShowsInEachModeWhatBelongsThere) {
     for (const bool HasObjects : {false, true}) {
       std::string Modes;
       for (std::uint8_t Mode = 0; Mode < 6; ++Mode) {
-        const auto Found = uDataUtils::AllSubstitutions(*School.Plan, {.Span = Lesson, .Mode = Mode},
+        const auto Found = uDataUtils::AllSubstitutions(School.Plan.Context(), {.Span = Lesson, .Mode = Mode},
                                                         [&](const TVELAenderung&) { return HasObjects; });
         Modes += Found.empty() ? "" : std::to_string(Mode);
       }
@@ -269,10 +298,10 @@ TEST(SubstitutionList, IsOfSomeObjectsAndOfThePublicIfItShallBe) {
   School.Plan->FAenderungen.Sort();
   uDataUtils::TSubstitutionFilter Filter{.Span = Lesson};
   const auto List = [&] {
-    return uDataUtils::AllSubstitutions(*School.Plan, Filter, [](const TVELAenderung&) { return true; });
+    return uDataUtils::AllSubstitutions(School.Plan.Context(), Filter, [](const TVELAenderung&) { return true; });
   };
   EXPECT_THAT(List(), ElementsAre(&First, &Second));
-  std::vector<TVELPlanobjekt*> Objects = {School["A"], School["3"]};
+  std::vector<const TVELPlanobjekt*> Objects = {School["A"], School["3"]};
   Filter.Objects = Objects;
   EXPECT_THAT(List(), ElementsAre(&Second));
   School.Plan.Change<TVELAufsichtsVertretung>({Lesson.Start + 0.01, Lesson.Finish}).FNeu.Add(School["N"]);

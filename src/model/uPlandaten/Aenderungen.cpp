@@ -41,9 +41,9 @@ const TQuillonDataClass& TVELAenderung::Class() {
   return Class;
 }
 
-TVELTermin* TVELAenderung::Termin() const { return dynamic_cast<TVELTermin*>(FATermin); }
+TVELTermin* TVELAenderung::Termin() const { return uDataObjects::As<TVELTermin>(FATermin); }
 
-TVELAufsicht* TVELAenderung::Aufsicht() const { return dynamic_cast<TVELAufsicht*>(FATermin); }
+TVELAufsicht* TVELAenderung::Aufsicht() const { return uDataObjects::As<TVELAufsicht>(FATermin); }
 
 TVELAenderungsStatus TVELAenderung::Status() const {
   if (FNotPublic) {

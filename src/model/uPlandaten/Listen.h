@@ -101,7 +101,7 @@ class TVELPlanobjektliste : public TQuillonListOf<TVELPlanobjekt, TVELStammobjek
   template <class TItem>
   TItem* First() const {
     for (TQuillonDataObject* Item : Items()) {
-      if (auto* const Found = dynamic_cast<TItem*>(Item)) {
+      if (auto* const Found = uDataObjects::As<TItem>(Item)) {
         return Found;
       }
     }
