@@ -149,13 +149,13 @@ TEST(Molecules, FollowTheBlocksAndWhatTheirAppointmentsHold) {
   EXPECT_EQ(Molecule(11), Molecule(21));
   EXPECT_NE(Molecule(11), Molecule(12));
   EXPECT_EQ(Molecule(31)->Atoms.Count(), 1);
-  EXPECT_THAT(Molecule(21)->Members.Items(), ElementsAre(&Find<TVELKlasse>(*Plan, 63)));
+  EXPECT_THAT(Molecule(21)->Members().Items(), ElementsAre(&Find<TVELKlasse>(*Plan, 63)));
 
   auto& Shared = Find<TVELTermin>(*Plan, 21);
   Shared.FLehrer.Add(&Find<TVELLehrer>(*Plan, 61));
   Shared.FRaeume.Add(&Find<TVELRaum>(*Plan, 62));
-  EXPECT_EQ(Molecule(11)->Members.Count(), 2);
-  EXPECT_EQ(Molecule(11)->Resources.Count(), 3);
+  EXPECT_EQ(Molecule(11)->Members().Count(), 2);
+  EXPECT_EQ(Molecule(11)->Resources().Count(), 3);
 
   SetBlockID(Find<TVELVeranstaltung>(*Plan, 2), "B", false);
   uPlandaten::RebuildBlocks(*Plan);
@@ -202,7 +202,7 @@ TEST(Molecules, LetGoOfWhatLeavesThePlan) {
   auto& Out = Find<TVELTermin>(*Plan, 11);
   auto& Stays = Find<TVELTermin>(*Plan, 21);
   Out.FLehrer.Add(&Find<TVELLehrer>(*Plan, 61));
-  EXPECT_EQ(Stays.Molecule()->Members.Count(), 1);
+  EXPECT_EQ(Stays.Molecule()->Members().Count(), 1);
   Lesson1.FTermine.Extract(&Out);
   EXPECT_THAT(Stays.Molecule()->Atoms.Items(), ElementsAre(&Stays));
   EXPECT_EQ(Out.Molecule(), nullptr);
@@ -210,7 +210,7 @@ TEST(Molecules, LetGoOfWhatLeavesThePlan) {
   EXPECT_EQ(Out.Molecule(), Stays.Molecule());
   Plan->FMolecules.LockUpdate = true;
   Plan->FLehrer.Clear();
-  EXPECT_THAT(Out.Molecule()->Resources.Items(), IsEmpty()) << "freed objects go at once";
+  EXPECT_THAT(Out.Molecule()->Resources().Items(), IsEmpty()) << "freed objects go at once";
   Plan->FMolecules.Clear();
   EXPECT_EQ(Out.Molecule(), nullptr);
 }

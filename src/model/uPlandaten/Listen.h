@@ -1,8 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -313,21 +311,6 @@ class TVELFehlzeitenliste : public TQuillonListOf<TVELFehlzeit, TVELDataList> {
   using TQuillonListOf::TQuillonListOf;
   const TQuillonDataClass& ItemClass() const override;
   static int CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B);
-
-  /// By start, whatever the order of the list: from the first absence that ends at AStart or later to the last that
-  /// begins by AFinish. Those between need not touch the span. Valid until the storage changes.
-  std::span<TVELFehlzeit* const> Around(double AStart, double AFinish) const;
-
- private:
-  /// The absences in the order of time, made anew when the storage has changed.
-  struct TIndex {
-    std::uint64_t ChangeCount = 0;
-    std::vector<TVELFehlzeit*> Items;  ///< by start
-    std::vector<double> Ends;          ///< of each item, the latest end up to it
-  };
-  const TIndex& Index() const;
-
-  mutable std::unique_ptr<TIndex> FIndex;
 };
 
 class TVELAenderungsliste : public TQuillonListOf<TVELAenderung, TVELDataList> {
