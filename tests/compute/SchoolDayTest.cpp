@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "Growth.h"
 #include "PlanFixture.h"
 #include "uDataUtils/Publishing.h"
 #include "uPlandaten/Klassen.h"
@@ -137,6 +138,38 @@ TEST_F(SchoolYear, AChangeOfAClassThatIsAwayIsNotOpen) {
   Plan.Absence<TVELKlassenfehlzeit>(Class, Lesson);
   EXPECT_FALSE(uDataUtils::IsOpen(Plan.Context(), Change));
   EXPECT_FALSE(uDataUtils::IsOpen(Plan.Context(), Plan.Change<TVELMitteilung>(Lesson)));
+}
+
+TEST(Publishing, ManyChangesAndManyMissingTeachersTakeNoMoreTimeEach) {
+  EXPECT_LT(Growth(1000,
+                   [](int ASize) {
+                     TPlanFixture Plan("2026-12-07", "2027-01-29");
+                     Plan.Settings().FAenderungenFreigeben = true;
+                     Plan.Settings().FPublishDaysScope = 30;
+                     for (int I = 0; I < ASize; ++I) {
+                       Plan.Free("2027-01-11", "2027-01-12");
+                       Plan.Change<TVELMitteilung>(Span("2027-01-08", "2027-01-09")).FAenderungsstatus = aePublished;
+                     }
+                     const uDataUtils::TPlanContext& Context = Plan.Context(At("2026-12-22"));
+                     return Seconds([&] {
+                       for (const TVELAenderung* Change : Plan->FAenderungen) {
+                         ASSERT_TRUE(uDataUtils::IsPublished(Context, Change));
+                       }
+                     });
+                   }),
+            QuadraticGrowth);
+  EXPECT_LT(Growth(1000,
+                   [](int ASize) {
+                     TPlanFixture Plan("2026-12-07", "2027-01-29");
+                     auto& Change = Plan.Change<TVELVertretung>(Span("2027-01-08", "2027-01-09"));
+                     for (int I = 0; I < ASize; ++I) {
+                       Change.FOriginal.Append(QuillonDataObjects::Create<TVELLehrer>(&*Plan));
+                       Change.FFehlend.Append(QuillonDataObjects::Create<TVELLehrer>(&*Plan));
+                     }
+                     const uDataUtils::TPlanContext& Context = Plan.Context();
+                     return Seconds([&] { ASSERT_TRUE(uDataUtils::HasNoEffect(Context, Change)); });
+                   }),
+            QuadraticGrowth);
 }
 
 }  // namespace

@@ -3,7 +3,9 @@
 
 #include <vector>
 
+#include "Growth.h"
 #include "model/PlanDocument.h"
+#include "uPlandaten/Aenderungen.h"
 #include "uPlandaten/Blockketten.h"
 #include "uPlandaten/Bloecke.h"
 #include "uPlandaten/Klassen.h"
@@ -221,6 +223,65 @@ TEST(Molecules, AChainThatNeverComesBackIsNoRing) {
                                          Lesson(2, "A", Element("BlockNext", "Event", 2)) + Lesson(3, "C")));
   auto& Termin = Find<TVELTermin>(*Plan, 11);
   EXPECT_THAT(uPlandaten::BlockPartners(Termin), ElementsAre(&Termin, &Find<TVELTermin>(*Plan, 21)));
+}
+
+/// Lessons with an appointment each; ABlockSize of them are a ring.
+TPlan Ringed(int ACount, int ABlockSize) {
+  TPlan Plan = CreateStorage<TVELPlan>();
+  for (int I = 0; I < ACount; ++I) {
+    auto* const Lesson = Create<TVELVeranstaltung>(&*Plan);
+    auto* const Appointment = Create<TVELTermin>(&*Plan);
+    Lesson->FBlockIndex = I;
+    Lesson->FBlockID = std::to_string(I / ABlockSize);
+    Appointment->FBlockID = Lesson->FBlockID + ".1";
+    Lesson->FTermine.Append(Appointment);
+    Plan->FVeranstaltungen.Append(Lesson);
+  }
+  uPlandaten::RebuildBlocks(*Plan);
+  return Plan;
+}
+
+TEST(Blocks, PartnersOfOneAppointmentTakeNoWalkOverThePlan) {
+  EXPECT_LT(Growth(1000,
+                   [](int ASize) {
+                     const TPlan Plan = Ringed(ASize, 2);
+                     return Seconds([&] {
+                       for (const TVELVeranstaltung* Lesson : Plan->FVeranstaltungen) {
+                         ASSERT_EQ(uPlandaten::BlockPartners(*Lesson->FTermine.GetItem(0)).size(), 2U);
+                       }
+                     });
+                   }),
+            QuadraticGrowth);
+}
+
+TEST(Molecules, ABlockIsTakenApartInOnePass) {
+  EXPECT_LT(Growth(500,
+                   [](int ASize) {
+                     const TPlan Plan = Ringed(ASize, ASize);
+                     Plan->FMolecules.Update();
+                     return Seconds([&] {
+                       for (const TVELVeranstaltung* Lesson : Plan->FVeranstaltungen) {
+                         TVELMoleculeList::RemoveTermin(*Lesson->FTermine.GetItem(0));
+                       }
+                     });
+                   }),
+            QuadraticGrowth);
+}
+
+TEST(Changes, ManyItemsOfAnOldAdditionalLessonAreMergedInOnePass) {
+  const double Growing = Growth(4000, [](int ASize) {
+    std::string Rooms;
+    for (int I = 0; I < ASize; ++I) {
+      Rooms += Item("Room", I + 10);
+    }
+    const std::string Change =
+        List("Changes", Item("AdditionalLesson", 1, List("Original", Rooms) + List("New", Rooms)));
+    return Seconds([&] {
+      const TPlan Plan = Load("6.0.143", Change);
+      ASSERT_EQ(Find<TVELZusatzunterricht>(*Plan, 1).FOriginal.Count(), ASize);
+    });
+  });
+  EXPECT_LT(Growing, QuadraticGrowth);
 }
 
 }  // namespace

@@ -153,13 +153,14 @@ std::vector<TVELTermin*> BlockPartners(TVELTermin& ATermin) {
     return Found;
   }
   const std::vector<const TVELVeranstaltung*> Ring = RingFrom(ATermin, *Plan);
+  std::unordered_set<const TVELTermin*> Seen = {&ATermin};
   const auto Add = [&](const TVELVeranstaltung* ALesson) {
     std::ranges::copy_if(ALesson->FTermine, std::back_inserter(Found), [&](const TVELTermin* AnOther) {
-      return AnOther != &ATermin && AnOther->FBlockID == ATermin.FBlockID;
+      return AnOther->FBlockID == ATermin.FBlockID && Seen.insert(AnOther).second;
     });
   };
   if (Ring.empty()) {
-    std::ranges::for_each(LessonsOf(*Plan), Add);
+    std::ranges::for_each(Plan->FVeranstaltungen, Add);
   } else {
     std::ranges::for_each(Ring, Add);
   }
