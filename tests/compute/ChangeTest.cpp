@@ -72,25 +72,6 @@ TEST(Changes, HangOnAppointmentsAndSupervisions) {
   EXPECT_EQ(Context.Changes().Assignment(Termin, {Lesson.Start + 7, Lesson.Finish + 7}), nullptr);
 }
 
-TEST(Changes, AListBeginsAtTheSubstitutionThatFreesSomebodyIfTheSearchHitsIt) {
-  TPlanFixture Plan("2026-08-03", "2027-07-01");
-  for (int I = 0; I < 7; ++I) {
-    Plan.Change<TVELVertretung>({Lesson.Start, Lesson.Finish + I}).FFehlstellengrund = vaVerschoben;
-  }
-  const auto Freed = [&](int AnIndex) {
-    auto& Change = *static_cast<TVELVertretung*>(Plan->FAenderungen.GetItem(AnIndex));
-    Change.FFehlstellengrund = vaFreigestellt;
-    const int Found = uDataUtils::FindAenderungForList(*Plan, Lesson);
-    Change.FFehlstellengrund = vaVerschoben;
-    return Found;
-  };
-  EXPECT_EQ(uDataUtils::FindAenderung(*Plan, Lesson), 6);
-  EXPECT_EQ(Freed(3), 3);
-  EXPECT_EQ(Freed(4), 6);
-  EXPECT_EQ(Freed(6), 6);
-  EXPECT_EQ(uDataUtils::FindAenderungForList(*Plan, Span("2026-09-01", "2026-09-02")), -1);
-}
-
 /// Teacher A teaches class K in room 1, and B class L in room 2, as does C in room 3 the subject F; N is new.
 struct TSchool {
   TPlanFixture Plan{"2026-08-03", "2027-07-01"};
@@ -99,26 +80,21 @@ struct TSchool {
   TVELTermin& Other = Plan.Weekly(velTuesday);
 
   TSchool() {
-    for (const char* Code : {"K", "L"}) {
-      Named<TVELKlasse>(Plan->FKlassen, Code);
-    }
-    for (const char* Code : {"A", "B", "N", "M"}) {
-      Named<TVELLehrer>(Plan->FLehrer, Code);
-    }
-    for (const char* Code : {"1", "2", "3"}) {
-      Named<TVELRaum>(Plan->FRaeume, Code);
-    }
-    Own.Veranstaltung()->FFach = &Named<TVELFach>(Plan->FFaecher, "F");
+    Make<TVELKlasse>(Plan->FKlassen, "KL");
+    Make<TVELLehrer>(Plan->FLehrer, "ABNM");
+    Make<TVELRaum>(Plan->FRaeume, "123");
+    Make<TVELFach>(Plan->FFaecher, "F");
+    Own.Veranstaltung()->FFach = Plan->FFaecher.GetItem(0);
     Enter(Own, "K", "A", "1");
     Enter(Other, "L", "B", "2");
   }
 
   template <class T>
-  T& Named(TQuillonDataList& AList, const char* ACode) {
-    T& Object = Plan.Add<T>(AList);
-    Object.FKuerzel = ACode;
-    Objects.push_back(&Object);
-    return Object;
+  void Make(TQuillonDataList& AList, std::string_view ACodes) {
+    for (const char Code : ACodes) {
+      Objects.push_back(&Plan.Add<T>(AList));
+      Objects.back()->FKuerzel = Code;
+    }
   }
   TVELPlanobjekt* operator[](std::string_view ACode) const {
     return *std::ranges::find(Objects, ACode, [](const TVELPlanobjekt* AnObject) { return AnObject->FKuerzel; });
@@ -138,99 +114,92 @@ struct TSchool {
     Change.FAenderungsstatus = aeFinished;
     return Change;
   }
-  /// A substitution with the other lesson in the place of this one, or in no place.
-  TVELVertretung& Moved(TVELVertretungsmerkmal AFeature, TVELVertretungslehrermerkmal ATeachers,
-                        const TVELTermin* APlace) {
-    TVELVertretung& Change = StandIn(vaKein, AFeature, ATeachers);
-    Change.FATermin = APlace == nullptr ? nullptr : &Own;
-    Change.FNeuerTermin = &Other;
-    return Change;
-  }
-};
-
-struct TSelection {
-  const char* Name;
-  const char* Expected;  ///< whose plans the change enters
-  std::function<void(TSchool&)> Make;
-};
-
-TEST(Changes, EnterThePlansOfThoseWhoseLessonsTheyAreNot) {
-  const TSelection Selections[] = {
-      {"one stands in, in another room", "N3",
-       [](TSchool& S) {
-         auto& Change = S.StandIn(vaLehrerFehlzeit, vmKein);
-         Change.FNeu.Add(S["N"]);
-         Change.FNeu.Add(S["3"]);
-         Change.FFehlend.Add(S["A"]);
-       }},
-      {"a room stays", "", [](TSchool& S) { S.StandIn(vaKein, vmKein).FNeu.Add(S["1"]); }},
-      {"one stands in beside a moved lesson", "",
-       [](TSchool& S) { S.StandIn(vaKein, vmKein, vlmVerschoben).FNeu.Add(S["N"]); }},
-      {"one more teacher", "N", [](TSchool& S) { S.StandIn(vaKein, vmAenderung, vlmZusaetzlich).FNeu.Add(S["N"]); }},
-      {"one of several", "N", [](TSchool& S) { S.StandIn(vaKein, vmAenderung, vlmMehrfach).FNeu.Add(S["N"]); }},
-      {"somebody is missing", "M", [](TSchool& S) { S.StandIn(vaKein, vmKein).FFehlend.Add(S["M"]); }},
-      {"somebody is freed", "", [](TSchool& S) { S.StandIn(vaFreigestellt, vmKein).FFehlend.Add(S["M"]); }},
-      {"a gap", "KAM",
-       [](TSchool& S) {
-         for (const char* Code : {"K", "A", "M"}) {
-           S.StandIn(vaFehlstelle, vmKein).FFehlend.Add(S[Code]);
-         }
-       }},
-      {"teachers are swapped", "B",
-       [](TSchool& S) { S.Moved(vmLehrerRaumTausch, vlmKein, &S.Own).FTauschTerminLehrer = true; }},
-      {"rooms are swapped", "2",
-       [](TSchool& S) { S.Moved(vmLehrerRaumTausch, vlmKein, &S.Own).FTauschTerminRaum = true; }},
-      {"a lesson moves to the place of another", "LB2",
-       [](TSchool& S) { S.Moved(vmVorgezogen, vlmVerschoben, &S.Own); }},
-      {"a lesson moves to no lesson's place", "LB2", [](TSchool& S) { S.Moved(vmVorgezogen, vlmKein, nullptr); }},
-      {"one moves, its teacher is additional", "B", [](TSchool& S) { S.Moved(vmVorgezogen, vlmZusaetzlich, &S.Own); }},
-      {"the same in no lesson's place", "LB2", [](TSchool& S) { S.Moved(vmVorgezogen, vlmZusaetzlich, nullptr); }},
-      {"another lesson is additional", "LB", [](TSchool& S) { S.Moved(vmAenderung, vlmZusaetzlich, nullptr); }},
-      {"another lesson takes place", "B", [](TSchool& S) { S.Moved(vmAenderung, vlmKein, nullptr); }},
-      {"teachers of a moved one", "", [](TSchool& S) { S.Moved(vmAenderung, vlmVerschoben, &S.Own); }},
-      {"teachers of a moved one are swapped", "B",
-       [](TSchool& S) { S.Moved(vmAenderung, vlmVerschoben, &S.Own).FTauschTerminLehrer = true; }},
-      {"another room", "3",
-       [](TSchool& S) {
-         auto& Change = S.Plan.Change<TVELRaumaenderung>(Lesson);
-         Change.FATermin = &S.Own;
-         Change.FNeu.Add(S["3"]);
-         Change.FNeu.Add(S["2"]);
-       }},
-      {"a message to classes", "KLN",
-       [](TSchool& S) {
-         auto& Change = S.Plan.Change<TVELMitteilung>(Lesson);
-         Change.FAlleKlassen = true;
-         Change.FNeu.Add(S["N"]);
-       }},
-      {"a message to teachers", "ABNM", [](TSchool& S) { S.Plan.Change<TVELMitteilung>(Lesson).FAlleLehrer = true; }},
-      {"an additional lesson", "KM3F",
-       [](TSchool& S) {
-         auto& Change = S.Plan.Change<TVELZusatzunterricht>(Lesson);
-         Change.FOriginal.Add(S["K"]);
-         Change.FNeu.Add(S["3"]);
-         Change.FFehlend.Add(S["M"]);
-         Change.FNeuesFach = S.Own.Fach();
-       }},
-      {"an assignment", "1",
-       [](TSchool& S) {
-         auto& Change = S.Plan.Change<TVELZuweisung>(Lesson);
-         Change.FNeu.Add(S["1"]);
-         Change.FOriginal.Add(S["K"]);
-       }},
-      {"a supervision", "", [](TSchool& S) { S.Plan.Change<TVELAufsichtsVertretung>(Lesson).FNeu.Add(S["N"]); }},
-  };
-  for (const TSelection& Selection : Selections) {
-    TSchool School;
-    Selection.Make(School);
-    std::string Found;
-    for (const TVELPlanobjekt* Object : School.Objects) {
-      Found += uDataUtils::SelectChanges(School.Plan.Context(), *Object, Lesson).empty() ? "" : Object->FKuerzel;
+  void Fill(TVELPlanobjektliste& AList, std::string_view ACodes) const {
+    for (const char& Code : ACodes) {
+      AList.Add((*this)[{&Code, 1}]);
     }
-    EXPECT_EQ(Found, Selection.Expected) << Selection.Name;
-    EXPECT_THAT(uDataUtils::SelectChanges(School.Plan.Context(), *School["N"], Span("2026-09-08", "2026-09-09")),
-                IsEmpty());
   }
+  /// Whose plans the changes enter.
+  std::string Selected(const TSpan& ASpan = Lesson) const {
+    const uDataUtils::TPlanContext& Context = Plan.Context();
+    std::string Found;
+    for (const TVELPlanobjekt* Object : Objects) {
+      Found += uDataUtils::SelectChanges(Context, *Object, ASpan).empty() ? "" : Object->FKuerzel;
+    }
+    return Found;
+  }
+};
+
+TEST(Changes, OfLessonsEnterThePlansOfThoseWhoseLessonsTheyAreNot) {
+  enum TPlace { Own, OtherInOwn, OtherInNone };
+  enum TSwapped { None, Teachers, Rooms };
+  const struct {
+    const char* Name;
+    TVELFehlstellengrund Reason;
+    TVELVertretungsmerkmal Feature;
+    TVELVertretungslehrermerkmal Mark;
+    TPlace Place;
+    TSwapped Swapped;
+    const char *New, *Missing, *Expected;
+  } Cases[] = {
+      {"one stands in, in another room", vaLehrerFehlzeit, vmKein, vlmKein, Own, None, "N3", "A", "N3"},
+      {"a room stays", vaKein, vmKein, vlmKein, Own, None, "1", "", ""},
+      {"one stands in beside a moved lesson", vaKein, vmKein, vlmVerschoben, Own, None, "N", "", ""},
+      {"one more teacher", vaKein, vmAenderung, vlmZusaetzlich, Own, None, "N", "", "N"},
+      {"one of several", vaKein, vmAenderung, vlmMehrfach, Own, None, "N", "", "N"},
+      {"somebody is missing", vaKein, vmKein, vlmKein, Own, None, "", "M", "M"},
+      {"somebody is freed", vaFreigestellt, vmKein, vlmKein, Own, None, "", "M", ""},
+      {"a gap", vaFehlstelle, vmKein, vlmKein, Own, None, "", "KAM", "KAM"},
+      {"teachers are swapped", vaKein, vmLehrerRaumTausch, vlmKein, OtherInOwn, Teachers, "", "", "B"},
+      {"rooms are swapped", vaKein, vmLehrerRaumTausch, vlmKein, OtherInOwn, Rooms, "", "", "2"},
+      {"a lesson moves to another's place", vaKein, vmVorgezogen, vlmVerschoben, OtherInOwn, None, "", "", "LB2"},
+      {"a lesson moves to no lesson's place", vaKein, vmVorgezogen, vlmKein, OtherInNone, None, "", "", "LB2"},
+      {"its teacher is additional", vaKein, vmVorgezogen, vlmZusaetzlich, OtherInOwn, None, "", "", "B"},
+      {"the same in no lesson's place", vaKein, vmVorgezogen, vlmZusaetzlich, OtherInNone, None, "", "", "LB2"},
+      {"another lesson is additional", vaKein, vmAenderung, vlmZusaetzlich, OtherInNone, None, "", "", "LB"},
+      {"another lesson takes place", vaKein, vmAenderung, vlmKein, OtherInNone, None, "", "", "B"},
+      {"teachers of a moved one", vaKein, vmAenderung, vlmVerschoben, OtherInOwn, None, "", "", ""},
+      {"they are swapped", vaKein, vmAenderung, vlmVerschoben, OtherInOwn, Teachers, "", "", "B"},
+  };
+  for (const auto& Case : Cases) {
+    TSchool School;
+    TVELVertretung& Change = School.StandIn(Case.Reason, Case.Feature, Case.Mark);
+    Change.FATermin = Case.Place == OtherInNone ? nullptr : &School.Own;
+    Change.FNeuerTermin = Case.Place == Own ? nullptr : &School.Other;
+    Change.FTauschTerminLehrer = Case.Swapped == Teachers;
+    Change.FTauschTerminRaum = Case.Swapped == Rooms;
+    School.Fill(Change.FNeu, Case.New);
+    School.Fill(Change.FFehlend, Case.Missing);
+    EXPECT_EQ(School.Selected(), Case.Expected) << Case.Name;
+  }
+}
+
+/// Whose plans a change of the class enters.
+template <class T>
+std::string SelectedOf(std::string_view ANew, const std::function<void(TSchool&, T&)>& APrepare = nullptr) {
+  TSchool School;
+  T& Change = School.Plan.Change<T>(Lesson);
+  School.Fill(Change.FNeu, ANew);
+  if (APrepare) {
+    APrepare(School, Change);
+  }
+  EXPECT_EQ(School.Selected(Span("2026-09-08", "2026-09-09")), "");
+  return School.Selected();
+}
+
+TEST(Changes, OfOtherKindsEnterThePlansOfThoseWhomTheyName) {
+  EXPECT_EQ(SelectedOf<TVELRaumaenderung>("32"), "3");
+  EXPECT_EQ(SelectedOf<TVELZuweisung>("1", [](TSchool& S, auto& C) { S.Fill(C.FOriginal, "K"); }), "1");
+  EXPECT_EQ(SelectedOf<TVELAufsichtsVertretung>("N"), "");
+  EXPECT_EQ(SelectedOf<TVELMitteilung>("N", [](TSchool&, auto& C) { C.FAlleKlassen = true; }), "KLN");
+  EXPECT_EQ(SelectedOf<TVELMitteilung>("", [](TSchool&, auto& C) { C.FAlleLehrer = true; }), "ABNM");
+  EXPECT_EQ(SelectedOf<TVELZusatzunterricht>("3",
+                                             [](TSchool& S, auto& C) {
+                                               S.Fill(C.FOriginal, "K");
+                                               S.Fill(C.FFehlend, "M");
+                                               C.FNeuesFach = S.Own.Fach();
+                                             }),
+            "KM3F");
 }
 
 struct TListed {
