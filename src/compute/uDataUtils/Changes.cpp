@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <functional>
 #include <iterator>
-#include <ranges>
 #include <set>
 
 #include "uDataUtils/Context.h"
@@ -238,14 +237,14 @@ std::vector<TVELAenderung*> SelectChanges(const TPlanContext& AContext, const TV
 
 TChanges::TChanges(const TVELPlan& APlan) {
   // From the end of the lists: forward in time, also among those that begin together.
-  for (TQuillonDataObject* Object : APlan.FAenderungen.Items() | std::views::reverse) {
-    auto* const Change = static_cast<TVELAenderung*>(Object);
+  for (int Place = APlan.FAenderungen.Count() - 1; Place >= 0; --Place) {
+    TVELAenderung* const Change = APlan.FAenderungen.GetItem(Place);
     if (Change->FATermin != nullptr) {
       FOfSlot.Add(Change->FATermin, IndexSpan(*Change), Change);
     }
   }
-  for (TQuillonDataObject* Object : APlan.FZuweisungen.Items() | std::views::reverse) {
-    auto* const Assignment = static_cast<TVELZuweisung*>(Object);
+  for (int Place = APlan.FZuweisungen.Count() - 1; Place >= 0; --Place) {
+    TVELZuweisung* const Assignment = APlan.FZuweisungen.GetItem(Place);
     if (Assignment->FATermin != nullptr) {
       FAssignments.Add(Assignment->FATermin, IndexSpan(*Assignment), Assignment);
     }
@@ -278,8 +277,8 @@ TConcerns::TConcerns(const TVELPlan& APlan) {
       }
     }
   }
-  for (TQuillonDataObject* Object : APlan.FZuweisungen.Items() | std::views::reverse) {
-    auto* const Assignment = static_cast<TVELZuweisung*>(Object);
+  for (int Place = APlan.FZuweisungen.Count() - 1; Place >= 0; --Place) {
+    TVELZuweisung* const Assignment = APlan.FZuweisungen.GetItem(Place);
     for (const TVELPlanobjekt* New : Assignment->FNeu) {
       FAssignments.Add(New, IndexSpan(*Assignment), Assignment);
     }
@@ -299,8 +298,7 @@ std::vector<int> TConcerns::Of(const TVELPlanobjekt& AnObject, const TSpan& ASpa
     });
   }
   std::ranges::sort(Found, std::greater<>());
-  const auto Doubles = std::ranges::unique(Found);
-  Found.erase(Doubles.begin(), Doubles.end());
+  Found.erase(std::unique(Found.begin(), Found.end()), Found.end());
   return Found;
 }
 
