@@ -1,6 +1,5 @@
 #include "uPlandaten/Molekuele.h"
 
-#include <algorithm>
 #include <unordered_set>
 #include <utility>
 
@@ -86,16 +85,18 @@ void TVELMolecule::Update(std::span<TVELTermin* const> AGroup) {
       Member->FMolecule->Remove(*Member);
     }
     Member->FMolecule = this;
+    Member->FMoleculePlace = Atoms.Count();
     Atoms.Add(Member);
   }
   Update();
 }
 
 void TVELMolecule::Remove(TVELTermin& ATermin) {
-  const auto Atom = std::ranges::find(Atoms.Items(), &ATermin);
-  if (Atom != Atoms.Items().end()) {
-    Atoms.Delete(static_cast<int>(Atom - Atoms.Items().begin()));
-  }
+  // The last one takes its place: a block that is freed is no walk for each of its appointments.
+  TVELTermin* const Last = Atoms.GetItem(Atoms.Count() - 1);
+  Atoms.SetItem(ATermin.FMoleculePlace, Last);
+  Last->FMoleculePlace = ATermin.FMoleculePlace;
+  Atoms.Delete(Atoms.Count() - 1);
   ATermin.FMolecule = nullptr;
   FIsStale = true;
 }

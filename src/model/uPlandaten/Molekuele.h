@@ -35,7 +35,7 @@ class TVELMolecule : public TQuillonObject {
   void Update(TVELTermin& ATermin);
   /// As above with appointments that were found already.
   void Update(std::span<TVELTermin* const> AGroup);
-  /// Takes an atom out.
+  /// Takes an atom out; the order of the others is none.
   void Remove(TVELTermin& ATermin);
   /// Takes an object, which is freed, out of members and resources.
   void RemoveObject(const TVELPlanobjekt& AnObject);
