@@ -113,7 +113,7 @@ void TMaker::MakeOfAbsence(const TOccurrence& AnOccurrence, TVELFehlzeit& AnAbse
 void TMaker::MakeOfAbsences(int ACount) {
   int Made = 0;
   for (TVELFehlzeit* Absence : Section.Absences) {
-    auto* const OfTeacher = dynamic_cast<TVELLehrerfehlzeit*>(Absence);
+    const auto* const OfTeacher = Absence->As<TVELLehrerfehlzeit>();
     if (OfTeacher == nullptr) {
       continue;
     }
@@ -128,7 +128,7 @@ void TMaker::MakeOfAbsences(int ACount) {
 
 void TMaker::MakeClassesMissing(int ACount) {
   for (TVELFehlzeit* Absence : Section.Absences) {
-    auto* const OfClass = dynamic_cast<TVELKlassenfehlzeit*>(Absence);
+    const auto* const OfClass = Absence->As<TVELKlassenfehlzeit>();
     if (OfClass == nullptr) {
       continue;
     }
@@ -149,7 +149,7 @@ void TMaker::MakeClassesMissing(int ACount) {
 /// Rooms that cannot be used: some lessons are substituted, others only move to another room.
 void TMaker::MakeRoomsMissing(int ACount) {
   for (TVELFehlzeit* Absence : Section.Absences) {
-    auto* const OfRoom = dynamic_cast<TVELRaumfehlzeit*>(Absence);
+    const auto* const OfRoom = Absence->As<TVELRaumfehlzeit>();
     if (OfRoom == nullptr) {
       continue;
     }

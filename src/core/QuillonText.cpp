@@ -71,6 +71,17 @@ int CompareIgnoreCase(std::string_view A, std::string_view B) { return CompareOr
 
 bool EqualsIgnoreCase(std::string_view A, std::string_view B) { return CompareIgnoreCase(A, B) == 0; }
 
+int CompareIgnoreAsciiCase(std::string_view A, std::string_view B) {
+  const auto [InA, InB] = std::mismatch(A.begin(), A.end(), B.begin(), B.end(),
+                                        [](char CA, char CB) { return AsciiUpper(CA) == AsciiUpper(CB); });
+  if (InA == A.end() || InB == B.end()) {
+    return static_cast<int>(InA != A.end()) - static_cast<int>(InB != B.end());
+  }
+  const char CA = AsciiUpper(*InA);
+  const char CB = AsciiUpper(*InB);
+  return CompareOrdinal({&CA, 1}, {&CB, 1});
+}
+
 std::string ToLower(std::string_view AText) { return MapCase(AText, AsciiLower, utf8proc_tolower); }
 
 std::string ToUpper(std::string_view AText) {

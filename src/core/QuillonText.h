@@ -14,6 +14,9 @@ int CompareOrdinal(std::string_view A, std::string_view B);
 int CompareIgnoreCase(std::string_view A, std::string_view B);
 bool EqualsIgnoreCase(std::string_view A, std::string_view B);
 
+/// As CompareOrdinal, with the letters a to z as their capitals and all others as they stand.
+int CompareIgnoreAsciiCase(std::string_view A, std::string_view B);
+
 /// Simple case mapping of Unicode, one code point to one: "ß" stays as it is.
 std::string ToLower(std::string_view AText);
 std::string ToUpper(std::string_view AText);

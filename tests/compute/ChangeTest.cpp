@@ -3,11 +3,10 @@
 
 #include <algorithm>
 #include <functional>
-#include <random>
 
 #include "PlanFixture.h"
-#include "uDataUtils/Changes.h"
 #include "uDataUtils/Substitutions.h"
+#include "uPlandaten/Aufsichten.h"
 #include "uPlandaten/Faecher.h"
 #include "uPlandaten/Klassen.h"
 #include "uPlandaten/Lehrer.h"
@@ -21,46 +20,56 @@ namespace {
 
 const TSpan Lesson = Span("2026-09-07T08:00", "2026-09-07T08:45");
 
-TEST(Changes, AreFoundByHalvesAsByAPlainWalk) {
-  std::mt19937 Random(42);
-  const auto Number = [&](int AMin, int AMax) { return std::uniform_int_distribution(AMin, AMax)(Random); };
-  for (int Round = 0; Round < 500; ++Round) {
-    TPlanFixture Plan("2026-08-03", "2027-07-01");
-    for (int I = Number(0, 40); I > 0; --I) {
-      const TVELDateTime Start = Lesson.Start + Number(0, 12) + Number(0, 7) / 8.0;
-      Plan.Change<TVELMitteilung>({Start, Start + 0.125});
-    }
-    const TVELDateTime Start = Lesson.Start + Number(-1, 13) + Number(0, 15) / 16.0;
-    const TSpan Range{Start, Start + Number(0, 40) / 16.0};
-    std::vector<TVELAenderung*> Expected;
-    for (TVELAenderung* Change : Plan->FAenderungen) {
-      if (Change->FStart <= Range.Start ? Range.Start < Change->FEnde : Change->FStart < Range.Finish) {
-        Expected.insert(Expected.begin(), Change);
-      }
-    }
-    const int Index = uDataUtils::FindAenderung(*Plan, Range);
-    ASSERT_EQ(Index, Expected.empty() ? -1 : Plan->FAenderungen.IndexOf(Expected.front())) << "round " << Round;
-    ASSERT_EQ(uDataUtils::ChangesFrom(*Plan, Index, Range), Expected) << "round " << Round;
-  }
+TEST(Changes, AreFoundFromTheFirstOfTheRunThatTheSearchHits) {
+  TPlanFixture Plan("2026-08-03", "2027-07-01");
+  const auto Add = [&](double AStart, double AFinish) {
+    return &Plan.Change<TVELMitteilung>({Lesson.Start + AStart, Lesson.Start + AFinish});
+  };
+  const auto Found = [&](double AStart, double AFinish) {
+    const TSpan Range{Lesson.Start + AStart, Lesson.Start + AFinish};
+    return uDataUtils::ChangesFrom(*Plan, uDataUtils::FindAenderung(*Plan, Range), Range);
+  };
+  EXPECT_THAT(Found(0, 1), IsEmpty());
+  TVELAenderung* const Early = Add(0, 1);
+  TVELAenderung* const First = Add(2, 3);
+  TVELAenderung* const Second = Add(2.5, 4);
+  TVELAenderung* const Late = Add(9, 10);
+  EXPECT_THAT(Found(0, 12), ElementsAre(Early, First, Second, Late));
+  EXPECT_THAT(Found(1, 2.75), ElementsAre(First, Second)) << "touching spans share no moment";
+  EXPECT_THAT(Found(4, 9), IsEmpty());
+  EXPECT_THAT(Found(9.5, 9.5), ElementsAre(Late));
+  EXPECT_THAT(Found(-2, -1), IsEmpty());
 }
 
-TEST(Changes, AListBeginsAtTheSubstitutionThatFreesSomebodyIfTheSearchHitsIt) {
+TEST(Changes, HangOnAppointmentsAndSupervisions) {
   TPlanFixture Plan("2026-08-03", "2027-07-01");
-  for (int I = 0; I < 7; ++I) {
-    Plan.Change<TVELVertretung>({Lesson.Start, Lesson.Finish + I}).FFehlstellengrund = vaVerschoben;
-  }
-  const auto Freed = [&](int AnIndex) {
-    auto& Change = *static_cast<TVELVertretung*>(Plan->FAenderungen.GetItem(AnIndex));
-    Change.FFehlstellengrund = vaFreigestellt;
-    const int Found = uDataUtils::FindAenderungForList(*Plan, Lesson);
-    Change.FFehlstellengrund = vaVerschoben;
-    return Found;
+  TVELTermin& Termin = Plan.Weekly(velMonday);
+  auto& Supervision = Plan.Add<TVELAufsicht>(Plan.Add<TVELAufsichtsbereich>(Plan->FAufsichtsbereiche).FAufsichten);
+  const auto On = [&](TVELAenderung& AChange, TVELAbstrakterTermin& ASlot) {
+    AChange.FATermin = &ASlot;
+    return &AChange;
   };
-  EXPECT_EQ(uDataUtils::FindAenderung(*Plan, Lesson), 6);
-  EXPECT_EQ(Freed(3), 3);
-  EXPECT_EQ(Freed(4), 6);
-  EXPECT_EQ(Freed(6), 6);
-  EXPECT_EQ(uDataUtils::FindAenderungForList(*Plan, Span("2026-09-01", "2026-09-02")), -1);
+  TVELAenderung* const Late = On(Plan.Change<TVELVertretung>({Lesson.Start + 0.01, Lesson.Finish}), Termin);
+  TVELAenderung* const Room = On(Plan.Change<TVELRaumaenderung>(Lesson), Termin);
+  On(Plan.Change<TVELVertretung>({Lesson.Finish, Lesson.Finish + 1}), Termin);
+  On(Plan.Change<TVELVertretung>(Lesson), Plan.Weekly(velMonday));
+  TVELAenderung* const Duty = On(Plan.Change<TVELAufsichtsVertretung>(Lesson), Supervision);
+  auto& Teacher = Plan.Add<TVELLehrer>(Plan->FLehrer);
+  for (const int Days : {0, 1}) {
+    auto& Assignment = Plan.Add<TVELZuweisung>(Plan->FZuweisungen);
+    Assignment.FStart = Lesson.Start - Days;
+    Assignment.FEnde = Lesson.Finish;
+    Assignment.FATermin = &Termin;
+    Assignment.FNeu.Add(&Teacher);
+  }
+  const uDataUtils::TPlanContext& Context = Plan.Context();
+  EXPECT_THAT(Context.Changes().Of(Termin, Lesson), ElementsAre(Room, Late));
+  EXPECT_THAT(Context.Changes().Of(Supervision, Lesson), ElementsAre(Duty));
+  const auto Assignments = Context.Concerns().Assignments(Teacher, Lesson);
+  ASSERT_EQ(Assignments.size(), 2U);
+  EXPECT_EQ(Context.Changes().Assignment(Termin, Lesson), Assignments.back()) << "the latest one";
+  EXPECT_LT(Assignments.front()->FStart, Assignments.back()->FStart);
+  EXPECT_EQ(Context.Changes().Assignment(Termin, {Lesson.Start + 7, Lesson.Finish + 7}), nullptr);
 }
 
 /// Teacher A teaches class K in room 1, and B class L in room 2, as does C in room 3 the subject F; N is new.
@@ -71,26 +80,21 @@ struct TSchool {
   TVELTermin& Other = Plan.Weekly(velTuesday);
 
   TSchool() {
-    for (const char* Code : {"K", "L"}) {
-      Named<TVELKlasse>(Plan->FKlassen, Code);
-    }
-    for (const char* Code : {"A", "B", "N", "M"}) {
-      Named<TVELLehrer>(Plan->FLehrer, Code);
-    }
-    for (const char* Code : {"1", "2", "3"}) {
-      Named<TVELRaum>(Plan->FRaeume, Code);
-    }
-    Own.Veranstaltung()->FFach = &Named<TVELFach>(Plan->FFaecher, "F");
+    Make<TVELKlasse>(Plan->FKlassen, "KL");
+    Make<TVELLehrer>(Plan->FLehrer, "ABNM");
+    Make<TVELRaum>(Plan->FRaeume, "123");
+    Make<TVELFach>(Plan->FFaecher, "F");
+    Own.Veranstaltung()->FFach = Plan->FFaecher.GetItem(0);
     Enter(Own, "K", "A", "1");
     Enter(Other, "L", "B", "2");
   }
 
   template <class T>
-  T& Named(TQuillonDataList& AList, const char* ACode) {
-    T& Object = Plan.Add<T>(AList);
-    Object.FKuerzel = ACode;
-    Objects.push_back(&Object);
-    return Object;
+  void Make(TQuillonDataList& AList, std::string_view ACodes) {
+    for (const char Code : ACodes) {
+      Objects.push_back(&Plan.Add<T>(AList));
+      Objects.back()->FKuerzel = Code;
+    }
   }
   TVELPlanobjekt* operator[](std::string_view ACode) const {
     return *std::ranges::find(Objects, ACode, [](const TVELPlanobjekt* AnObject) { return AnObject->FKuerzel; });
@@ -110,98 +114,92 @@ struct TSchool {
     Change.FAenderungsstatus = aeFinished;
     return Change;
   }
-  /// A substitution with the other lesson in the place of this one, or in no place.
-  TVELVertretung& Moved(TVELVertretungsmerkmal AFeature, TVELVertretungslehrermerkmal ATeachers,
-                        const TVELTermin* APlace) {
-    TVELVertretung& Change = StandIn(vaKein, AFeature, ATeachers);
-    Change.FATermin = APlace == nullptr ? nullptr : &Own;
-    Change.FNeuerTermin = &Other;
-    return Change;
-  }
-};
-
-struct TSelection {
-  const char* Name;
-  const char* Expected;  ///< whose plans the change enters
-  std::function<void(TSchool&)> Make;
-};
-
-TEST(Changes, EnterThePlansOfThoseWhoseLessonsTheyAreNot) {
-  const TSelection Selections[] = {
-      {"one stands in, in another room", "N3",
-       [](TSchool& S) {
-         auto& Change = S.StandIn(vaLehrerFehlzeit, vmKein);
-         Change.FNeu.Add(S["N"]);
-         Change.FNeu.Add(S["3"]);
-         Change.FFehlend.Add(S["A"]);
-       }},
-      {"a room stays", "", [](TSchool& S) { S.StandIn(vaKein, vmKein).FNeu.Add(S["1"]); }},
-      {"one stands in beside a moved lesson", "",
-       [](TSchool& S) { S.StandIn(vaKein, vmKein, vlmVerschoben).FNeu.Add(S["N"]); }},
-      {"one more teacher", "N", [](TSchool& S) { S.StandIn(vaKein, vmAenderung, vlmZusaetzlich).FNeu.Add(S["N"]); }},
-      {"one of several", "N", [](TSchool& S) { S.StandIn(vaKein, vmAenderung, vlmMehrfach).FNeu.Add(S["N"]); }},
-      {"somebody is missing", "M", [](TSchool& S) { S.StandIn(vaKein, vmKein).FFehlend.Add(S["M"]); }},
-      {"somebody is freed", "", [](TSchool& S) { S.StandIn(vaFreigestellt, vmKein).FFehlend.Add(S["M"]); }},
-      {"a gap", "KAM",
-       [](TSchool& S) {
-         for (const char* Code : {"K", "A", "M"}) {
-           S.StandIn(vaFehlstelle, vmKein).FFehlend.Add(S[Code]);
-         }
-       }},
-      {"teachers are swapped", "B",
-       [](TSchool& S) { S.Moved(vmLehrerRaumTausch, vlmKein, &S.Own).FTauschTerminLehrer = true; }},
-      {"rooms are swapped", "2",
-       [](TSchool& S) { S.Moved(vmLehrerRaumTausch, vlmKein, &S.Own).FTauschTerminRaum = true; }},
-      {"a lesson moves to the place of another", "LB2",
-       [](TSchool& S) { S.Moved(vmVorgezogen, vlmVerschoben, &S.Own); }},
-      {"a lesson moves to no lesson's place", "LB2", [](TSchool& S) { S.Moved(vmVorgezogen, vlmKein, nullptr); }},
-      {"one moves, its teacher is additional", "B", [](TSchool& S) { S.Moved(vmVorgezogen, vlmZusaetzlich, &S.Own); }},
-      {"the same in no lesson's place", "LB2", [](TSchool& S) { S.Moved(vmVorgezogen, vlmZusaetzlich, nullptr); }},
-      {"another lesson is additional", "LB", [](TSchool& S) { S.Moved(vmAenderung, vlmZusaetzlich, nullptr); }},
-      {"another lesson takes place", "B", [](TSchool& S) { S.Moved(vmAenderung, vlmKein, nullptr); }},
-      {"teachers of a moved one", "", [](TSchool& S) { S.Moved(vmAenderung, vlmVerschoben, &S.Own); }},
-      {"teachers of a moved one are swapped", "B",
-       [](TSchool& S) { S.Moved(vmAenderung, vlmVerschoben, &S.Own).FTauschTerminLehrer = true; }},
-      {"another room", "3",
-       [](TSchool& S) {
-         auto& Change = S.Plan.Change<TVELRaumaenderung>(Lesson);
-         Change.FATermin = &S.Own;
-         Change.FNeu.Add(S["3"]);
-         Change.FNeu.Add(S["2"]);
-       }},
-      {"a message to classes", "KLN",
-       [](TSchool& S) {
-         auto& Change = S.Plan.Change<TVELMitteilung>(Lesson);
-         Change.FAlleKlassen = true;
-         Change.FNeu.Add(S["N"]);
-       }},
-      {"a message to teachers", "ABNM", [](TSchool& S) { S.Plan.Change<TVELMitteilung>(Lesson).FAlleLehrer = true; }},
-      {"an additional lesson", "KM3F",
-       [](TSchool& S) {
-         auto& Change = S.Plan.Change<TVELZusatzunterricht>(Lesson);
-         Change.FOriginal.Add(S["K"]);
-         Change.FNeu.Add(S["3"]);
-         Change.FFehlend.Add(S["M"]);
-         Change.FNeuesFach = S.Own.Fach();
-       }},
-      {"an assignment", "1",
-       [](TSchool& S) {
-         auto& Change = S.Plan.Change<TVELZuweisung>(Lesson);
-         Change.FNeu.Add(S["1"]);
-         Change.FOriginal.Add(S["K"]);
-       }},
-      {"a supervision", "", [](TSchool& S) { S.Plan.Change<TVELAufsichtsVertretung>(Lesson).FNeu.Add(S["N"]); }},
-  };
-  for (const TSelection& Selection : Selections) {
-    TSchool School;
-    Selection.Make(School);
-    std::string Found;
-    for (const TVELPlanobjekt* Object : School.Objects) {
-      Found += uDataUtils::SelectChanges(*School.Plan, *Object, Lesson).empty() ? "" : Object->FKuerzel;
+  void Fill(TVELPlanobjektliste& AList, std::string_view ACodes) const {
+    for (const char& Code : ACodes) {
+      AList.Add((*this)[{&Code, 1}]);
     }
-    EXPECT_EQ(Found, Selection.Expected) << Selection.Name;
-    EXPECT_THAT(uDataUtils::SelectChanges(*School.Plan, *School["N"], Span("2026-09-08", "2026-09-09")), IsEmpty());
   }
+  /// Whose plans the changes enter.
+  std::string Selected(const TSpan& ASpan = Lesson) const {
+    const uDataUtils::TPlanContext& Context = Plan.Context();
+    std::string Found;
+    for (const TVELPlanobjekt* Object : Objects) {
+      Found += uDataUtils::SelectChanges(Context, *Object, ASpan).empty() ? "" : Object->FKuerzel;
+    }
+    return Found;
+  }
+};
+
+TEST(Changes, OfLessonsEnterThePlansOfThoseWhoseLessonsTheyAreNot) {
+  enum TPlace { Own, OtherInOwn, OtherInNone };
+  enum TSwapped { None, Teachers, Rooms };
+  const struct {
+    const char* Name;
+    TVELFehlstellengrund Reason;
+    TVELVertretungsmerkmal Feature;
+    TVELVertretungslehrermerkmal Mark;
+    TPlace Place;
+    TSwapped Swapped;
+    const char *New, *Missing, *Expected;
+  } Cases[] = {
+      {"one stands in, in another room", vaLehrerFehlzeit, vmKein, vlmKein, Own, None, "N3", "A", "N3"},
+      {"a room stays", vaKein, vmKein, vlmKein, Own, None, "1", "", ""},
+      {"one stands in beside a moved lesson", vaKein, vmKein, vlmVerschoben, Own, None, "N", "", ""},
+      {"one more teacher", vaKein, vmAenderung, vlmZusaetzlich, Own, None, "N", "", "N"},
+      {"one of several", vaKein, vmAenderung, vlmMehrfach, Own, None, "N", "", "N"},
+      {"somebody is missing", vaKein, vmKein, vlmKein, Own, None, "", "M", "M"},
+      {"somebody is freed", vaFreigestellt, vmKein, vlmKein, Own, None, "", "M", ""},
+      {"a gap", vaFehlstelle, vmKein, vlmKein, Own, None, "", "KAM", "KAM"},
+      {"teachers are swapped", vaKein, vmLehrerRaumTausch, vlmKein, OtherInOwn, Teachers, "", "", "B"},
+      {"rooms are swapped", vaKein, vmLehrerRaumTausch, vlmKein, OtherInOwn, Rooms, "", "", "2"},
+      {"a lesson moves to another's place", vaKein, vmVorgezogen, vlmVerschoben, OtherInOwn, None, "", "", "LB2"},
+      {"a lesson moves to no lesson's place", vaKein, vmVorgezogen, vlmKein, OtherInNone, None, "", "", "LB2"},
+      {"its teacher is additional", vaKein, vmVorgezogen, vlmZusaetzlich, OtherInOwn, None, "", "", "B"},
+      {"the same in no lesson's place", vaKein, vmVorgezogen, vlmZusaetzlich, OtherInNone, None, "", "", "LB2"},
+      {"another lesson is additional", vaKein, vmAenderung, vlmZusaetzlich, OtherInNone, None, "", "", "LB"},
+      {"another lesson takes place", vaKein, vmAenderung, vlmKein, OtherInNone, None, "", "", "B"},
+      {"teachers of a moved one", vaKein, vmAenderung, vlmVerschoben, OtherInOwn, None, "", "", ""},
+      {"they are swapped", vaKein, vmAenderung, vlmVerschoben, OtherInOwn, Teachers, "", "", "B"},
+  };
+  for (const auto& Case : Cases) {
+    TSchool School;
+    TVELVertretung& Change = School.StandIn(Case.Reason, Case.Feature, Case.Mark);
+    Change.FATermin = Case.Place == OtherInNone ? nullptr : &School.Own;
+    Change.FNeuerTermin = Case.Place == Own ? nullptr : &School.Other;
+    Change.FTauschTerminLehrer = Case.Swapped == Teachers;
+    Change.FTauschTerminRaum = Case.Swapped == Rooms;
+    School.Fill(Change.FNeu, Case.New);
+    School.Fill(Change.FFehlend, Case.Missing);
+    EXPECT_EQ(School.Selected(), Case.Expected) << Case.Name;
+  }
+}
+
+/// Whose plans a change of the class enters.
+template <class T>
+std::string SelectedOf(std::string_view ANew, const std::function<void(TSchool&, T&)>& APrepare = nullptr) {
+  TSchool School;
+  T& Change = School.Plan.Change<T>(Lesson);
+  School.Fill(Change.FNeu, ANew);
+  if (APrepare) {
+    APrepare(School, Change);
+  }
+  EXPECT_EQ(School.Selected(Span("2026-09-08", "2026-09-09")), "");
+  return School.Selected();
+}
+
+TEST(Changes, OfOtherKindsEnterThePlansOfThoseWhomTheyName) {
+  EXPECT_EQ(SelectedOf<TVELRaumaenderung>("32"), "3");
+  EXPECT_EQ(SelectedOf<TVELZuweisung>("1", [](TSchool& S, auto& C) { S.Fill(C.FOriginal, "K"); }), "1");
+  EXPECT_EQ(SelectedOf<TVELAufsichtsVertretung>("N"), "");
+  EXPECT_EQ(SelectedOf<TVELMitteilung>("N", [](TSchool&, auto& C) { C.FAlleKlassen = true; }), "KLN");
+  EXPECT_EQ(SelectedOf<TVELMitteilung>("", [](TSchool&, auto& C) { C.FAlleLehrer = true; }), "ABNM");
+  EXPECT_EQ(SelectedOf<TVELZusatzunterricht>("3",
+                                             [](TSchool& S, auto& C) {
+                                               S.Fill(C.FOriginal, "K");
+                                               S.Fill(C.FFehlend, "M");
+                                               C.FNeuesFach = S.Own.Fach();
+                                             }),
+            "KM3F");
 }
 
 struct TListed {
@@ -250,7 +248,7 @@ TEST(SubstitutionList, ShowsInEachModeWhatBelongsThere) {
     for (const bool HasObjects : {false, true}) {
       std::string Modes;
       for (std::uint8_t Mode = 0; Mode < 6; ++Mode) {
-        const auto Found = uDataUtils::AllSubstitutions(*School.Plan, {.Span = Lesson, .Mode = Mode},
+        const auto Found = uDataUtils::AllSubstitutions(School.Plan.Context(), {.Span = Lesson, .Mode = Mode},
                                                         [&](const TVELAenderung&) { return HasObjects; });
         Modes += Found.empty() ? "" : std::to_string(Mode);
       }
@@ -269,10 +267,10 @@ TEST(SubstitutionList, IsOfSomeObjectsAndOfThePublicIfItShallBe) {
   School.Plan->FAenderungen.Sort();
   uDataUtils::TSubstitutionFilter Filter{.Span = Lesson};
   const auto List = [&] {
-    return uDataUtils::AllSubstitutions(*School.Plan, Filter, [](const TVELAenderung&) { return true; });
+    return uDataUtils::AllSubstitutions(School.Plan.Context(), Filter, [](const TVELAenderung&) { return true; });
   };
   EXPECT_THAT(List(), ElementsAre(&First, &Second));
-  std::vector<TVELPlanobjekt*> Objects = {School["A"], School["3"]};
+  std::vector<const TVELPlanobjekt*> Objects = {School["A"], School["3"]};
   Filter.Objects = Objects;
   EXPECT_THAT(List(), ElementsAre(&Second));
   School.Plan.Change<TVELAufsichtsVertretung>({Lesson.Start + 0.01, Lesson.Finish}).FNeu.Add(School["N"]);

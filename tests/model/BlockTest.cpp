@@ -3,7 +3,9 @@
 
 #include <vector>
 
+#include "Growth.h"
 #include "model/PlanDocument.h"
+#include "uPlandaten/Aenderungen.h"
 #include "uPlandaten/Blockketten.h"
 #include "uPlandaten/Bloecke.h"
 #include "uPlandaten/Klassen.h"
@@ -149,13 +151,13 @@ TEST(Molecules, FollowTheBlocksAndWhatTheirAppointmentsHold) {
   EXPECT_EQ(Molecule(11), Molecule(21));
   EXPECT_NE(Molecule(11), Molecule(12));
   EXPECT_EQ(Molecule(31)->Atoms.Count(), 1);
-  EXPECT_THAT(Molecule(21)->Members.Items(), ElementsAre(&Find<TVELKlasse>(*Plan, 63)));
+  EXPECT_THAT(Molecule(21)->Members().Items(), ElementsAre(&Find<TVELKlasse>(*Plan, 63)));
 
   auto& Shared = Find<TVELTermin>(*Plan, 21);
   Shared.FLehrer.Add(&Find<TVELLehrer>(*Plan, 61));
   Shared.FRaeume.Add(&Find<TVELRaum>(*Plan, 62));
-  EXPECT_EQ(Molecule(11)->Members.Count(), 2);
-  EXPECT_EQ(Molecule(11)->Resources.Count(), 3);
+  EXPECT_EQ(Molecule(11)->Members().Count(), 2);
+  EXPECT_EQ(Molecule(11)->Resources().Count(), 3);
 
   SetBlockID(Find<TVELVeranstaltung>(*Plan, 2), "B", false);
   uPlandaten::RebuildBlocks(*Plan);
@@ -202,7 +204,7 @@ TEST(Molecules, LetGoOfWhatLeavesThePlan) {
   auto& Out = Find<TVELTermin>(*Plan, 11);
   auto& Stays = Find<TVELTermin>(*Plan, 21);
   Out.FLehrer.Add(&Find<TVELLehrer>(*Plan, 61));
-  EXPECT_EQ(Stays.Molecule()->Members.Count(), 1);
+  EXPECT_EQ(Stays.Molecule()->Members().Count(), 1);
   Lesson1.FTermine.Extract(&Out);
   EXPECT_THAT(Stays.Molecule()->Atoms.Items(), ElementsAre(&Stays));
   EXPECT_EQ(Out.Molecule(), nullptr);
@@ -210,7 +212,7 @@ TEST(Molecules, LetGoOfWhatLeavesThePlan) {
   EXPECT_EQ(Out.Molecule(), Stays.Molecule());
   Plan->FMolecules.LockUpdate = true;
   Plan->FLehrer.Clear();
-  EXPECT_THAT(Out.Molecule()->Resources.Items(), IsEmpty()) << "freed objects go at once";
+  EXPECT_THAT(Out.Molecule()->Resources().Items(), IsEmpty()) << "freed objects go at once";
   Plan->FMolecules.Clear();
   EXPECT_EQ(Out.Molecule(), nullptr);
 }
@@ -221,6 +223,65 @@ TEST(Molecules, AChainThatNeverComesBackIsNoRing) {
                                          Lesson(2, "A", Element("BlockNext", "Event", 2)) + Lesson(3, "C")));
   auto& Termin = Find<TVELTermin>(*Plan, 11);
   EXPECT_THAT(uPlandaten::BlockPartners(Termin), ElementsAre(&Termin, &Find<TVELTermin>(*Plan, 21)));
+}
+
+/// Lessons with an appointment each; ABlockSize of them are a ring.
+TPlan Ringed(int ACount, int ABlockSize) {
+  TPlan Plan = CreateStorage<TVELPlan>();
+  for (int I = 0; I < ACount; ++I) {
+    auto* const Lesson = Create<TVELVeranstaltung>(&*Plan);
+    auto* const Appointment = Create<TVELTermin>(&*Plan);
+    Lesson->FBlockIndex = I;
+    Lesson->FBlockID = std::to_string(I / ABlockSize);
+    Appointment->FBlockID = Lesson->FBlockID + ".1";
+    Lesson->FTermine.Append(Appointment);
+    Plan->FVeranstaltungen.Append(Lesson);
+  }
+  uPlandaten::RebuildBlocks(*Plan);
+  return Plan;
+}
+
+TEST(Blocks, PartnersOfOneAppointmentTakeNoWalkOverThePlan) {
+  EXPECT_LT(Growth(1000,
+                   [](int ASize) {
+                     const TPlan Plan = Ringed(ASize, 2);
+                     return Seconds([&] {
+                       for (const TVELVeranstaltung* Lesson : Plan->FVeranstaltungen) {
+                         ASSERT_EQ(uPlandaten::BlockPartners(*Lesson->FTermine.GetItem(0)).size(), 2U);
+                       }
+                     });
+                   }),
+            QuadraticGrowth);
+}
+
+TEST(Molecules, ABlockIsTakenApartInOnePass) {
+  EXPECT_LT(Growth(500,
+                   [](int ASize) {
+                     const TPlan Plan = Ringed(ASize, ASize);
+                     Plan->FMolecules.Update();
+                     return Seconds([&] {
+                       for (const TVELVeranstaltung* Lesson : Plan->FVeranstaltungen) {
+                         TVELMoleculeList::RemoveTermin(*Lesson->FTermine.GetItem(0));
+                       }
+                     });
+                   }),
+            QuadraticGrowth);
+}
+
+TEST(Changes, ManyItemsOfAnOldAdditionalLessonAreMergedInOnePass) {
+  const double Growing = Growth(4000, [](int ASize) {
+    std::string Rooms;
+    for (int I = 0; I < ASize; ++I) {
+      Rooms += Item("Room", I + 10);
+    }
+    const std::string Change =
+        List("Changes", Item("AdditionalLesson", 1, List("Original", Rooms) + List("New", Rooms)));
+    return Seconds([&] {
+      const TPlan Plan = Load("6.0.143", Change);
+      ASSERT_EQ(Find<TVELZusatzunterricht>(*Plan, 1).FOriginal.Count(), ASize);
+    });
+  });
+  EXPECT_LT(Growing, QuadraticGrowth);
 }
 
 }  // namespace

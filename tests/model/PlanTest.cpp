@@ -359,6 +359,7 @@ TEST(Plan, LessonsFallBackStepByStep) {
   EXPECT_EQ(Lesson->KursTitel(), "MA2");
   Plan->FEinstellungen->FStandardUnterrichtsart = Lesson->FUnterrichtsart;
   EXPECT_EQ(Lesson->KursTitel(), "ma2");
+  EXPECT_EQ(Lesson->PlainKursTitel(), "Ma2");
 }
 
 TEST(Plan, SixListsAreOrderedAfterALoad) {

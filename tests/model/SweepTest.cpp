@@ -168,8 +168,8 @@ std::string FindDangling(TVELPlan& APlan) {
   }
   for (const auto& Molecule : APlan.FMolecules.Items()) {
     for (const TQuillonDataList* List : {static_cast<const TQuillonDataList*>(&Molecule->Atoms),
-                                         static_cast<const TQuillonDataList*>(&Molecule->Members),
-                                         static_cast<const TQuillonDataList*>(&Molecule->Resources)}) {
+                                         static_cast<const TQuillonDataList*>(&Molecule->Members()),
+                                         static_cast<const TQuillonDataList*>(&Molecule->Resources())}) {
       if (!std::ranges::all_of(List->Items(), [&](const auto* AnItem) { return Live.contains(AnItem); })) {
         return "molecule";
       }

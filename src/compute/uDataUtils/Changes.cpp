@@ -1,7 +1,12 @@
 #include "uDataUtils/Changes.h"
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
+#include <set>
 
+#include "uDataUtils/Context.h"
+#include "uPlandaten/Aufsichten.h"
 #include "uPlandaten/Faecher.h"
 #include "uPlandaten/Klassen.h"
 #include "uPlandaten/Lehrer.h"
@@ -86,10 +91,10 @@ bool ComesTo(const TVELVertretung& ASubstitution, const TVELPlanobjekt& AnObject
       (ASubstitution.FFehlstellengrund == vaFehlstelle && ASubstitution.FFehlend.Contains(&AnObject))) {
     return true;
   }
-  if (dynamic_cast<const TVELLehrer*>(&AnObject) != nullptr) {
+  if (uDataObjects::As<TVELLehrer>(&AnObject) != nullptr) {
     return ComesToTeacher(ASubstitution, AnObject);
   }
-  if (dynamic_cast<const TVELRaum*>(&AnObject) != nullptr) {
+  if (uDataObjects::As<TVELRaum>(&AnObject) != nullptr) {
     return ComesToRoom(ASubstitution, AnObject);
   }
   return ASubstitution.Termin() == nullptr && (ASubstitution.FVertretungsmerkmal == vmVorgezogen ||
@@ -98,13 +103,78 @@ bool ComesTo(const TVELVertretung& ASubstitution, const TVELPlanobjekt& AnObject
 }
 
 bool IsSelected(const TVELAenderung& AChange, const TVELPlanobjekt& AnObject) {
-  if (const auto* const Substitution = dynamic_cast<const TVELVertretung*>(&AChange)) {
-    return ComesTo(*Substitution, AnObject);
+  switch (AChange.Kind()) {
+    case TChangeKind::Vertretung:
+      return ComesTo(static_cast<const TVELVertretung&>(AChange), AnObject);
+    case TChangeKind::Raumaenderung:
+      return static_cast<const TVELRaumaenderung&>(AChange).Raum() == &AnObject;
+    case TChangeKind::AufsichtsVertretung:
+      return false;
+    default:
+      return AChange.IsAddition();
   }
-  if (const auto* const RoomChange = dynamic_cast<const TVELRaumaenderung*>(&AChange)) {
-    return RoomChange->Raum() == &AnObject;
+}
+
+/// Calls AVisit with each list of those who take part in the appointment.
+template <class TVisit>
+void VisitParticipants(const TVELTermin& ATermin, const TVisit& AVisit) {
+  for (const std::span<TQuillonDataObject* const> Objects :
+       {ATermin.FLehrer.Items(), ATermin.FRaeume.Items(), ATermin.FRessourcen.Items(), ATermin.Klassen(),
+        ATermin.Schueler()}) {
+    AVisit(Objects);
   }
-  return dynamic_cast<const TVELZusatzAenderung*>(&AChange) != nullptr;
+  TQuillonDataObject* const Subject = ATermin.Fach();
+  AVisit(std::span(&Subject, 1));
+}
+
+/// Calls AVisit with lists of what the change concerns: objects, some of them more than once, or null.
+template <class TVisit>
+void VisitConcerned(const TVELAenderung& AChange, const TVisit& AVisit) {
+  const auto* const Supervision = AChange.As<TVELAufsichtsVertretung>();
+  if (Supervision != nullptr) {
+    TQuillonDataObject* const Teacher = Supervision->Lehrer();
+    AVisit(std::span(&Teacher, 1));
+    return;
+  }
+  AVisit(AChange.FNeu.Items());
+  if (AChange.Kind() == TChangeKind::Zusatzunterricht) {
+    TQuillonDataObject* const Subject = AChange.FNeuesFach;
+    AVisit(AChange.FOriginal.Items());
+    AVisit(AChange.FFehlend.Items());
+    AVisit(std::span(&Subject, 1));
+  }
+  if (const auto* const Substitution = AChange.As<TVELVertretung>()) {
+    AVisit(AChange.FFehlend.Items());
+    for (const TVELTermin* Termin : {Substitution->Termin(), Substitution->FNeuerTermin}) {
+      if (Termin != nullptr) {
+        VisitParticipants(*Termin, AVisit);
+      }
+    }
+  }
+}
+
+/// The key of a message to all of a class.
+template <class T>
+const void* AllOf() {
+  return &T::Class();
+}
+
+/// The span as the index takes it: one that ends ahead of its start counts as a moment.
+TSpan IndexSpan(const TVELAenderung& AChange) {
+  return {AChange.FStart, std::max<double>(AChange.FStart, AChange.FEnde)};
+}
+
+/// The changes of a key that overlap the span, forward in time.
+template <class TChange>
+std::vector<TChange*> ChangesOf(const TSpanIndex<TChange*>& AnIndex, const void* AKey, const TSpan& ASpan) {
+  std::vector<TChange*> Found;
+  AnIndex.Visit(AKey, ASpan.Finish, ASpan.Start, [&](TChange* AChange) {
+    if (Touches(*AChange, ASpan)) {
+      Found.push_back(AChange);
+    }
+    return false;
+  });
+  return Found;
 }
 
 }  // namespace
@@ -115,8 +185,7 @@ int FindAenderung(const TVELPlan& APlan, const TSpan& ASpan) {
 
 int FindAenderungForList(const TVELPlan& APlan, const TSpan& ASpan) {
   const int Hit = FindHit(APlan.FAenderungen, ASpan);
-  const auto* const Substitution =
-      Hit >= 0 ? dynamic_cast<const TVELVertretung*>(APlan.FAenderungen.GetItem(Hit)) : nullptr;
+  const auto* const Substitution = Hit >= 0 ? APlan.FAenderungen.GetItem(Hit)->As<TVELVertretung>() : nullptr;
   return Substitution != nullptr && Substitution->FFehlstellengrund == vaFreigestellt
              ? Hit
              : WalkBack(APlan.FAenderungen, Hit, ASpan);
@@ -136,38 +205,105 @@ std::vector<TVELAenderung*> ChangesFrom(const TVELPlan& APlan, int AnIndex, cons
   return Found;
 }
 
+std::vector<TVELAenderung*> ChangesFrom(const TPlanContext& AContext, int AnIndex, const TSpan& ASpan,
+                                        std::span<const TVELPlanobjekt* const> AnObjects) {
+  std::set<int, std::greater<>> Places;
+  for (const TVELPlanobjekt* Object : AnObjects) {
+    const std::vector<int> Found = AContext.Concerns().Of(*Object, ASpan);
+    std::ranges::copy_if(Found, std::inserter(Places, Places.end()), [&](int APlace) { return APlace <= AnIndex; });
+  }
+  std::vector<TVELAenderung*> Changes;
+  std::ranges::transform(Places, std::back_inserter(Changes),
+                         [&](int APlace) { return AContext.Plan().FAenderungen.GetItem(APlace); });
+  return Changes;
+}
+
 bool TakesPart(const TVELTermin& ATermin, const TVELPlanobjekt& AnObject) {
-  const auto Holds = [&](const auto& AnObjects) { return std::ranges::find(AnObjects, &AnObject) != AnObjects.end(); };
-  return Holds(ATermin.FLehrer.Items()) || Holds(ATermin.FRaeume.Items()) || Holds(ATermin.FRessourcen.Items()) ||
-         Holds(ATermin.Klassen()) || Holds(ATermin.Schueler()) || ATermin.Fach() == &AnObject;
-}
-
-bool Concerns(const TVELAenderung& AChange, const TVELPlanobjekt& AnObject) {
-  const bool IsNew = AChange.FNeu.Contains(&AnObject);
-  if (const auto* const Message = dynamic_cast<const TVELMitteilung*>(&AChange)) {
-    return IsNew || (Message->FAlleKlassen && dynamic_cast<const TVELKlasse*>(&AnObject) != nullptr) ||
-           (Message->FAlleLehrer && dynamic_cast<const TVELLehrer*>(&AnObject) != nullptr);
-  }
-  if (dynamic_cast<const TVELZusatzunterricht*>(&AChange) != nullptr) {
-    return IsNew || AChange.FOriginal.Contains(&AnObject) || AChange.FFehlend.Contains(&AnObject) ||
-           AChange.FNeuesFach == &AnObject;
-  }
-  if (const auto* const Supervision = dynamic_cast<const TVELAufsichtsVertretung*>(&AChange)) {
-    return Supervision->Lehrer() == &AnObject;
-  }
-  if (const auto* const Substitution = dynamic_cast<const TVELVertretung*>(&AChange)) {
-    return IsNew || Substitution->FFehlend.Contains(&AnObject) || IsIn(Substitution->Termin(), AnObject) ||
-           IsIn(Substitution->FNeuerTermin, AnObject);
-  }
-  return IsNew;
-}
-
-std::vector<TVELAenderung*> SelectChanges(const TVELPlan& APlan, const TVELPlanobjekt& AnObject, const TSpan& ASpan) {
-  std::vector<TVELAenderung*> Found = ChangesFrom(APlan, FindAenderung(APlan, ASpan), ASpan);
-  std::erase_if(Found, [&](const TVELAenderung* AChange) {
-    return !Concerns(*AChange, AnObject) || !IsSelected(*AChange, AnObject);
+  bool Found = false;
+  VisitParticipants(ATermin, [&](std::span<TQuillonDataObject* const> AnObjects) {
+    Found = Found || std::ranges::find(AnObjects, &AnObject) != AnObjects.end();
   });
   return Found;
+}
+
+std::vector<TVELAenderung*> SelectChanges(const TPlanContext& AContext, const TVELPlanobjekt& AnObject,
+                                          const TSpan& ASpan) {
+  const TVELPlanobjekt* const Object = &AnObject;
+  std::vector<TVELAenderung*> Found =
+      ChangesFrom(AContext, FindAenderung(AContext.Plan(), ASpan), ASpan, std::span(&Object, 1));
+  std::erase_if(Found, [&](const TVELAenderung* AChange) { return !IsSelected(*AChange, AnObject); });
+  return Found;
+}
+
+TChanges::TChanges(const TVELPlan& APlan) {
+  // From the end of the lists: forward in time, also among those that begin together.
+  for (int Place = APlan.FAenderungen.Count() - 1; Place >= 0; --Place) {
+    TVELAenderung* const Change = APlan.FAenderungen.GetItem(Place);
+    if (Change->FATermin != nullptr) {
+      FOfSlot.Add(Change->FATermin, IndexSpan(*Change), Change);
+    }
+  }
+  for (int Place = APlan.FZuweisungen.Count() - 1; Place >= 0; --Place) {
+    TVELZuweisung* const Assignment = APlan.FZuweisungen.GetItem(Place);
+    if (Assignment->FATermin != nullptr) {
+      FAssignments.Add(Assignment->FATermin, IndexSpan(*Assignment), Assignment);
+    }
+  }
+  FOfSlot.Make();
+  FAssignments.Make();
+}
+
+std::vector<TVELAenderung*> TChanges::Of(const TVELAbstrakterTermin& ASlot, const TSpan& ASpan) const {
+  return ChangesOf(FOfSlot, &ASlot, ASpan);
+}
+
+TVELZuweisung* TChanges::Assignment(const TVELAbstrakterTermin& ASlot, const TSpan& ASpan) const {
+  const std::vector<TVELZuweisung*> Found = ChangesOf(FAssignments, &ASlot, ASpan);
+  return Found.empty() ? nullptr : Found.back();
+}
+
+TConcerns::TConcerns(const TVELPlan& APlan) {
+  for (int Place = APlan.FAenderungen.Count() - 1; Place >= 0; --Place) {
+    const TChange Change{APlan.FAenderungen.GetItem(Place), Place};
+    const auto Enter = [&](const void* AKey) { FOfObject.Add(AKey, IndexSpan(*Change.Change), Change); };
+    VisitConcerned(*Change.Change,
+                   [&](std::span<TQuillonDataObject* const> AnObjects) { std::ranges::for_each(AnObjects, Enter); });
+    if (const auto* const Message = Change.Change->As<TVELMitteilung>()) {
+      if (Message->FAlleKlassen) {
+        Enter(AllOf<TVELKlasse>());
+      }
+      if (Message->FAlleLehrer) {
+        Enter(AllOf<TVELLehrer>());
+      }
+    }
+  }
+  for (int Place = APlan.FZuweisungen.Count() - 1; Place >= 0; --Place) {
+    TVELZuweisung* const Assignment = APlan.FZuweisungen.GetItem(Place);
+    for (const TVELPlanobjekt* New : Assignment->FNeu) {
+      FAssignments.Add(New, IndexSpan(*Assignment), Assignment);
+    }
+  }
+  FOfObject.Make();
+  FAssignments.Make();
+}
+
+std::vector<int> TConcerns::Of(const TVELPlanobjekt& AnObject, const TSpan& ASpan) const {
+  std::vector<int> Found;
+  for (const void* Key : {static_cast<const void*>(&AnObject), static_cast<const void*>(&AnObject.DataClass())}) {
+    FOfObject.Visit(Key, ASpan.Finish, ASpan.Start, [&](const TChange& AChange) {
+      if (Touches(*AChange.Change, ASpan)) {
+        Found.push_back(AChange.Place);
+      }
+      return false;
+    });
+  }
+  std::ranges::sort(Found, std::greater<>());
+  Found.erase(std::unique(Found.begin(), Found.end()), Found.end());
+  return Found;
+}
+
+std::vector<TVELZuweisung*> TConcerns::Assignments(const TVELPlanobjekt& AnObject, const TSpan& ASpan) const {
+  return ChangesOf(FAssignments, &AnObject, ASpan);
 }
 
 }  // namespace uDataUtils

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "uDataUtils/Absences.h"
-#include "uDataUtils/SchoolDays.h"
-#include "uDataUtils/Spans.h"
+#include "uDataUtils/Context.h"
+#include "uDataUtils/ItemSet.h"
 #include "uPlandaten/Einstellungen.h"
 #include "uPlandaten/Fehlzeiten.h"
 #include "uPlandaten/Lehrer.h"
@@ -13,40 +13,43 @@
 
 namespace uDataUtils {
 
-bool InPublishWindow(const TVELPlan& APlan, TVELDate ADate, TVELDate AToday) {
-  const TVELEinstellungen& Settings = *APlan.FEinstellungen;
-  return !Settings.FAenderungenFreigeben || Settings.FPublishDaysScope == 0 ||
-         DayOf(ADate) <= MoveSchoolDays(APlan, Settings.FPublishDaysScope, AToday, AToday);
+bool InPublishWindow(const TPlanContext& AContext, TVELDate ADate) {
+  const TVELEinstellungen& Settings = *AContext.Plan().FEinstellungen;
+  return !Settings.FAenderungenFreigeben || Settings.FPublishDaysScope == 0 || DayOf(ADate) <= AContext.LastPublicDay();
 }
 
-bool IsOpen(const TVELAenderung& AChange) {
-  return dynamic_cast<const TVELZusatzAenderung*>(&AChange) == nullptr && AChange.Status() == aeOpen &&
-         !AllClassesAbsent(AChange);
+bool IsOpen(const TPlanContext& AContext, const TVELAenderung& AChange) {
+  return !AChange.IsAddition() && AChange.Status() == aeOpen && !AllClassesAbsent(AContext, AChange);
 }
 
-bool HasNoEffect(const TVELVertretung& ASubstitution) {
-  const auto Misses = [&](const TQuillonDataObject* AnObject) {
-    return dynamic_cast<const TVELLehrer*>(AnObject) != nullptr && ASubstitution.FFehlend.Contains(AnObject);
+bool HasNoEffect(const TPlanContext& AContext, const TVELVertretung& ASubstitution) {
+  const auto MissesTeacher = [&] {
+    const TItemSet Missing(ASubstitution.FFehlend);
+    return std::ranges::any_of(ASubstitution.FOriginal.Items(), [&](const TQuillonDataObject* AnObject) {
+      return uDataObjects::As<TVELLehrer>(AnObject) != nullptr && Missing.Contains(AnObject);
+    });
   };
   return (ASubstitution.FVertretungsmerkmal == vmKein || ASubstitution.FVertretungsmerkmal == vmKlasseFehlt) &&
          ASubstitution.FNeuerTermin == nullptr && ASubstitution.FTauschTermin == nullptr &&
          ASubstitution.FNeuesFach == nullptr && ASubstitution.FNeu.IsEmpty() &&
-         ASubstitution.FVertretungsentfall == nullptr &&
-         std::ranges::none_of(ASubstitution.FOriginal.Items(), Misses) && !AllClassesAbsent(ASubstitution);
+         ASubstitution.FVertretungsentfall == nullptr && !MissesTeacher() && !AllClassesAbsent(AContext, ASubstitution);
 }
 
-bool IsPublished(const TVELPlan& APlan, const TVELAenderung* AChange, TVELDate AToday) {
+bool IsPublished(const TPlanContext& AContext, const TVELAenderung* AChange) {
   if (AChange == nullptr) {
     return true;
   }
-  const TVELAenderungsStatus Status = AChange->Status();
-  const auto* const Substitution = dynamic_cast<const TVELVertretung*>(AChange);
-  if (Status == aeOpen || Status == aeInvalid || Status == aeNotPublic || Status == aeNotPublicAbsence ||
-      (Substitution != nullptr && HasNoEffect(*Substitution))) {
+  // The flags tell what is not public. A status that says so may be left from a time when they did.
+  if (AChange->FNotPublic || (AChange->FFehlzeit != nullptr && AChange->FFehlzeit->FNotPublic)) {
     return false;
   }
-  return !APlan.FEinstellungen->FAenderungenFreigeben ||
-         (InPublishWindow(APlan, AChange->FEnde, AToday) && Status == aePublished);
+  const TVELAenderungsStatus Status = AChange->Status();
+  const auto* const Substitution = AChange->As<TVELVertretung>();
+  if (Status == aeOpen || Status == aeInvalid || (Substitution != nullptr && HasNoEffect(AContext, *Substitution))) {
+    return false;
+  }
+  return !AContext.Plan().FEinstellungen->FAenderungenFreigeben ||
+         (InPublishWindow(AContext, AChange->FEnde) && Status == aePublished);
 }
 
 }  // namespace uDataUtils

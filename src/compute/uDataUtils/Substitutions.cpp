@@ -1,9 +1,8 @@
 #include "uDataUtils/Substitutions.h"
 
-#include <algorithm>
-
 #include "uDataUtils/Absences.h"
 #include "uDataUtils/Changes.h"
+#include "uDataUtils/Context.h"
 #include "uDataUtils/Publishing.h"
 #include "uPlandaten/Faecher.h"
 #include "uPlandaten/Plan.h"
@@ -14,27 +13,23 @@ namespace uDataUtils {
 
 namespace {
 
-bool PassesMode(const TVELAenderung& AChange, std::uint8_t AMode) {
+bool PassesMode(const TPlanContext& AContext, const TVELAenderung& AChange, std::uint8_t AMode) {
   switch (AMode) {
     case smAll:
     case smSubstitutions:
       return true;
     case smOpenOnly:
-      return IsOpen(AChange);
+      return IsOpen(AContext, AChange);
     case smWithoutOpen:
-      return !IsOpen(AChange);
+      return !IsOpen(AContext, AChange);
     default:
       return false;
   }
 }
 
-bool PassesFilter(const TVELPlan& APlan, const TVELAenderung& AChange, const TSubstitutionFilter& AFilter) {
-  return PassesMode(AChange, AFilter.Mode) &&
-         (AFilter.Objects.empty() ||
-          std::ranges::any_of(AFilter.Objects,
-                              [&](const TVELPlanobjekt* AnObject) { return Concerns(AChange, *AnObject); })) &&
-         (!AFilter.PublishedOnly || IsPublished(APlan, &AChange, AFilter.Today)) &&
-         (AFilter.WithAbsentClasses || !AllClassesAbsent(AChange));
+bool PassesFilter(const TPlanContext& AContext, const TVELAenderung& AChange, const TSubstitutionFilter& AFilter) {
+  return PassesMode(AContext, AChange, AFilter.Mode) && (!AFilter.PublishedOnly || IsPublished(AContext, &AChange)) &&
+         (AFilter.WithAbsentClasses || !AllClassesAbsent(AContext, AChange));
 }
 
 bool NeedsNoSubstitution(const TVELVertretung& ASubstitution) {
@@ -62,27 +57,35 @@ bool StaysWithoutObjects(const TVELVertretung& ASubstitution, std::uint8_t AMode
 
 bool IsShown(const TVELAenderung& AChange, std::uint8_t AMode,
              const std::function<bool(const TVELAenderung&)>& AHasObjects) {
-  if (const auto* const Substitution = dynamic_cast<const TVELVertretung*>(&AChange)) {
-    return !NeedsNoSubstitution(*Substitution) &&
-           (StaysWithoutObjects(*Substitution, AMode) || AHasObjects(*Substitution));
+  switch (AChange.Kind()) {
+    case TChangeKind::Vertretung: {
+      const auto& Substitution = static_cast<const TVELVertretung&>(AChange);
+      return !NeedsNoSubstitution(Substitution) &&
+             (StaysWithoutObjects(Substitution, AMode) || AHasObjects(Substitution));
+    }
+    case TChangeKind::Mitteilung:
+      return AMode != smSubstitutions && !static_cast<const TVELMitteilung&>(AChange).Ganztaegig();
+    case TChangeKind::Raumaenderung:
+      return !AChange.FNeu.IsEmpty();
+    case TChangeKind::Zusatzunterricht:
+    case TChangeKind::AufsichtsVertretung:
+      return true;
+    case TChangeKind::Zuweisung:
+      return false;
   }
-  if (const auto* const Message = dynamic_cast<const TVELMitteilung*>(&AChange)) {
-    return AMode != smSubstitutions && !Message->Ganztaegig();
-  }
-  if (dynamic_cast<const TVELRaumaenderung*>(&AChange) != nullptr) {
-    return !AChange.FNeu.IsEmpty();
-  }
-  return dynamic_cast<const TVELZusatzunterricht*>(&AChange) != nullptr ||
-         dynamic_cast<const TVELAufsichtsVertretung*>(&AChange) != nullptr;
+  return false;
 }
 
 }  // namespace
 
-std::vector<TVELAenderung*> AllSubstitutions(const TVELPlan& APlan, const TSubstitutionFilter& AFilter,
+std::vector<TVELAenderung*> AllSubstitutions(const TPlanContext& AContext, const TSubstitutionFilter& AFilter,
                                              const std::function<bool(const TVELAenderung&)>& AHasObjects) {
-  std::vector<TVELAenderung*> Found = ChangesFrom(APlan, FindAenderungForList(APlan, AFilter.Span), AFilter.Span);
+  const int First = FindAenderungForList(AContext.Plan(), AFilter.Span);
+  std::vector<TVELAenderung*> Found = AFilter.Objects.empty()
+                                          ? ChangesFrom(AContext.Plan(), First, AFilter.Span)
+                                          : ChangesFrom(AContext, First, AFilter.Span, AFilter.Objects);
   std::erase_if(Found, [&](const TVELAenderung* AChange) {
-    return !PassesFilter(APlan, *AChange, AFilter) || !IsShown(*AChange, AFilter.Mode, AHasObjects);
+    return !PassesFilter(AContext, *AChange, AFilter) || !IsShown(*AChange, AFilter.Mode, AHasObjects);
   });
   return Found;
 }

@@ -1,5 +1,7 @@
 #include "uDataUtils/Weeks.h"
 
+#include "uDataUtils/Context.h"
+#include "uPlandaten/Aufsichten.h"
 #include "uPlandaten/Einstellungen.h"
 #include "uPlandaten/Perioden.h"
 #include "uPlandaten/Plan.h"
@@ -13,53 +15,60 @@ constexpr int DaysPerWeek = 7;
 
 }  // namespace
 
-int WeekIndex(const TVELPlan& APlan, TVELDateTime ADate) {
+int WeekIndex(const TPlanContext& AContext, TVELDateTime ADate) {
   const TVELDate Monday = MondayOf(ADate);
-  const TVELDate First = MondayOf(APlan.FEinstellungen->FStundenplanZeitraumVon);
-  const TVELDate Last = MondayOf(APlan.FEinstellungen->FStundenplanZeitraumBis);
+  const TVELDate First = AContext.FirstMonday();
+  const TVELDate Last = AContext.LastMonday();
   return Monday < First || Monday > Last ? 0 : static_cast<int>((Monday - First) / DaysPerWeek) + 1;
 }
 
-int WeekCount(const TVELPlan& APlan) { return WeekIndex(APlan, APlan.FEinstellungen->FStundenplanZeitraumBis); }
+int WeekCount(const TPlanContext& AContext) { return WeekIndex(AContext, AContext.LastMonday()); }
 
-TVELDate WeekStart(const TVELPlan& APlan, int AWeek) {
-  const TVELDate First = MondayOf(APlan.FEinstellungen->FStundenplanZeitraumVon);
+TVELDate WeekStart(const TPlanContext& AContext, int AWeek) {
+  const TVELDate First = AContext.FirstMonday();
   return AWeek == 0 ? First : TVELDate(First + (AWeek - 1) * DaysPerWeek);
 }
 
-TVELDate WeekDate(const TVELPlan& APlan, int AWeek, TVELDay ADay) { return WeekStart(APlan, AWeek) + (ADay - 1); }
+TVELDate WeekDate(const TPlanContext& AContext, int AWeek, TVELDay ADay) {
+  return WeekStart(AContext, AWeek) + (ADay - 1);
+}
 
-TSpan WeekRange(const TVELPlan& APlan, int AWeek) {
-  const TVELEinstellungen& Settings = *APlan.FEinstellungen;
+TSpan WeekRange(const TPlanContext& AContext, int AWeek) {
+  const TVELEinstellungen& Settings = *AContext.Plan().FEinstellungen;
   const int Last = (Settings.FWochenende - Settings.FWochenstart + DaysPerWeek) % DaysPerWeek;
-  const TVELDate Start = WeekStart(APlan, AWeek);
+  const TVELDate Start = WeekStart(AContext, AWeek);
   return {Start, Start + (Last + 1)};
 }
 
-TWeekSelection SelectWeek(const TVELPlan& APlan, int ASelector) {
-  const int Periods = APlan.FZeitraeume.Count();
+TWeekSelection SelectWeek(const TPlanContext& AContext, int ASelector) {
+  const int Periods = AContext.Plan().FZeitraeume.Count();
   if (ASelector <= 0) {
     return {};
   }
   if (ASelector <= Periods) {
-    return {.Period = APlan.FZeitraeume.GetItem(ASelector - 1)};
+    return {.Period = AContext.Plan().FZeitraeume.GetItem(ASelector - 1)};
   }
   return {.Week = ASelector - Periods};
 }
 
-TVELWeeks EffectiveWeeks(const TVELPlan& APlan, const TVELWeeks& AWeeks) {
-  const TVELWeeks& Lessons = APlan.FEinstellungen->FWochenAusgenommen;
+TVELWeeks EffectiveWeeks(const TPlanContext& AContext, const TVELWeeks& AWeeks) {
+  const TVELWeeks& Lessons = AContext.Plan().FEinstellungen->FWochenAusgenommen;
   if (AWeeks.IsEmpty() || AWeeks == TVELWeeks::All()) {
     return Lessons;
   }
   return Lessons.IsEmpty() ? AWeeks : AWeeks & Lessons;
 }
 
-bool TerminInWeek(const TVELPlan& APlan, const TVELTermin& ATermin, int AWeek) {
+bool TerminInWeek(const TPlanContext& AContext, const TVELTermin& ATermin, int AWeek) {
   if (ATermin.Reoccur()) {
-    return EffectiveWeeks(APlan, ATermin.Weeks()).Contains(AWeek);
+    return EffectiveWeeks(AContext, ATermin.Weeks()).Contains(AWeek);
   }
-  return AWeek > 0 && ATermin.Scheduled() && AWeek == WeekIndex(APlan, ATermin.Start());
+  return AWeek > 0 && ATermin.Scheduled() && AWeek == WeekIndex(AContext, ATermin.Start());
+}
+
+bool TerminInWeek(const TPlanContext& AContext, const TVELAufsicht& ASupervision, int AWeek) {
+  return EffectiveWeeks(AContext, {}).Contains(AWeek) &&
+         (ASupervision.Reoccur() || (ASupervision.Scheduled() && AWeek == WeekIndex(AContext, ASupervision.Start())));
 }
 
 }  // namespace uDataUtils

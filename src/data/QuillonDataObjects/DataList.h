@@ -111,6 +111,22 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
         0, Count() - 1, [&](int A, int B) { return CompareReal(At(A), At(B), ACompare); },
         [&](int A, int B) { std::swap(At(A), At(B)); });
   }
+  /// As SortBy by keys, one for each place, which are sorted along: int(const TKey&, const TKey&). Null goes to the
+  /// end.
+  template <class TKey, class TCompare>
+  void SortByKeys(std::vector<TKey>& AKeys, const TCompare& ACompare) {
+    const auto Compare = [&](std::size_t A, std::size_t B) {
+      const bool HasBoth = FItems[A] != nullptr && FItems[B] != nullptr;
+      return HasBoth ? ACompare(AKeys[A], AKeys[B])
+                     : static_cast<int>(FItems[A] == nullptr) - static_cast<int>(FItems[B] == nullptr);
+    };
+    QuillonDataObjects::QuickSort(
+        0, Count() - 1, [&](int A, int B) { return Compare(static_cast<std::size_t>(A), static_cast<std::size_t>(B)); },
+        [&](int A, int B) {
+          std::swap(FItems[static_cast<std::size_t>(A)], FItems[static_cast<std::size_t>(B)]);
+          std::swap(AKeys[static_cast<std::size_t>(A)], AKeys[static_cast<std::size_t>(B)]);
+        });
+  }
   /// Sorts by moves, each of which notifies.
   void Sort(TQuillonCompareItems ACompare);
   /// The comparison of Add and Sort; without one the items' own Compare counts.
@@ -118,6 +134,8 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   bool IsSorted() const { return FSorted; }
   /// Switching on sorts.
   void SetSorted(bool AnIsSorted);
+  /// Switches on for items that stand in the order already.
+  void TakeAsSorted() { FSorted = true; }
 
   std::string GetDisplayName() const override;
 

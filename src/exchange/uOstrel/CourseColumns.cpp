@@ -16,12 +16,12 @@ namespace {
 
 /// The objects that come into a lesson which fills a gap; an additional lesson has its own in the original ones.
 const TVELPlanobjektliste* Incoming(const TVELAenderung& AChange) {
-  return dynamic_cast<const TVELVertretung*>(&AChange) != nullptr ? &AChange.FNeu : nullptr;
+  return AChange.Kind() == TChangeKind::Vertretung ? &AChange.FNeu : nullptr;
 }
 
 /// The rooms that are left behind; for an additional lesson its own.
 const TVELPlanobjektliste* Outgoing(const TVELAenderung& AChange) {
-  return dynamic_cast<const TVELVertretung*>(&AChange) != nullptr ? &AChange.FFehlend : &AChange.FOriginal;
+  return AChange.Kind() == TChangeKind::Vertretung ? &AChange.FFehlend : &AChange.FOriginal;
 }
 
 void WriteId(TCsvFile& AFile, const TVELAenderung& AChange) { AFile.Identifier(AChange.ID()); }
@@ -39,7 +39,7 @@ void WriteTeachers(TCsvFile& AFile, const TVELAenderung& AChange) {
 }
 
 void WriteCourseNo(TCsvFile& AFile, const TVELAenderung& AChange) {
-  if (const auto* const Additional = dynamic_cast<const TVELZusatzunterricht*>(&AChange)) {
+  if (const auto* const Additional = AChange.As<TVELZusatzunterricht>()) {
     AFile.Integer(Additional->FKursNr);
   } else {
     AFile.Text({});

@@ -29,6 +29,7 @@ TVELOstrelCsvWriter::TVELOstrelCsvWriter(TVELPlan& APlan, const std::string& /*A
     : TVELOstrelCsvWriter(APlan, std::unique_ptr<TOcfConfiguration>()) {}
 
 void TVELOstrelCsvWriter::LoadVelFile() {
+  FContext.reset();
   TVELOstrelSynchronizer::LoadVelFile();
   TakeValidRange();
 }
@@ -156,23 +157,23 @@ void TVELOstrelCsvWriter::WriteSchoolClasses() {
 void TVELOstrelCsvWriter::WriteAnnouncements() {
   WriteObjects("Announcements.csv", uOstrel::AnnouncementColumns(), FPlan.FAenderungen,
                [this](const TVELAenderung* AChange) {
-                 return Scope().Covers(*AChange) ? dynamic_cast<const TVELMitteilung*>(AChange) : nullptr;
+                 return Scope().Covers(*AChange) ? AChange->As<TVELMitteilung>() : nullptr;
                });
 }
 
 void TVELOstrelCsvWriter::WriteRoomAbsences() {
   WriteObjects("RoomAbsences.csv", uOstrel::RoomAbsenceColumns(), FPlan.FFehlzeiten,
-               [](const TVELFehlzeit* AnAbsence) { return dynamic_cast<const TVELRaumfehlzeit*>(AnAbsence); });
+               [](const TVELFehlzeit* AnAbsence) { return AnAbsence->As<TVELRaumfehlzeit>(); });
 }
 
 void TVELOstrelCsvWriter::WriteSchoolClassAbsences() {
   WriteObjects("SchoolClassAbsences.csv", uOstrel::SchoolClassAbsenceColumns(), FPlan.FFehlzeiten,
-               [](const TVELFehlzeit* AnAbsence) { return dynamic_cast<const TVELKlassenfehlzeit*>(AnAbsence); });
+               [](const TVELFehlzeit* AnAbsence) { return AnAbsence->As<TVELKlassenfehlzeit>(); });
 }
 
 void TVELOstrelCsvWriter::WriteTeacherAbsences() {
   WriteObjects("TeacherAbsences.csv", uOstrel::TeacherAbsenceColumns(), FPlan.FFehlzeiten,
-               [](const TVELFehlzeit* AnAbsence) { return dynamic_cast<const TVELLehrerfehlzeit*>(AnAbsence); });
+               [](const TVELFehlzeit* AnAbsence) { return AnAbsence->As<TVELLehrerfehlzeit>(); });
 }
 
 void TVELOstrelCsvWriter::WriteStudentSchoolClassAttendances() {

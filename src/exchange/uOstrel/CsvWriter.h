@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Synchronizer.h"
+#include "uDataUtils/Context.h"
 #include "uOstrel/Changes.h"
 #include "uOstrel/CsvFile.h"
 
@@ -76,5 +77,7 @@ class TVELOstrelCsvWriter : public TVELOstrelSynchronizer {
   void WriteChanges(std::string_view AFileName, std::span<const uOstrel::TColumn<TRow>> AColumns,
                     std::optional<TRow> (*AMake)(const TVELAenderung&, const uOstrel::TExportScope&));
   void WriteCourseAttendances(const TAttendances& AnAttendances);
-  uOstrel::TExportScope Scope() const;
+  uOstrel::TExportScope Scope();
+
+  std::optional<uDataUtils::TPlanContext> FContext;  ///< of the loaded plan, from the first look at it on
 };

@@ -1,3 +1,6 @@
+#include "QuillonDateTime.h"
+#include "uDataUtils/Context.h"
+#include "uDataUtils/Spans.h"
 #include "uOstrel/Columns.h"
 #include "uOstrel/CourseColumns.h"
 #include "uOstrel/CsvWriter.h"
@@ -20,7 +23,7 @@ template <class T>
 std::vector<const TVELPlanobjekt*> ItemsOf(const TVELPlanobjektliste& AList) {
   std::vector<const TVELPlanobjekt*> Found;
   for (const TVELPlanobjekt* Item : AList) {
-    if (dynamic_cast<const T*>(Item) != nullptr) {
+    if (uDataObjects::As<T>(Item) != nullptr) {
       Found.push_back(Item);
     }
   }
@@ -52,8 +55,12 @@ struct TVELOstrelCsvWriter::TAttendances {
   std::vector<const TVELPlanobjekt*> (*OfChange)(const TVELAenderung& AChange);
 };
 
-TExportScope TVELOstrelCsvWriter::Scope() const {
-  return {.OnlyScheduledCourses = Options().FOnlyScheduledCourses,
+TExportScope TVELOstrelCsvWriter::Scope() {
+  if (!FContext) {
+    FContext.emplace(FPlan, uDataUtils::DayOf(QuillonDateTime::Now()));
+  }
+  return {.Plan = *FContext,
+          .OnlyScheduledCourses = Options().FOnlyScheduledCourses,
           .OnlyScheduledLessons = Options().FOnlyScheduledLessons,
           .ValidFrom = FValidFrom};
 }
@@ -104,7 +111,7 @@ void TVELOstrelCsvWriter::WriteScheduledLessons() {
   ForEachCourse([&](const TVELVeranstaltung& ACourse) {
     for (const TVELTermin* Appointment : ACourse.FTermine) {
       if (!Options().FOnlyScheduledLessons || Appointment->Scheduled()) {
-        const std::string Times = uOstrel::AppointmentTime(FPlan, *Appointment, FValidFrom, FValidTo);
+        const std::string Times = uOstrel::AppointmentTime(Scope().Plan, *Appointment, FValidFrom, FValidTo);
         uOstrel::WriteRow(File, Columns, {.Appointment = *Appointment, .Times = Times});
       }
     }

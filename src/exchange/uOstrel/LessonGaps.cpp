@@ -31,18 +31,19 @@ std::string Reasons(const TVELVertretung& AChange) {
 }
 
 /// Where a lesson went that was moved away.
-std::string MovedResolution(const TVELVertretung& AChange) {
+std::string MovedResolution(const TVELVertretung& AChange, const TExportScope& AScope) {
   const TVELAenderung* const Mirror = AChange.FSpiegelAenderung;
   if (Mirror == nullptr) {
     return Substitution(AChange.ID());
   }
   const TVELTermin* const Target = Mirror->Termin();
-  const bool IsTold = IsExportable(*Mirror) && (Target == nullptr || (HasSubject(*Target) && Target->Scheduled()));
+  const bool IsTold =
+      IsExportable(*Mirror, AScope) && (Target == nullptr || (HasSubject(*Target) && Target->Scheduled()));
   return IsTold ? Substitution(Mirror->ID()) : "[{}]";
 }
 
 /// For a change that is exportable.
-std::string Resolutions(const TVELVertretung& AChange) {
+std::string Resolutions(const TVELVertretung& AChange, const TExportScope& AScope) {
   switch (AChange.FVertretungsmerkmal) {
     case vmKein:
       return "[]";
@@ -54,7 +55,7 @@ std::string Resolutions(const TVELVertretung& AChange) {
     case vmFaelltAus:
       return Cancellation("LeaveRoom");
     case vmWeggezogen:
-      return MovedResolution(AChange);
+      return MovedResolution(AChange, AScope);
     default:
       return Substitution(AChange.ID());
   }
@@ -95,7 +96,7 @@ std::optional<TLessonGap> Make(const TVELVertretung& AChange, const TExportScope
       .LessonId = IsAtOther ? Other->ID() : Planned->ID(),
       .Times = IsAtOther ? OneTime(AChange.NeuStart(), AChange.NeuEnde()) : OneTime(AChange.FStart, AChange.FEnde),
       .Reasons = Reasons(AChange),
-      .Resolutions = Resolutions(AChange),
+      .Resolutions = Resolutions(AChange, AScope),
       .Description = AChange.FBemerkung};
 }
 
@@ -127,7 +128,9 @@ std::optional<TLessonGap> Make(const TVELZusatzunterricht& AChange, const TExpor
 }  // namespace
 
 std::optional<TLessonGap> LessonGap(const TVELAenderung& AChange, const TExportScope& AScope) {
-  return RowOf<std::optional<TLessonGap>>(AChange, [&](const auto& AnOwnChange) { return Make(AnOwnChange, AScope); });
+  return RowOf<std::optional<TLessonGap>>(AChange, AScope, [](const auto& AnOwnChange, const TExportScope& AnOwnScope) {
+    return Make(AnOwnChange, AnOwnScope);
+  });
 }
 
 std::span<const TColumn<TLessonGap>> LessonGapColumns() {

@@ -4,14 +4,14 @@
 #include <span>
 #include <unordered_set>
 
+#include "uDataUtils/Context.h"
+#include "uDataUtils/ItemSet.h"
 #include "uDataUtils/Spans.h"
-#include "uDataUtils/Weeks.h"
 #include "uOstrel/Values.h"
 #include "uPlandaten/Fehlzeiten.h"
 #include "uPlandaten/Klassen.h"
 #include "uPlandaten/Lehrer.h"
 #include "uPlandaten/Perioden.h"
-#include "uPlandaten/Plan.h"
 #include "uPlandaten/Raeume.h"
 #include "uPlandaten/Termine.h"
 #include "uPlandaten/Veranstaltungen.h"
@@ -30,7 +30,7 @@ template <class T, class TTest>
 bool AddItems(TIdList& AnIds, const TQuillonDataList& AList, const TTest& ATest) {
   bool IsAdded = false;
   for (const TQuillonDataObject* Item : AList.Items()) {
-    if (dynamic_cast<const T*>(Item) != nullptr && ATest(Item)) {
+    if (uDataObjects::As<T>(Item) != nullptr && ATest(Item)) {
       AnIds.Add(Item->ID());
       IsAdded = true;
     }
@@ -57,7 +57,7 @@ std::vector<const T*> ItemsOfEither(const TVELPlanobjektliste* AFirst, const TVE
   for (const TVELPlanobjektliste* List : {ASecond, AFirst}) {
     for (const TQuillonDataObject* Item :
          Found.empty() && List != nullptr ? List->Items() : std::span<TQuillonDataObject* const>()) {
-      const auto* const Wanted = dynamic_cast<const T*>(Item);
+      const auto* const Wanted = uDataObjects::As<T>(Item);
       if (Wanted != nullptr && Seen.insert(Wanted).second) {
         Found.push_back(Wanted);
       }
@@ -75,12 +75,22 @@ std::string IdsOf(const std::vector<const T*>& AnItems) {
   return Ids.Text();
 }
 
-/// What the change takes away: the missing objects, and the one whose absence caused it.
+/// What a change takes away: the missing objects, and the one whose absence of class TAbsence caused it.
 template <class TAbsence>
-bool IsGone(const TQuillonDataObject* AnItem, const TVELAenderung& AChange) {
-  return AChange.FFehlend.Contains(AnItem) ||
-         (dynamic_cast<const TAbsence*>(AChange.FFehlzeit) != nullptr && AChange.FFehlzeit->Objekt() == AnItem);
-}
+class TGone {
+ public:
+  explicit TGone(const TVELAenderung& AChange) : FMissing(AChange.FFehlend) {
+    if (AChange.FFehlzeit != nullptr && AChange.FFehlzeit->Kind() == TAbsence::OwnKind) {
+      FAbsent = AChange.FFehlzeit->Objekt();
+    }
+  }
+
+  bool Contains(const TQuillonDataObject* AnItem) const { return FMissing.Contains(AnItem) || FAbsent == AnItem; }
+
+ private:
+  uDataUtils::TItemSet FMissing;
+  const TQuillonDataObject* FAbsent = nullptr;
+};
 
 /// A day of the week that begins on AMonday; no day stays on the Monday.
 TVELDate DayOfWeek(TVELDate AMonday, TVELDay ADay) { return AMonday + (std::max(ADay, velMonday) - velMonday); }
@@ -130,13 +140,12 @@ std::string LessonRooms(const TVELTermin* ATermin, const TVELAenderung& AChange)
   if (ATermin == nullptr || ATermin->FRaeume.IsEmpty()) {
     return {};
   }
-  const TVELRaumliste& Planned = ATermin->FRaeume;
+  const uDataUtils::TItemSet Planned(ATermin->FRaeume);
   TIdList Ids(TDoubles::Kept);
-  const bool IsMoved =
-      AddItems<TVELRaum>(Ids, AChange.FNeu, [&](const TQuillonDataObject* ARoom) { return !Planned.Contains(ARoom); });
-  if (!IsMoved) {
-    AddItems<TVELRaum>(Ids, Planned,
-                       [&](const TQuillonDataObject* ARoom) { return !IsGone<TVELRaumfehlzeit>(ARoom, AChange); });
+  if (!AddItems<TVELRaum>(Ids, AChange.FNeu,
+                          [&](const TQuillonDataObject* ARoom) { return !Planned.Contains(ARoom); })) {
+    const TGone<TVELRaumfehlzeit> Gone(AChange);
+    AddItems<TVELRaum>(Ids, ATermin->FRaeume, [&](const TQuillonDataObject* ARoom) { return !Gone.Contains(ARoom); });
   }
   return Ids.Text();
 }
@@ -145,10 +154,11 @@ std::string LessonTeachers(const TVELTermin* ATermin, const TVELAenderung& AChan
   if (ATermin == nullptr || ATermin->FLehrer.IsEmpty()) {
     return {};
   }
-  const TVELLehrerliste& Planned = ATermin->FLehrer;
+  const uDataUtils::TItemSet Planned(ATermin->FLehrer);
+  const TGone<TVELLehrerfehlzeit> Gone(AChange);
   TIdList Ids(TDoubles::Kept);
-  AddItems<TVELLehrer>(
-      Ids, Planned, [&](const TQuillonDataObject* ATeacher) { return !IsGone<TVELLehrerfehlzeit>(ATeacher, AChange); });
+  AddItems<TVELLehrer>(Ids, ATermin->FLehrer,
+                       [&](const TQuillonDataObject* ATeacher) { return !Gone.Contains(ATeacher); });
   AddItems<TVELLehrer>(Ids, AChange.FNeu,
                        [&](const TQuillonDataObject* ATeacher) { return !Planned.Contains(ATeacher); });
   return Ids.Text();
@@ -174,14 +184,15 @@ std::string ChangeTeachers(const TVELPlanobjektliste* AFirst, const TVELPlanobje
 }
 
 std::string ChangeTime(const TVELAenderung& AChange) {
-  const auto* const Substitution = dynamic_cast<const TVELVertretung*>(&AChange);
+  const auto* const Substitution = AChange.As<TVELVertretung>();
   if (Substitution != nullptr && Substitution->NeuStart() != 0) {
     return OneTime(Substitution->NeuStart(), Substitution->NeuEnde());
   }
   return OneTime(AChange.FStart, AChange.FEnde);
 }
 
-std::string AppointmentTime(const TVELPlan& APlan, const TVELTermin& ATermin, TVELDate AFrom, TVELDate ATo) {
+std::string AppointmentTime(const uDataUtils::TPlanContext& AContext, const TVELTermin& ATermin, TVELDate AFrom,
+                            TVELDate ATo) {
   const TVELVeranstaltung* const Course = ATermin.Veranstaltung();
   if (Course == nullptr || !Course->FReoccur) {
     return OneTime(ATermin.Start(), ATermin.Ende());
@@ -194,7 +205,7 @@ std::string AppointmentTime(const TVELPlan& APlan, const TVELTermin& ATermin, TV
     const TVELDate Day = DayOfWeek(uDataUtils::MondayOf(AFrom), ATermin.Wochentag());
     AppendWeekly(Text, Day + Start, Day + Finish, AFrom, ATo);
   }
-  TVELDate Day = DayOfWeek(uDataUtils::WeekStart(APlan, 1), ATermin.Wochentag());
+  TVELDate Day = DayOfWeek(AContext.FirstMonday(), ATermin.Wochentag());
   for (int Week = 1; Week <= TVELWeeks::Count; ++Week, Day = Day + DaysPerWeek) {
     if (Weeks.Contains(Week) && Day >= uDataUtils::DayOf(AFrom) && Day <= uDataUtils::DayOf(ATo)) {
       Text.append(Text.size() > 1 ? "," : "");

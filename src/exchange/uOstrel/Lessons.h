@@ -7,10 +7,13 @@
 
 class TVELAenderung;
 class TVELKlasse;
-class TVELPlan;
 class TVELPlanobjektliste;
 class TVELTermin;
 class TVELVeranstaltung;
+
+namespace uDataUtils {
+class TPlanContext;
+}
 
 /// Cells about lessons: who takes part, and when. Each answers the text of its cell, empty where there is nothing to
 /// tell; an appointment or list may be null.
@@ -45,6 +48,7 @@ std::string ChangeTeachers(const TVELPlanobjektliste* AFirst, const TVELPlanobje
 std::string ChangeTime(const TVELAenderung& AChange);
 /// When a lesson takes place: its one date; or the dates of its weeks within the range, both days included; or, where
 /// no weeks are named anywhere, each week of the range.
-std::string AppointmentTime(const TVELPlan& APlan, const TVELTermin& ATermin, TVELDate AFrom, TVELDate ATo);
+std::string AppointmentTime(const uDataUtils::TPlanContext& AContext, const TVELTermin& ATermin, TVELDate AFrom,
+                            TVELDate ATo);
 
 }  // namespace uOstrel

@@ -108,8 +108,9 @@ std::optional<TSubstituteLesson> Make(const TVELRaumaenderung& AChange, const TE
 }  // namespace
 
 std::optional<TSubstituteLesson> SubstituteLesson(const TVELAenderung& AChange, const TExportScope& AScope) {
-  return RowOf<std::optional<TSubstituteLesson>>(AChange,
-                                                 [&](const auto& AnOwnChange) { return Make(AnOwnChange, AScope); });
+  return RowOf<std::optional<TSubstituteLesson>>(
+      AChange, AScope,
+      [](const auto& AnOwnChange, const TExportScope& AnOwnScope) { return Make(AnOwnChange, AnOwnScope); });
 }
 
 std::span<const TColumn<TSubstituteLesson>> SubstituteLessonColumns() {

@@ -55,6 +55,21 @@ class TVELDataList : public TQuillonListOf<TVELDataObject> {
   TVELDataObject* FindCustomID(std::string_view ACustomID) const;
 };
 
+namespace uDataObjects {
+
+/// The object as one of class T or of a descendant; null if it is none, or null.
+template <class T>
+const T* As(const TQuillonDataObject* AnObject) {
+  return AnObject != nullptr && AnObject->DataClass().DescendsFrom(T::Class()) ? static_cast<const T*>(AnObject)
+                                                                               : nullptr;
+}
+template <class T>
+T* As(TQuillonDataObject* AnObject) {
+  return const_cast<T*>(As<T>(const_cast<const TQuillonDataObject*>(AnObject)));
+}
+
+}  // namespace uDataObjects
+
 /// Base of the product's storages.
 class TVELDataStorage : public TQuillonDataStorage {
  public:

@@ -1,6 +1,7 @@
 #include "uPlandaten/Aenderungen.h"
 
 #include <cmath>
+#include <set>
 
 #include "uPlandaten/Aufsichten.h"
 #include "uPlandaten/Faecher.h"
@@ -41,9 +42,9 @@ const TQuillonDataClass& TVELAenderung::Class() {
   return Class;
 }
 
-TVELTermin* TVELAenderung::Termin() const { return dynamic_cast<TVELTermin*>(FATermin); }
+TVELTermin* TVELAenderung::Termin() const { return uDataObjects::As<TVELTermin>(FATermin); }
 
-TVELAufsicht* TVELAenderung::Aufsicht() const { return dynamic_cast<TVELAufsicht*>(FATermin); }
+TVELAufsicht* TVELAenderung::Aufsicht() const { return uDataObjects::As<TVELAufsicht>(FATermin); }
 
 TVELAenderungsStatus TVELAenderung::Status() const {
   if (FNotPublic) {
@@ -113,10 +114,19 @@ TVELZeitrahmen* TVELZusatzunterricht::Zeitrahmen() const {
 std::string TVELZusatzunterricht::Member() const { return FOriginal.JoinCodes(); }
 
 void TVELZusatzunterricht::UpgradeOriginal() {
-  if (FileRelease() < "6.0.144") {
-    FOriginal.Merge(FNeu);
-    FNeu.Clear();
+  if (FileRelease() >= "6.0.144") {
+    return;
   }
+  std::set<TGUID> Present;
+  for (const TQuillonDataObject* Item : FOriginal.Items()) {
+    Present.insert(Item->ID());
+  }
+  for (TQuillonDataObject* Item : FNeu.Items()) {
+    if (Present.insert(Item->ID()).second) {
+      FOriginal.Append(Item);
+    }
+  }
+  FNeu.Clear();
 }
 
 const TQuillonDataClass& TVELZuweisung::Class() {

@@ -15,10 +15,29 @@ class TVELFehlzeit;
 class TVELTermin;
 class TVELZeitrahmen;
 
+/// Which class a change is of. Those that have no appointment of their own stand last.
+enum class TChangeKind : std::uint8_t {
+  Vertretung,
+  AufsichtsVertretung,
+  Raumaenderung,
+  Mitteilung,
+  Zusatzunterricht,
+  Zuweisung
+};
+
 /// A deviation from the timetable on a day.
 class TVELAenderung : public TVELBasisObject {
  public:
   static const TQuillonDataClass& Class();
+
+  virtual TChangeKind Kind() const = 0;
+  /// True for a TVELZusatzAenderung.
+  bool IsAddition() const { return Kind() >= TChangeKind::Mitteilung; }
+  /// The change as one of the class, which is one of those that TChangeKind names; null if it is of another.
+  template <class T>
+  const T* As() const {
+    return Kind() == T::OwnKind ? static_cast<const T*>(this) : nullptr;
+  }
 
   TVELAbstrakterTermin* FATermin = nullptr;  ///< changed appointment or supervision
   std::string FInformation;                  ///< title
@@ -66,6 +85,8 @@ class TVELMitteilung : public TVELZusatzAenderung {
  public:
   static const TQuillonDataClass& Class();
   const TQuillonDataClass& DataClass() const override { return Class(); }
+  static constexpr TChangeKind OwnKind = TChangeKind::Mitteilung;
+  TChangeKind Kind() const override { return OwnKind; }
 
   bool FAlleKlassen = false;
   bool FAlleLehrer = false;
@@ -79,6 +100,8 @@ class TVELZusatzunterricht : public TVELZusatzAenderung {
  public:
   static const TQuillonDataClass& Class();
   const TQuillonDataClass& DataClass() const override { return Class(); }
+  static constexpr TChangeKind OwnKind = TChangeKind::Zusatzunterricht;
+  TChangeKind Kind() const override { return OwnKind; }
 
   TVELUnterrichtsart* FKursart = nullptr;
   std::int8_t FKursNr = -1;  ///< -1 for none
@@ -98,4 +121,6 @@ class TVELZuweisung : public TVELZusatzAenderung {
  public:
   static const TQuillonDataClass& Class();
   const TQuillonDataClass& DataClass() const override { return Class(); }
+  static constexpr TChangeKind OwnKind = TChangeKind::Zuweisung;
+  TChangeKind Kind() const override { return OwnKind; }
 };

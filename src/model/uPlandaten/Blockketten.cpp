@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "QuillonNumbers.h"
-#include "QuillonText.h"
+#include "uPlandaten/Ordnungen.h"
 #include "uPlandaten/Plan.h"
 #include "uPlandaten/Termine.h"
 #include "uPlandaten/Veranstaltungen.h"
@@ -28,26 +28,30 @@ std::vector<TVELVeranstaltung*> LessonsOf(const TVELPlan& APlan) {
   return Lessons;
 }
 
-/// Sorts by the order of lessons, whose text is built once for each.
-void SortLessons(std::vector<TVELVeranstaltung*>& ALessons) {
-  std::unordered_map<const TVELVeranstaltung*, std::string> Texts;
-  for (const TVELVeranstaltung* Lesson : ALessons) {
-    Texts.emplace(Lesson, Lesson->SortText());
-  }
-  std::ranges::stable_sort(ALessons, [&](const TVELVeranstaltung* A, const TVELVeranstaltung* B) {
-    return A->FBlockIndex != B->FBlockIndex ? A->FBlockIndex < B->FBlockIndex
-                                            : QuillonText::CompareOrdinal(Texts.at(A), Texts.at(B)) < 0;
-  });
-}
-
-void LinkRing(std::vector<TVELVeranstaltung*>& ALessons) {
+void LinkRing(std::vector<TVELVeranstaltung*>& ALessons, const TLessonPlaces& APlaces) {
   if (ALessons.size() < 2) {
     return;
   }
-  SortLessons(ALessons);
+  std::ranges::stable_sort(ALessons, {}, [&](const TVELVeranstaltung* ALesson) { return APlaces.Of(*ALesson); });
   for (std::size_t I = 0; I < ALessons.size(); ++I) {
     ALessons[I]->Set(ALessons[I]->FBlockNext, ALessons[(I + 1) % ALessons.size()]);
   }
+}
+
+/// The lessons of the ring that the appointment's block is, from its own on; none if there is no ring, see FindRings.
+std::vector<const TVELVeranstaltung*> RingFrom(const TVELTermin& ATermin, const TVELPlan& APlan) {
+  const TVELVeranstaltung* const First = ATermin.Veranstaltung();
+  if (First == nullptr || BlockOf(ATermin.FBlockID) != First->FBlockID) {
+    return {};
+  }
+  std::vector<const TVELVeranstaltung*> Ring;
+  std::unordered_set<const TVELVeranstaltung*> Seen;
+  const TVELVeranstaltung* Next = First;
+  while (Next != nullptr && Next->FOwner == &APlan.FVeranstaltungen && Seen.insert(Next).second) {
+    Ring.push_back(Next);
+    Next = Next->FBlockNext;
+  }
+  return Next == First ? Ring : std::vector<const TVELVeranstaltung*>();
 }
 
 }  // namespace
@@ -79,12 +83,13 @@ void RebuildBlocks(TVELPlan& APlan) {
       Blocks[Lesson->FBlockID].push_back(Lesson);
     }
   }
+  const TLessonPlaces Places({&APlan.FVeranstaltungen});
   for (auto& [ID, Lessons] : Blocks) {
     for (TVELVeranstaltung* Lesson : Lessons) {
       SetBlockID(*Lesson, {}, false);
       SetBlockID(*Lesson, ID, false);
     }
-    LinkRing(Lessons);
+    LinkRing(Lessons, Places);
   }
 }
 
@@ -142,9 +147,24 @@ std::vector<TVELTermin*> TBlockIndex::Partners(TVELTermin& ATermin) const {
 }
 
 std::vector<TVELTermin*> BlockPartners(TVELTermin& ATermin) {
+  std::vector<TVELTermin*> Found = {&ATermin};
   const TVELPlan* const Plan = ATermin.Plan();
-  return Plan == nullptr || ATermin.FBlockID.empty() ? std::vector<TVELTermin*>{&ATermin}
-                                                     : TBlockIndex(*Plan).Partners(ATermin);
+  if (Plan == nullptr || ATermin.FBlockID.empty()) {
+    return Found;
+  }
+  const std::vector<const TVELVeranstaltung*> Ring = RingFrom(ATermin, *Plan);
+  std::unordered_set<const TVELTermin*> Seen = {&ATermin};
+  const auto Add = [&](const TVELVeranstaltung* ALesson) {
+    std::ranges::copy_if(ALesson->FTermine, std::back_inserter(Found), [&](const TVELTermin* AnOther) {
+      return AnOther->FBlockID == ATermin.FBlockID && Seen.insert(AnOther).second;
+    });
+  };
+  if (Ring.empty()) {
+    std::ranges::for_each(Plan->FVeranstaltungen, Add);
+  } else {
+    std::ranges::for_each(Ring, Add);
+  }
+  return Found;
 }
 
 }  // namespace uPlandaten

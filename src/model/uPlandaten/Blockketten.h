@@ -42,7 +42,8 @@ class TBlockIndex {
   std::map<std::pair<const TVELVeranstaltung*, std::string_view>, std::vector<TVELTermin*>> FTermine;
 };
 
-/// As TBlockIndex::Partners for one appointment; itself alone, if it belongs to no plan.
+/// As TBlockIndex::Partners for one appointment; itself alone, if it belongs to no plan. Takes a walk over its ring;
+/// over the plan, if there is none.
 std::vector<TVELTermin*> BlockPartners(TVELTermin& ATermin);
 
 }  // namespace uPlandaten

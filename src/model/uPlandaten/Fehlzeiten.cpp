@@ -28,7 +28,7 @@ void TVELFehlzeit::CheckConflict(TQuillonDataOperationKind AKind, const TQuillon
   if (!MayConflict(AKind) || List == nullptr || (Owner != nullptr && List == &Owner->FFehlzeiten)) {
     return;
   }
-  for (const TVELFehlzeit* Other : List->Around(FStart, FEnde)) {
+  for (const TVELFehlzeit* Other : *List) {
     if (Other != this && Other->FStart < FEnde && FStart < Other->FEnde) {
       throw EQuillonDataConflict(ctSemanticConflict, "Die Fehlzeit überschneidet sich mit einer anderen.");
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "uPlandaten/Basis.h"
@@ -12,10 +13,20 @@ class TVELLehrer;
 class TVELRaum;
 class TVELVeranstaltung;
 
+/// Which class an absence is of.
+enum class TAbsenceKind : std::uint8_t { Lehrer, Klasse, Raum };
+
 /// Who or what is missing, and when.
 class TVELFehlzeit : public TVELBasisObject {
  public:
   static const TQuillonDataClass& Class();
+
+  virtual TAbsenceKind Kind() const = 0;
+  /// The absence as one of the class; null if it is of another.
+  template <class T>
+  const T* As() const {
+    return Kind() == T::OwnKind ? static_cast<const T*>(this) : nullptr;
+  }
 
   TVELDateTime FStart;
   TVELDateTime FEnde;
@@ -37,6 +48,8 @@ class TVELLehrerfehlzeit : public TVELFehlzeit {
  public:
   static const TQuillonDataClass& Class();
   const TQuillonDataClass& DataClass() const override { return Class(); }
+  static constexpr TAbsenceKind OwnKind = TAbsenceKind::Lehrer;
+  TAbsenceKind Kind() const override { return OwnKind; }
 
   TVELLehrerfehlgrund* FFehlgrund = nullptr;
   TVELLehrerfehlgrunddetail* FFehlgrundDetail = nullptr;
@@ -56,6 +69,8 @@ class TVELKlassenfehlzeit : public TVELFehlzeit {
  public:
   static const TQuillonDataClass& Class();
   const TQuillonDataClass& DataClass() const override { return Class(); }
+  static constexpr TAbsenceKind OwnKind = TAbsenceKind::Klasse;
+  TAbsenceKind Kind() const override { return OwnKind; }
 
   TVELKlassenfehlgrund* FFehlgrund = nullptr;
   TVELKlasse* FKlasse = nullptr;
@@ -71,6 +86,8 @@ class TVELRaumfehlzeit : public TVELFehlzeit {
  public:
   static const TQuillonDataClass& Class();
   const TQuillonDataClass& DataClass() const override { return Class(); }
+  static constexpr TAbsenceKind OwnKind = TAbsenceKind::Raum;
+  TAbsenceKind Kind() const override { return OwnKind; }
 
   TVELRaumfehlgrund* FFehlgrund = nullptr;
   TVELRaum* FNeuerRaum = nullptr;  ///< room to take instead

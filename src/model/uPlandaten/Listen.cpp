@@ -205,36 +205,3 @@ TVELBlock* TVELBlockliste::FindBlock(std::string_view ABlockID) const {
 TVELZeitrahmen* TVELZeitrahmenliste::FindKuerzel(std::string_view AKuerzel) const {
   return FindFirst(*this, [&](const TVELZeitrahmen* AnItem) { return AnItem->FKuerzel == AKuerzel; });
 }
-
-const TVELFehlzeitenliste::TIndex& TVELFehlzeitenliste::Index() const {
-  const TQuillonDataStorage* const Store = Storage();
-  if (FIndex != nullptr && Store != nullptr && FIndex->ChangeCount == Store->ChangeCount()) {
-    return *FIndex;
-  }
-  FIndex = std::make_unique<TIndex>();
-  FIndex->ChangeCount = Store != nullptr ? Store->ChangeCount() : 0;
-  FIndex->Items.assign(begin(), end());
-  std::ranges::stable_sort(FIndex->Items, {}, [](const TVELFehlzeit* AnAbsence) { return AnAbsence->FStart.FValue; });
-  double Latest = 0;
-  for (const TVELFehlzeit* Absence : FIndex->Items) {
-    // An end ahead of the start counts as the start.
-    const double End = std::max(Absence->FStart.FValue, Absence->FEnde.FValue);
-    Latest = FIndex->Ends.empty() ? End : std::max(Latest, End);
-    FIndex->Ends.push_back(Latest);
-  }
-  return *FIndex;
-}
-
-std::span<TVELFehlzeit* const> TVELFehlzeitenliste::Around(double AStart, double AFinish) const {
-  if (IsEmpty()) {
-    return {};
-  }
-  const TIndex& Found = Index();
-  const auto First = std::ranges::lower_bound(Found.Ends, AStart) - Found.Ends.begin();
-  const auto Last = std::ranges::upper_bound(Found.Items, AFinish, {},
-                                             [](const TVELFehlzeit* AnAbsence) { return AnAbsence->FStart.FValue; }) -
-                    Found.Items.begin();
-  return First < Last ? std::span<TVELFehlzeit* const>(Found.Items)
-                            .subspan(static_cast<std::size_t>(First), static_cast<std::size_t>(Last - First))
-                      : std::span<TVELFehlzeit* const>();
-}

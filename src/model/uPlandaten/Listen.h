@@ -1,8 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -122,7 +120,7 @@ class TVELPlanobjektliste : public TVELListe<TVELPlanobjekt, "TVELPlanobjektlist
   template <class TItem>
   TItem* First() const {
     for (TQuillonDataObject* Item : Items()) {
-      if (auto* const Found = dynamic_cast<TItem*>(Item)) {
+      if (auto* const Found = uDataObjects::As<TItem>(Item)) {
         return Found;
       }
     }
@@ -215,21 +213,6 @@ class TVELFehlzeitenliste : public TVELListe<TVELFehlzeit, "TVELFehlzeitenliste"
  public:
   using TVELListe::TVELListe;
   static int CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B);
-
-  /// By start, whatever the order of the list: from the first absence that ends at AStart or later to the last that
-  /// begins by AFinish. Those between need not touch the span. Valid until the storage changes.
-  std::span<TVELFehlzeit* const> Around(double AStart, double AFinish) const;
-
- private:
-  /// The absences in the order of time, made anew when the storage has changed.
-  struct TIndex {
-    std::uint64_t ChangeCount = 0;
-    std::vector<TVELFehlzeit*> Items;  ///< by start
-    std::vector<double> Ends;          ///< of each item, the latest end up to it
-  };
-  const TIndex& Index() const;
-
-  mutable std::unique_ptr<TIndex> FIndex;
 };
 
 class TVELAenderungsliste : public TVELListe<TVELAenderung, "TVELAenderungsliste"> {

@@ -1,6 +1,7 @@
 #include "uPlandaten/Molekuele.h"
 
 #include <unordered_set>
+#include <utility>
 
 #include "uPlandaten/Blockketten.h"
 #include "uPlandaten/Klassen.h"
@@ -28,22 +29,41 @@ void TVELMolecule::LetGo() {
 }
 
 void TVELMolecule::Update() {
-  Members.Clear();
-  Resources.Clear();
-  std::unordered_set<const TQuillonDataObject*> Seen;
   for (TVELTermin* Atom : Atoms) {
     Atom->FTag = Visited;
+  }
+  FIsStale = true;
+}
+
+const TVELPlanobjektliste& TVELMolecule::Members() {
+  Refresh();
+  return FMembers;
+}
+
+const TVELPlanobjektliste& TVELMolecule::Resources() {
+  Refresh();
+  return FResources;
+}
+
+void TVELMolecule::Refresh() {
+  if (!std::exchange(FIsStale, false)) {
+    return;
+  }
+  FMembers.Clear();
+  FResources.Clear();
+  std::unordered_set<const TQuillonDataObject*> Seen;
+  for (const TVELTermin* Atom : Atoms) {
     for (const std::span<TQuillonDataObject* const> Objects : {Atom->Klassen(), Atom->FLehrer.Items()}) {
       for (TQuillonDataObject* Object : Objects) {
         if (Seen.insert(Object).second) {
-          Members.Add(Object);
-          Resources.Add(Object);
+          FMembers.Add(Object);
+          FResources.Add(Object);
         }
       }
     }
     for (TVELRaum* Room : Atom->FRaeume) {
       if (Seen.insert(Room).second) {
-        Resources.Add(Room);
+        FResources.Add(Room);
       }
     }
   }
@@ -65,15 +85,25 @@ void TVELMolecule::Update(std::span<TVELTermin* const> AGroup) {
       Member->FMolecule->Remove(*Member);
     }
     Member->FMolecule = this;
+    Member->FMoleculePlace = Atoms.Count();
     Atoms.Add(Member);
   }
   Update();
 }
 
 void TVELMolecule::Remove(TVELTermin& ATermin) {
-  Atoms.Remove(&ATermin);
+  // The last one takes its place: a block that is freed is no walk for each of its appointments.
+  TVELTermin* const Last = Atoms.GetItem(Atoms.Count() - 1);
+  Atoms.SetItem(ATermin.FMoleculePlace, Last);
+  Last->FMoleculePlace = ATermin.FMoleculePlace;
+  Atoms.Delete(Atoms.Count() - 1);
   ATermin.FMolecule = nullptr;
-  Update();
+  FIsStale = true;
+}
+
+void TVELMolecule::RemoveObject(const TVELPlanobjekt& AnObject) {
+  FMembers.RemoveObject(&AnObject);
+  FResources.RemoveObject(&AnObject);
 }
 
 const std::vector<std::unique_ptr<TVELMolecule>>& TVELMoleculeList::Items() {
@@ -120,22 +150,35 @@ void TVELMoleculeList::Update() {
 }
 
 void TVELMoleculeList::Update(TVELVeranstaltung& ALesson) {
+  if (ALesson.FBlockNext != nullptr || ALesson.FTermine.Count() == 1) {
+    for (TVELTermin* Appointment : ALesson.FTermine) {
+      Update(*Appointment);
+    }
+    return;
+  }
+  // Without ring each would be a walk over the plan.
+  const uPlandaten::TBlockIndex Blocks(FPlan);
   for (TVELTermin* Appointment : ALesson.FTermine) {
-    Update(*Appointment);
+    if (CanUpdate(*Appointment)) {
+      Appointment->FMolecule->Update(Blocks.Partners(*Appointment));
+    }
   }
 }
 
+/// What is stale is made anew at the next look.
+bool TVELMoleculeList::CanUpdate(const TVELTermin& ATermin) const {
+  return !LockUpdate && FIsMade && FChangeCount == FPlan.ChangeCount() && ATermin.FMolecule != nullptr;
+}
+
 void TVELMoleculeList::Update(TVELTermin& ATermin) {
-  // What is stale is made anew at the next look.
-  if (!LockUpdate && FIsMade && FChangeCount == FPlan.ChangeCount() && ATermin.FMolecule != nullptr) {
+  if (CanUpdate(ATermin)) {
     ATermin.FMolecule->Update(ATermin);
   }
 }
 
 void TVELMoleculeList::RemoveObject(const TVELPlanobjekt& AnObject) {
   for (const auto& Molecule : FItems) {
-    Molecule->Members.RemoveObject(&AnObject);
-    Molecule->Resources.RemoveObject(&AnObject);
+    Molecule->RemoveObject(AnObject);
   }
 }
 

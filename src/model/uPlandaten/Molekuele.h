@@ -18,8 +18,6 @@ class TVELMolecule : public TQuillonObject {
  public:
   std::int32_t Tag = 0;  ///< scratch value of the running program
   TVELTerminliste Atoms;
-  TVELPlanobjektliste Members;    ///< classes and teachers of the atoms, each once
-  TVELPlanobjektliste Resources;  ///< members and rooms of the atoms, each once
 
   TVELMolecule() = default;
   TVELMolecule(const TVELMolecule&) = delete;
@@ -27,17 +25,28 @@ class TVELMolecule : public TQuillonObject {
   /// Its atoms stay, without molecule.
   ~TVELMolecule() override;
 
-  /// Takes members and resources from the atoms.
+  /// Classes and teachers of the atoms, each once.
+  const TVELPlanobjektliste& Members();
+  /// Members and rooms of the atoms, each once.
+  const TVELPlanobjektliste& Resources();
+  /// Takes members and resources from the atoms, at the next look at them.
   void Update();
   /// Takes the appointments that are bound to ATermin, then Update. Does nothing unless it has a molecule.
   void Update(TVELTermin& ATermin);
   /// As above with appointments that were found already.
   void Update(std::span<TVELTermin* const> AGroup);
-  /// Takes an atom out.
+  /// Takes an atom out; the order of the others is none.
   void Remove(TVELTermin& ATermin);
+  /// Takes an object, which is freed, out of members and resources.
+  void RemoveObject(const TVELPlanobjekt& AnObject);
 
  private:
   void LetGo();
+  void Refresh();
+
+  TVELPlanobjektliste FMembers;
+  TVELPlanobjektliste FResources;
+  bool FIsStale = false;  ///< members and resources are of other atoms
 };
 
 /// The molecules of a plan. They are derived data: made when they are asked for, and made anew when the plan has
@@ -66,6 +75,7 @@ class TVELMoleculeList {
 
  private:
   void Refresh();
+  bool CanUpdate(const TVELTermin& ATermin) const;
 
   std::vector<std::unique_ptr<TVELMolecule>> FItems;
   TVELPlan& FPlan;

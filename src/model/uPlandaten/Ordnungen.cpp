@@ -23,6 +23,36 @@ std::string_view CodeOf(const TVELStammobjekt* AnObject) {
   return AnObject != nullptr ? std::string_view(AnObject->FKuerzel) : std::string_view();
 }
 
+/// What an item of a list is ordered by: a time, the latest first, then a text.
+struct TTextKey {
+  double Time = 0;
+  std::string Text;
+};
+
+int CompareKeys(const TTextKey& A, const TTextKey& B) {
+  const int Order = CompareDescending(A.Time, B.Time);
+  return Order != 0 ? Order : QuillonText::CompareOrdinal(A.Text, B.Text);
+}
+
+/// Totals of one time stand in the order of their teachers, whatever the case of the letters.
+TTextKey TotalKey(const TQuillonDataObject& AnItem) {
+  const auto& Total = static_cast<const TVELAnrechnung&>(AnItem);
+  return {Total.FStart, QuillonText::ToLower(CodeOf(Total.FLehrer))};
+}
+
+TTextKey EntryKey(const TQuillonDataObject& AnItem) {
+  const auto& Entry = static_cast<const TVELKalendereintrag&>(AnItem);
+  return {Entry.Ende(), Entry.Beschreibung()};
+}
+
+void SortByTextKeys(TQuillonDataList& AList, TTextKey (*AKeyOf)(const TQuillonDataObject&)) {
+  std::vector<TTextKey> Keys(AList.Items().size());
+  std::ranges::transform(AList.Items(), Keys.begin(), [&](const TQuillonDataObject* AnItem) {
+    return AnItem != nullptr ? AKeyOf(*AnItem) : TTextKey();
+  });
+  AList.SortByKeys(Keys, CompareKeys);
+}
+
 }  // namespace
 
 int TVELVeranstaltungsliste::CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B) {
@@ -65,21 +95,11 @@ int TVELFehlzeitenliste::CompareItems(const TQuillonDataObject& A, const TQuillo
 }
 
 int TVELAnrechnungsliste::CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B) {
-  const auto& TotalA = static_cast<const TVELAnrechnung&>(A);
-  const auto& TotalB = static_cast<const TVELAnrechnung&>(B);
-  if (const int Order = CompareDescending(TotalA.FStart, TotalB.FStart); Order != 0) {
-    return Order;
-  }
-  return QuillonText::CompareIgnoreCase(CodeOf(TotalA.FLehrer), CodeOf(TotalB.FLehrer));
+  return CompareKeys(TotalKey(A), TotalKey(B));
 }
 
 int TVELKalenderEintragList::CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B) {
-  const auto& EntryA = static_cast<const TVELKalendereintrag&>(A);
-  const auto& EntryB = static_cast<const TVELKalendereintrag&>(B);
-  if (const int Order = CompareDescending(EntryA.Ende(), EntryB.Ende()); Order != 0) {
-    return Order;
-  }
-  return QuillonText::CompareOrdinal(EntryA.Beschreibung(), EntryB.Beschreibung());
+  return CompareKeys(EntryKey(A), EntryKey(B));
 }
 
 void TVELTerminliste::SortByTime() {
@@ -98,41 +118,42 @@ void TVELTerminliste::SortByTime() {
 
 namespace uPlandaten {
 
-void MarkPlaces(const std::vector<TVELVeranstaltungsliste*>& ALists) {
+TLessonPlaces::TLessonPlaces(const std::vector<const TQuillonDataList*>& ALists) {
   struct TEntry {
+    std::int32_t Block;
     std::string Text;
-    TVELVeranstaltung* Lesson;
+    const TQuillonDataObject* Lesson;
   };
-  constexpr std::int32_t Unseen = -1;
   std::vector<TEntry> Entries;
-  for (const TVELVeranstaltungsliste* List : ALists) {
-    for (TVELVeranstaltung* Lesson : *List) {
-      Lesson->FTag = Unseen;
-    }
-  }
-  for (const TVELVeranstaltungsliste* List : ALists) {
-    for (TVELVeranstaltung* Lesson : *List) {
-      if (Lesson->FTag == Unseen) {
-        Lesson->FTag = 0;
-        Entries.push_back({Lesson->SortText(), Lesson});
+  for (const TQuillonDataList* List : ALists) {
+    for (const TQuillonDataObject* Item : List->Items()) {
+      if (Item != nullptr && FPlaces.try_emplace(Item, 0).second) {
+        const auto& Lesson = static_cast<const TVELVeranstaltung&>(*Item);
+        Entries.push_back({Lesson.FBlockIndex, Lesson.SortText(), Item});
       }
     }
   }
   const auto Compare = [](const TEntry& A, const TEntry& B) {
-    return A.Lesson->FBlockIndex != B.Lesson->FBlockIndex
-               ? CompareAscending(A.Lesson->FBlockIndex, B.Lesson->FBlockIndex)
-               : QuillonText::CompareOrdinal(A.Text, B.Text);
+    return A.Block != B.Block ? (A.Block < B.Block ? -1 : 1) : QuillonText::CompareOrdinal(A.Text, B.Text);
   };
   std::ranges::sort(Entries, [&](const TEntry& A, const TEntry& B) { return Compare(A, B) < 0; });
   std::int32_t Place = 0;
   for (std::size_t I = 0; I < Entries.size(); ++I) {
     Place += I > 0 && Compare(Entries[I - 1], Entries[I]) != 0 ? 1 : 0;
-    Entries[I].Lesson->FTag = Place;
+    FPlaces[Entries[I].Lesson] = Place;
   }
 }
 
-int ComparePlaces(const TQuillonDataObject& A, const TQuillonDataObject& B) {
-  return static_cast<const TVELVeranstaltung&>(A).FTag - static_cast<const TVELVeranstaltung&>(B).FTag;
+void TLessonPlaces::Sort(TQuillonDataList& AList) const {
+  std::vector<std::int32_t> Places(AList.Items().size());
+  std::ranges::transform(AList.Items(), Places.begin(), [this](const TQuillonDataObject* AnItem) {
+    return AnItem != nullptr ? FPlaces.at(AnItem) : 0;
+  });
+  AList.SortByKeys(Places, [](std::int32_t A, std::int32_t B) { return A - B; });
 }
+
+void SortByTexts(TVELKalenderEintragList& AList) { SortByTextKeys(AList, EntryKey); }
+
+void SortByTexts(TVELAnrechnungsliste& AList) { SortByTextKeys(AList, TotalKey); }
 
 }  // namespace uPlandaten

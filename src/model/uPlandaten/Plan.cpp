@@ -146,9 +146,17 @@ void TVELPlan::InitObjectEvents() {
 }
 
 void TVELPlan::SortLists() {
-  for (TQuillonDataList* List : SortedLists()) {
-    List->Sort();
-  }
+  uPlandaten::TLessonPlaces({&FVeranstaltungen}).Sort(FVeranstaltungen);
+  SortDatedLists();
+}
+
+/// The large lists but that of the lessons.
+void TVELPlan::SortDatedLists() {
+  uPlandaten::SortByTexts(FKalender->FEintraege);
+  FAenderungen.Sort();
+  FFehlzeiten.Sort();
+  uPlandaten::SortByTexts(FAnrechnungen);
+  FZuweisungen.Sort();
 }
 
 std::array<TQuillonDataList*, 6> TVELPlan::SortedLists() {
@@ -189,16 +197,15 @@ std::vector<TVELVeranstaltungsliste*> TVELPlan::LessonLists() {
 
 void TVELPlan::SortAfterLoad() {
   const std::vector<TVELVeranstaltungsliste*> Lists = LessonLists();
-  uPlandaten::MarkPlaces(Lists);
-  FVeranstaltungen.SetCompare(uPlandaten::ComparePlaces);
+  const uPlandaten::TLessonPlaces Places({Lists.begin(), Lists.end()});
+  // The lists of single objects are sorted now and not while they were read: the lessons in them were still bare then.
+  for (TQuillonDataList* List : Lists) {
+    Places.Sort(*List);
+  }
   // The calendar is another object now: the one of the file.
   FKalender->FEintraege.SetCompare(TVELKalenderEintragList::CompareItems);
+  SortDatedLists();
   for (TQuillonDataList* List : SortedLists()) {
-    List->SetSorted(true);
-  }
-  FVeranstaltungen.SetCompare(TVELVeranstaltungsliste::CompareItems);
-  // Sorted now and not while they were read: the lessons in them were still bare then.
-  for (auto List = Lists.begin() + 1; List != Lists.end(); ++List) {
-    (*List)->SortBy(uPlandaten::ComparePlaces);
+    List->TakeAsSorted();
   }
 }

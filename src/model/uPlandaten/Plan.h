@@ -90,6 +90,7 @@ class TVELPlan : public TVELDataStorage {
   std::array<TQuillonDataList*, 6> SortedLists();
   void EnterSupervisions();
   void SortAfterLoad();
+  void SortDatedLists();
 
   TQuillonRelease FFileRelease = CurrentRelease;
 };

@@ -151,16 +151,19 @@ void TVELSammelaenderung::EnterLessons() {
 /// A new lesson stands ahead of those that it is like, as one that is added by itself does.
 void TVELSammelaenderung::SortLists() {
   const std::vector<TVELVeranstaltungsliste*> Lists = FPlan.LessonLists();
-  uPlandaten::MarkPlaces(Lists);
+  const uPlandaten::TLessonPlaces Places({Lists.begin(), Lists.end()});
+  const auto ComparePlaces = [&Places](const TQuillonDataObject& A, const TQuillonDataObject& B) {
+    return Places.Of(A) - Places.Of(B);
+  };
   for (TVELVeranstaltungsliste* List : Lists) {
     if (List != &FPlan.FVeranstaltungen) {
-      SortStably(*List, ItemsOf(*List), uPlandaten::ComparePlaces);
+      SortStably(*List, ItemsOf(*List), ComparePlaces);
     }
   }
   std::vector<TQuillonDataObject*> Lessons(FNewLessons.rbegin(), FNewLessons.rend());
   const auto Old = FPlan.FVeranstaltungen.Items().first(FPlan.FVeranstaltungen.Items().size() - FNewLessons.size());
   Lessons.insert(Lessons.end(), Old.begin(), Old.end());
-  SortStably(FPlan.FVeranstaltungen, Lessons, uPlandaten::ComparePlaces);
+  SortStably(FPlan.FVeranstaltungen, Lessons, ComparePlaces);
   SortStably(FPlan.FFehlzeiten, ItemsOf(FPlan.FFehlzeiten), TVELFehlzeitenliste::CompareItems);
   SortStably(FPlan.FAnrechnungen, ItemsOf(FPlan.FAnrechnungen), TVELAnrechnungsliste::CompareItems);
 }

@@ -68,6 +68,7 @@ class TVELTermin : public TVELAbstrakterTermin {
 
   /// Of the running program only: the molecule as it was made last, see Molecule.
   TVELMolecule* FMolecule = nullptr;
+  std::int32_t FMoleculePlace = 0;  ///< among its atoms
 
   /// The appointments that it is bound to; null outside of a plan.
   TVELMolecule* Molecule();

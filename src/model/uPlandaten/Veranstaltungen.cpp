@@ -144,11 +144,16 @@ TVELZeitrahmen* TVELVeranstaltung::Zeitrahmen() const {
   return StandardTimeframe();
 }
 
-std::string TVELVeranstaltung::KursTitel() const {
+std::string TVELVeranstaltung::PlainKursTitel() const {
   std::string Title = FFach != nullptr ? FFach->FKuerzel : std::string();
   if (FKursNr > 0) {
     QuillonNumbers::AppendInteger(Title, FKursNr);
   }
+  return Title;
+}
+
+std::string TVELVeranstaltung::KursTitel() const {
+  std::string Title = PlainKursTitel();
   const TVELPlan* const Owner = Plan();
   if (FUnterrichtsart == nullptr || Owner == nullptr || !Owner->FEinstellungen) {
     return Title;

@@ -103,6 +103,8 @@ class TVELVeranstaltung : public TVELBasisObject {
   TVELZeitrahmen* Zeitrahmen() const;
   /// Title of the course without its external part: subject and number, in the case that its type asks for.
   std::string KursTitel() const;
+  /// As KursTitel in the case in which the subject's code is written.
+  std::string PlainKursTitel() const;
   /// Text that decides between lessons of one block index: codes of the classes, title, external part.
   std::string SortText() const;
   /// Empties the lists of teachers, rooms, resources and wildcards.

@@ -13,6 +13,8 @@ class TVELVertretung : public TVELAenderung {
  public:
   static const TQuillonDataClass& Class();
   const TQuillonDataClass& DataClass() const override { return Class(); }
+  static constexpr TChangeKind OwnKind = TChangeKind::Vertretung;
+  TChangeKind Kind() const override { return OwnKind; }
 
   bool FFuellen = false;
   TVELFehlstellengrund FFehlstellengrund = TVELFehlstellengrund::vaKein;
@@ -49,6 +51,8 @@ class TVELAufsichtsVertretung : public TVELAenderung {
  public:
   static const TQuillonDataClass& Class();
   const TQuillonDataClass& DataClass() const override { return Class(); }
+  static constexpr TChangeKind OwnKind = TChangeKind::AufsichtsVertretung;
+  TChangeKind Kind() const override { return OwnKind; }
 
   bool FKonflikt = false;
   bool FKeineVertretung = false;
@@ -62,6 +66,8 @@ class TVELRaumaenderung : public TVELAenderung {
  public:
   static const TQuillonDataClass& Class();
   const TQuillonDataClass& DataClass() const override { return Class(); }
+  static constexpr TChangeKind OwnKind = TChangeKind::Raumaenderung;
+  TChangeKind Kind() const override { return OwnKind; }
 
   bool FKonflikt = false;
   bool FEntfaellt = false;

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <mutex>
+#include <optional>
+
+#include "uDataUtils/Absences.h"
+#include "uDataUtils/Changes.h"
+#include "uDataUtils/Occurrences.h"
+#include "uDataUtils/SchoolDays.h"
+#include "uDataUtils/Spans.h"
+
+class TVELPlan;
+
+namespace uDataUtils {
+
+/// A plan as one run sees it: made once, while the plan does not change. What a run asks over and over is found here in
+/// constant or logarithmic time.
+///
+/// Each part is made by the first who asks for it; several threads may ask at once.
+class TPlanContext {
+ public:
+  /// @param AToday for the window of publication
+  TPlanContext(const TVELPlan& APlan, TVELDate AToday);
+
+  const TVELPlan& Plan() const { return FPlan; }
+  TVELDate Today() const { return FToday; }
+  /// Mondays of the first and of the last week of the timetable.
+  TVELDate FirstMonday() const { return FFirstMonday; }
+  TVELDate LastMonday() const { return FLastMonday; }
+  /// The last day of which changes are shown that are released one by one.
+  TVELDate LastPublicDay() const { return FLastPublicDay.Get(*this).Day; }
+
+  const TSchoolDays& SchoolDays() const { return FSchoolDays.Get(FPlan); }
+  const TFreeEntries& FreeEntries() const { return FFreeEntries.Get(FPlan); }
+  const TWindowParts& WindowParts() const { return FWindowParts.Get(FPlan); }
+  const TAbsences& Absences() const { return FAbsences.Get(FPlan); }
+  const TChanges& Changes() const { return FChanges.Get(FPlan); }
+  const TConcerns& Concerns() const { return FConcerns.Get(FPlan); }
+
+ private:
+  template <class T>
+  class TPart {
+   public:
+    template <class TSource>
+    const T& Get(const TSource& ASource) const {
+      std::call_once(FIsMade, [&] { FPart.emplace(ASource); });
+      return *FPart;
+    }
+
+   private:
+    mutable std::once_flag FIsMade;
+    mutable std::optional<T> FPart;
+  };
+
+  struct TLastPublicDay {
+    explicit TLastPublicDay(const TPlanContext& AContext);
+
+    TVELDate Day;
+  };
+
+  const TVELPlan& FPlan;
+  TVELDate FToday;
+  TVELDate FFirstMonday;
+  TVELDate FLastMonday;
+  TPart<TSchoolDays> FSchoolDays;
+  TPart<TFreeEntries> FFreeEntries;
+  TPart<TWindowParts> FWindowParts;
+  TPart<TAbsences> FAbsences;
+  TPart<TChanges> FChanges;
+  TPart<TConcerns> FConcerns;
+  TPart<TLastPublicDay> FLastPublicDay;
+};
+
+}  // namespace uDataUtils
