@@ -45,6 +45,8 @@ class TVELOstrelSynchronizer : public TVELOstrelService {
  protected:
   TVELOstrelSynchronizer(TVELPlan& APlan, std::unique_ptr<TOcfConfiguration> AConfiguration);
 
+  /// Loads the file; a job that saves it overrides this to hold it meanwhile.
+  virtual void OpenPlan(const std::string& AFileName) { FPlan.LoadFromFile(AFileName); }
   virtual std::string GetFileName() const = 0;
   virtual TGUID GetServerFileId() const = 0;
   virtual std::string GetServerName() const = 0;

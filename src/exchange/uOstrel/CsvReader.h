@@ -12,6 +12,9 @@ class TVELOstrelCsvReader : public TVELOstrelSynchronizer {
   TVELOstrelCsvReader(TVELPlan& APlan, std::unique_ptr<TOcfConfiguration> AConfiguration);
   /// A job with a configuration file has no settings and fails at its first look at them.
   TVELOstrelCsvReader(TVELPlan& APlan, const std::string& ACfgFileName);
+  TVELOstrelCsvReader(const TVELOstrelCsvReader&) = delete;
+  TVELOstrelCsvReader& operator=(const TVELOstrelCsvReader&) = delete;
+  ~TVELOstrelCsvReader() override { FPlan.CloseFile(); }
 
   /// All files in their order.
   /// @throws EQuillonCSVReaderError, EQuillonConvertError and EQuillonException; the plan then holds what was read so
@@ -28,6 +31,7 @@ class TVELOstrelCsvReader : public TVELOstrelSynchronizer {
   void ReadCourses();
 
  protected:
+  void OpenPlan(const std::string& AFileName) override { FPlan.OpenFileToChange(AFileName); }
   std::string GetFileName() const override;
   TGUID GetServerFileId() const override;
   std::string GetServerName() const override;

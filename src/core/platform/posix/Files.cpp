@@ -1,5 +1,6 @@
 #include "platform/Files.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -9,6 +10,8 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <limits>
+#include <string>
 #include <utility>
 
 #include "QuillonTypes.h"
@@ -27,10 +30,7 @@ auto Retried(TCall ACall) {
   return Result;
 }
 
-bool IsUnsupported(int AnErrorCode) {
-  return AnErrorCode == EINVAL || AnErrorCode == ENOSYS || AnErrorCode == ENOTSUP || AnErrorCode == EOPNOTSUPP ||
-         AnErrorCode == ENOLCK;
-}
+std::string PathOf(int ADescriptor) { return "/proc/self/fd/" + std::to_string(ADescriptor); }
 
 class PosixFile final : public Platform::File {
  public:
@@ -67,9 +67,15 @@ class PosixFile final : public Platform::File {
   }
 
   void Flush() override {
-    if (Retried([&] { return ::fsync(FDescriptor); }) < 0 && !IsUnsupported(errno) && errno != EROFS) {
+    if (Retried([&] { return ::fsync(FDescriptor); }) < 0 && !Platform::IsUnsupported(errno) && errno != EROFS) {
       Fail(FPath);
     }
+  }
+
+  void BeginFlush() override {
+#ifdef SYNC_FILE_RANGE_WRITE
+    ::sync_file_range(FDescriptor, 0, 0, SYNC_FILE_RANGE_WRITE);
+#endif
   }
 
   void TakeAttributes(const std::string& APath) override {
@@ -96,6 +102,39 @@ class PosixFile final : public Platform::File {
     }
   }
 
+  void GiveName(const std::string& APath) override {
+    if (::linkat(AT_FDCWD, PathOf(FDescriptor).c_str(), AT_FDCWD, APath.c_str(), AT_SYMLINK_FOLLOW) < 0) {
+      Fail(APath);
+    }
+  }
+
+  bool IsLocked() const override { return FIsLocked; }
+
+  /// @param DoWait whether a lock that is not free is waited for
+  void TakeLock(Platform::Lock ALock, bool DoWait) {
+    if (ALock == Platform::Lock::None) {
+      RefuseIfSole();
+      return;
+    }
+    const int Operation = (ALock == Platform::Lock::Shared ? LOCK_SH : LOCK_EX) | (DoWait ? 0 : LOCK_NB);
+    FIsLocked = Retried([&] { return ::flock(FDescriptor, Operation); }) == 0;
+    // EBADF: over a network a lock may need a file that is open for writing.
+    if (!FIsLocked && errno != EBADF && !Platform::IsUnsupported(errno)) {
+      Fail(FPath);
+    }
+    if (ALock == Platform::Lock::Sole) {
+      MarkAsSole();
+    }
+  }
+
+  /// Whether the path names this very file.
+  bool IsAt(const std::string& APath) const {
+    struct stat Named {};
+    struct stat Own {};
+    return ::stat(APath.c_str(), &Named) == 0 && ::fstat(FDescriptor, &Own) == 0 && Named.st_dev == Own.st_dev &&
+           Named.st_ino == Own.st_ino;
+  }
+
   void Close() override {
     const int Descriptor = std::exchange(FDescriptor, -1);
     // After EINTR the descriptor is gone all the same on the systems that matter: closing again might hit another file.
@@ -113,8 +152,38 @@ class PosixFile final : public Platform::File {
     return static_cast<std::size_t>(AResult);
   }
 
+  // One byte far behind any content stands for the whole file: a sole holder's lock on it, which belongs to the open
+  // file as flock's does, is what those see who ask for no lock. Locks of other kinds mean nothing here.
+#ifdef F_OFD_SETLK
+  static struct flock SoleMark(short AType) { struct flock Mark { };
+    Mark.l_type = AType;
+    Mark.l_whence = SEEK_SET;
+    Mark.l_start = std::numeric_limits<off_t>::max() - 1;
+    Mark.l_len = 1;
+    return Mark;
+  }
+  void MarkAsSole() const {
+    for (const short Type : std::array<short, 2>{F_WRLCK, F_RDLCK}) {
+      struct flock Mark = SoleMark(Type);
+      if (::fcntl(FDescriptor, F_OFD_SETLK, &Mark) == 0 || errno != EBADF) {
+        return;
+      }
+    }
+  }
+  void RefuseIfSole() const {
+    struct flock Mark = SoleMark(F_WRLCK);
+    if (::fcntl(FDescriptor, F_OFD_GETLK, &Mark) == 0 && Mark.l_type != F_UNLCK && Mark.l_pid == -1) {
+      throw EQuillonWin32Error(EWOULDBLOCK, FPath);
+    }
+  }
+#else
+  void MarkAsSole() const {}
+  void RefuseIfSole() const {}
+#endif
+
   int FDescriptor;
   std::string FPath;
+  bool FIsLocked = false;
 };
 
 int OpenFlags(Platform::Access AnAccess, Platform::Creation ACreation) {
@@ -128,27 +197,38 @@ class PosixFileSystem final : public Platform::FileSystem {
  public:
   std::unique_ptr<Platform::File> Open(const std::string& APath, Platform::Access AnAccess,
                                        Platform::Creation ACreation, Platform::Lock ALock) override {
-    const mode_t Mode = ACreation == Platform::Creation::NewPrivate ? 0600 : 0666;
-    const int Flags = OpenFlags(AnAccess, ACreation);
-    const int Descriptor = Retried([&] { return ::open(APath.c_str(), Flags, Mode); });
-    if (Descriptor < 0) {
-      Fail(APath);
-    }
-    auto Result = std::make_unique<PosixFile>(Descriptor, APath);
-    struct stat Info {};
-    if (::fstat(Descriptor, &Info) < 0) {
-      Fail(APath);
-    }
-    if (S_ISDIR(Info.st_mode)) {
-      throw EQuillonWin32Error(EISDIR, APath);
-    }
-    if (ALock != Platform::Lock::None) {
-      const int Operation = (ALock == Platform::Lock::Shared ? LOCK_SH : LOCK_EX) | LOCK_NB;
-      if (Retried([&] { return ::flock(Descriptor, Operation); }) < 0 && !IsUnsupported(errno)) {
-        Fail(APath);
+    constexpr int MostReplacements = 100;
+    for (int Round = 1;; ++Round) {
+      auto Result = OpenOnce(APath, AnAccess, ACreation, ALock);
+      if (!Result->IsLocked() || Result->IsAt(APath) || Round == MostReplacements) {
+        return Result;
       }
     }
-    return Result;
+  }
+
+  std::unique_ptr<Platform::File> OpenUnnamed(const std::string& AFolder, Platform::Creation ACreation,
+                                              Platform::Lock ALock) override {
+#ifdef O_TMPFILE
+    const mode_t Mode = ACreation == Platform::Creation::NewPrivate ? 0600 : 0666;
+    const int Descriptor =
+        Retried([&] { return ::open(AFolder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC | O_NOCTTY, Mode); });
+    // EISDIR: a kernel that does not know the flag.
+    if (Descriptor < 0 && errno != EISDIR) {
+      Fail(AFolder);
+    }
+    if (Descriptor >= 0) {
+      auto Result = std::make_unique<PosixFile>(Descriptor, AFolder);
+      // It can be given a name only through this path, which is not everywhere.
+      if (Result->IsAt(PathOf(Descriptor))) {
+        Result->TakeLock(ALock, false);
+        return Result;
+      }
+    }
+#else
+    static_cast<void>(ACreation);
+    static_cast<void>(ALock);
+#endif
+    throw EQuillonWin32Error(ENOTSUP, AFolder);
   }
 
   Platform::EntryKind Look(const std::string& APath) override {
@@ -160,6 +240,18 @@ class PosixFileSystem final : public Platform::FileSystem {
       return Platform::EntryKind::Directory;
     }
     return S_ISREG(Info.st_mode) ? Platform::EntryKind::File : Platform::EntryKind::Other;
+  }
+
+  std::vector<std::string> NamesIn(const std::string& AFolder) override {
+    const std::unique_ptr<DIR, int (*)(DIR*)> Folder(::opendir(AFolder.c_str()), ::closedir);
+    if (Folder == nullptr) {
+      Fail(AFolder);
+    }
+    std::vector<std::string> Names;
+    while (const dirent* const Entry = ::readdir(Folder.get())) {  // NOLINT(concurrency-mt-unsafe): a stream of our own
+      Names.emplace_back(static_cast<const char*>(Entry->d_name));
+    }
+    return Names;
   }
 
   std::int64_t SizeOf(const std::string& APath) override {
@@ -202,7 +294,7 @@ class PosixFileSystem final : public Platform::FileSystem {
       Check(::unlink(APath.c_str()), APath);
       return;
     }
-    if (errno != EPERM && errno != EMLINK && !IsUnsupported(errno)) {
+    if (errno != EPERM && errno != EMLINK && !Platform::IsUnsupported(errno)) {
       Fail(ANewPath);
     }
     struct stat Info {};
@@ -228,6 +320,28 @@ class PosixFileSystem final : public Platform::FileSystem {
   }
 
  private:
+  static std::unique_ptr<PosixFile> OpenOnce(const std::string& APath, Platform::Access AnAccess,
+                                             Platform::Creation ACreation, Platform::Lock ALock) {
+    const bool IsNew = ACreation == Platform::Creation::New || ACreation == Platform::Creation::NewPrivate;
+    const mode_t Mode = ACreation == Platform::Creation::NewPrivate ? 0600 : 0666;
+    const int Flags = OpenFlags(AnAccess, ACreation);
+    const int Descriptor = Retried([&] { return ::open(APath.c_str(), Flags, Mode); });
+    if (Descriptor < 0) {
+      Fail(APath);
+    }
+    auto Result = std::make_unique<PosixFile>(Descriptor, APath);
+    struct stat Info {};
+    if (::fstat(Descriptor, &Info) < 0) {
+      Fail(APath);
+    }
+    if (S_ISDIR(Info.st_mode)) {
+      throw EQuillonWin32Error(EISDIR, APath);
+    }
+    // Only who removes left-overs can have the lock of a file that is just made, and gives it back at once.
+    Result->TakeLock(ALock, IsNew);
+    return Result;
+  }
+
   static void Check(int AResult, const std::string& APath) {
     if (AResult < 0) {
       Fail(APath);
@@ -255,6 +369,13 @@ FilesReplacement::~FilesReplacement() { Current = FReplaced; }
 bool IsAccessDenied(int AnErrorCode) { return AnErrorCode == EACCES; }
 
 bool IsMissing(int AnErrorCode) { return AnErrorCode == ENOENT || AnErrorCode == ENOTDIR; }
+
+bool IsInUse(int AnErrorCode) { return AnErrorCode == EWOULDBLOCK; }
+
+bool IsUnsupported(int AnErrorCode) {
+  return AnErrorCode == EINVAL || AnErrorCode == ENOSYS || AnErrorCode == ENOTSUP || AnErrorCode == EOPNOTSUPP ||
+         AnErrorCode == ENOLCK;
+}
 
 bool IsReplacementRefused(int AnErrorCode) {
   // EBUSY and EXDEV: the file is a mount point of its own, as containers have them.
