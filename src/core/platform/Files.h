@@ -32,6 +32,11 @@ class File {
   /// Lets the system begin to bring to the disk what was written, without waiting for it; where it cannot, nothing
   /// happens.
   virtual void BeginFlush() = 0;
+  /// Returns when the file's bytes have left the memory; FlushSystem does the rest. For many files the two together are
+  /// much quicker than Flush of each, which waits for the disk as often.
+  virtual void EndFlush() = 0;
+  /// Returns when everything that was written to the file system of this file has reached the disk.
+  virtual void FlushSystem() = 0;
   /// Takes over permissions and, where the system lets us, the owner of another file. Where its group cannot be kept,
   /// the group gets no more than everybody.
   virtual void TakeAttributes(const std::string& APath) = 0;

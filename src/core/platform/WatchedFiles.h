@@ -18,7 +18,7 @@ class WatchedFiles : public FileSystem {
   // clang-format off
   enum class Call {
     Open, OpenUnnamed, SizeOf, FollowLinks, Rename, MakeDirectory, FlushDirectory, NamesIn, Remove,
-    Read, Write, Seek, SetSize, Flush, TakeAttributes, GiveName, Close
+    Read, Write, Seek, SetSize, Flush, EndFlush, FlushSystem, TakeAttributes, GiveName, Close
   };
   // clang-format on
 
@@ -77,6 +77,12 @@ class WatchedFiles : public FileSystem {
       FFiles.Around(Call::Flush, [&] { FFile->Flush(); });
     }
     void BeginFlush() override { FFile->BeginFlush(); }
+    void EndFlush() override {
+      FFiles.Around(Call::EndFlush, [&] { FFile->EndFlush(); });
+    }
+    void FlushSystem() override {
+      FFiles.Around(Call::FlushSystem, [&] { FFile->FlushSystem(); });
+    }
     void TakeAttributes(const std::string& APath) override {
       FFiles.Around(Call::TakeAttributes, [&] { FFile->TakeAttributes(APath); });
     }

@@ -72,11 +72,22 @@ class PosixFile final : public Platform::File {
     }
   }
 
-  void BeginFlush() override {
 #ifdef SYNC_FILE_RANGE_WRITE
-    ::sync_file_range(FDescriptor, 0, 0, SYNC_FILE_RANGE_WRITE);
-#endif
+  void BeginFlush() override { ::sync_file_range(FDescriptor, 0, 0, SYNC_FILE_RANGE_WRITE); }
+
+  void EndFlush() override {
+    constexpr unsigned Whole = SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
+    if (Retried([&] { return ::sync_file_range(FDescriptor, 0, 0, Whole); }) < 0) {
+      Flush();
+    }
   }
+
+  void FlushSystem() override { Checked(Retried([&] { return ::syncfs(FDescriptor); })); }
+#else
+  void BeginFlush() override {}
+  void EndFlush() override { Flush(); }
+  void FlushSystem() override {}
+#endif
 
   void TakeAttributes(const std::string& APath) override {
     struct stat Info {};
