@@ -9,6 +9,7 @@
 #include "QuillonNewFile.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
+#include "platform/Signals.h"
 
 namespace {
 
@@ -83,10 +84,12 @@ std::string KeepCopy(const std::string& ATarget, std::string_view AContent) {
 void Overwrite(TQuillonFileStream& AFile, const std::string& ATarget, std::string_view AContent) {
   const std::string Copy = KeepCopy(ATarget, AContent);
   try {
-    AFile.Seek(0, TQuillonSeekOrigin::Begin);
-    WriteBlocks(AFile, AContent);
-    AFile.SetEndOfFile();
-    AFile.Flush();
+    Platform::WithSignalsDelayed([&] {
+      AFile.Seek(0, TQuillonSeekOrigin::Begin);
+      WriteBlocks(AFile, AContent);
+      AFile.SetEndOfFile();
+      AFile.Flush();
+    });
   } catch (const EQuillonWin32Error& Error) {
     throw EQuillonFileHandleError(Error.ErrorCode(), ATarget + " (vollständige Kopie: " + Copy + ")");
   }

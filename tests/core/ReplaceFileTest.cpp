@@ -1,11 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
+#include <random>
 #include <thread>
 
 #include "QuillonFileReplacement.h"
@@ -142,6 +145,41 @@ TEST_F(ReplaceFile, WhatKilledProcessesLeftGoesAndForeignFilesStay) {
   QuillonIO::ReplaceFile(FName, FNew);
   Stay.emplace_back("plan.data");
   EXPECT_THAT(FFolder.Names(), testing::UnorderedElementsAreArray(Stay));
+}
+
+TEST_F(ReplaceFile, AKillLeavesNothingBehindTheNextSave) {
+  std::minstd_rand Random(2);
+  int LeftOvers = 0;
+  for (int Round = 0; Round < 120; ++Round) {
+    const int UnnamedRefusal = Round % 2 == 0 ? 0 : ENOTSUP;
+    const int Signal = Round % 3 == 0 ? SIGTERM : SIGKILL;
+    const pid_t Child = fork();
+    if (Child == 0) {
+      FailingFiles Files;
+      const Platform::FilesReplacement Replacement(Files);
+      Files.Refuse(TCall::OpenUnnamed, UnnamedRefusal);
+      for (;;) {
+        QuillonIO::ReplaceFile(FName, FOld);
+        QuillonIO::ReplaceFile(FName, FNew);
+      }
+    }
+    std::this_thread::sleep_for(std::chrono::microseconds(2'000 + Random() % 15'000));
+    kill(Child, Signal);
+    int Status = 0;
+    ASSERT_EQ(waitpid(Child, &Status, 0), Child);
+    EXPECT_TRUE(WIFSIGNALED(Status) && WTERMSIG(Status) == Signal);
+    LeftOvers += FFolder.Names().size() > 1 ? 1 : 0;
+    if (Signal == SIGTERM) {
+      EXPECT_LE(FFolder.Names().size(), 1U) << "a told end leaves nothing";
+    }
+    if (TQuillonFileSystem::Exists(FName)) {
+      const std::string Content = QuillonIO::ReadWholeFile(FName);
+      EXPECT_TRUE(Content == FOld || Content == FNew);
+    }
+    QuillonIO::ReplaceFile(FName, FOld);
+    EXPECT_EQ(FFolder.Names(), std::vector<std::string>{"plan.data"});
+  }
+  EXPECT_GT(LeftOvers, 0) << "no kill has met a file in the making";
 }
 
 /// Where a folder takes no file, or nothing may take the place of the old one.
