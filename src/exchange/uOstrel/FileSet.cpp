@@ -155,8 +155,6 @@ void TFileSet::Burst() {
     for (const std::string& Name : FRest) {
       RemoveFile(PathOf(Name));
     }
-    // On the disk too the marker comes last.
-    FlushFolders();
     if (Marker != FMembers.end() && Marker->New) {
       QuillonIO::OnFile(FMarker, [&] { Marker->New->Replace(Marker->Target); });
     }
