@@ -39,7 +39,7 @@ inline constexpr std::array PlainFiles = {ManifestFile,
 class TFileName {
  public:
   template <std::size_t Size>
-  consteval TFileName(const char (&AName)[Size])  // NOLINT(google-explicit-constructor,modernize-avoid-c-arrays)
+  consteval TFileName(const char (&AName)[Size])  // NOLINT(google-explicit-constructor)
       : FStem(AName, Size - 1 - Extension.size()) {
     if (std::find(PlainFiles.begin(), PlainFiles.end(), AName) == PlainFiles.end()) {
       throw "no file of the set";

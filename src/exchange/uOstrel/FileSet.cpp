@@ -90,8 +90,11 @@ TQuillonStream& TFileSet::Begin(const std::string& AName) {
     if (IsThere && !Files.IsWriteable(Member.Target)) {
       throw EQuillonWin32Error(Platform::NotWriteableError, Member.Path);
     }
-    Member.New.emplace(QuillonIO::FolderOf(Member.Target),
-                       IsThere ? Platform::Creation::NewPrivate : Platform::Creation::New);
+    const std::string Folder = QuillonIO::FolderOf(Member.Target);
+    if (Member.Target != Member.Path) {
+      TQuillonNewFile::RemoveLeftOvers(Folder);
+    }
+    Member.New.emplace(Folder, IsThere ? Platform::Creation::NewPrivate : Platform::Creation::New);
     if (IsThere) {
       Member.New->File().TakeAttributes(Member.Target);
     }

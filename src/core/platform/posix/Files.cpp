@@ -2,7 +2,6 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,192 +9,16 @@
 #include <array>
 #include <cerrno>
 #include <climits>
-#include <limits>
 #include <string>
 #include <utility>
 
-#include "QuillonTypes.h"
+#include "platform/posix/PosixFile.h"
 
 namespace {
 
-[[noreturn]] void Fail(const std::string& APath) { throw EQuillonWin32Error(errno, APath); }
-
-/// Repeats a call that a signal broke off.
-template <class TCall>
-auto Retried(TCall ACall) {
-  auto Result = ACall();
-  while (Result < 0 && errno == EINTR) {
-    Result = ACall();
-  }
-  return Result;
-}
-
-std::string PathOf(int ADescriptor) { return "/proc/self/fd/" + std::to_string(ADescriptor); }
-
-class PosixFile final : public Platform::File {
- public:
-  PosixFile(int ADescriptor, std::string APath) : FDescriptor(ADescriptor), FPath(std::move(APath)) {}
-  ~PosixFile() override {
-    if (FDescriptor >= 0) {
-      ::close(FDescriptor);
-    }
-  }
-
-  std::size_t Read(std::span<char> ABuffer) override {
-    const std::size_t Wanted = std::min<std::size_t>(ABuffer.size(), SSIZE_MAX);
-    return Checked(Retried([&] { return ::read(FDescriptor, ABuffer.data(), Wanted); }));
-  }
-
-  void Write(std::string_view ABytes) override {
-    while (!ABytes.empty()) {
-      const std::size_t Wanted = std::min<std::size_t>(ABytes.size(), SSIZE_MAX);
-      ABytes.remove_prefix(Checked(Retried([&] { return ::write(FDescriptor, ABytes.data(), Wanted); })));
-    }
-  }
-
-  std::int64_t Seek(std::int64_t AnOffset, Platform::SeekFrom AnOrigin) override {
-    constexpr std::array Origins = {SEEK_SET, SEEK_CUR, SEEK_END};
-    const off_t Position = ::lseek(FDescriptor, AnOffset, Origins[static_cast<std::size_t>(AnOrigin)]);
-    if (Position < 0) {
-      Fail(FPath);
-    }
-    return Position;
-  }
-
-  void SetSize(std::int64_t ASize) override {
-    Checked(Retried([&] { return ::ftruncate(FDescriptor, ASize); }));
-  }
-
-  void Flush() override {
-    if (Retried([&] { return ::fsync(FDescriptor); }) < 0 && !Platform::IsUnsupported(errno) && errno != EROFS) {
-      Fail(FPath);
-    }
-  }
-
-#ifdef SYNC_FILE_RANGE_WRITE
-  void BeginFlush() override { ::sync_file_range(FDescriptor, 0, 0, SYNC_FILE_RANGE_WRITE); }
-
-  void EndFlush() override {
-    constexpr unsigned Whole = SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
-    if (Retried([&] { return ::sync_file_range(FDescriptor, 0, 0, Whole); }) < 0) {
-      Flush();
-    }
-  }
-
-  void FlushSystem() override { Checked(Retried([&] { return ::syncfs(FDescriptor); })); }
-#else
-  void BeginFlush() override {}
-  void EndFlush() override { Flush(); }
-  void FlushSystem() override {}
-#endif
-
-  void TakeAttributes(const std::string& APath) override {
-    struct stat Info {};
-    struct stat Own {};
-    if (::stat(APath.c_str(), &Info) < 0 || ::fstat(FDescriptor, &Own) < 0) {
-      Fail(APath);
-    }
-    constexpr mode_t AllPermissions = 07777;
-    mode_t Mode = Info.st_mode & AllPermissions;
-    const bool IsOwnerSame = Own.st_uid == Info.st_uid || ::fchown(FDescriptor, Info.st_uid, Info.st_gid) == 0;
-    if (!IsOwnerSame) {
-      Mode &= ~static_cast<mode_t>(S_ISUID);
-    }
-    if (::fstat(FDescriptor, &Own) < 0) {
-      Fail(FPath);
-    }
-    if (Own.st_gid != Info.st_gid && ::fchown(FDescriptor, static_cast<uid_t>(-1), Info.st_gid) < 0) {
-      const mode_t OfOthers = Mode & S_IRWXO;
-      Mode = (Mode & ~static_cast<mode_t>(S_IRWXG | S_ISGID)) | ((OfOthers << 3) & Mode & S_IRWXG);
-    }
-    if (::fchmod(FDescriptor, Mode) < 0) {
-      Fail(FPath);
-    }
-  }
-
-  void GiveName(const std::string& APath) override {
-    if (::linkat(AT_FDCWD, PathOf(FDescriptor).c_str(), AT_FDCWD, APath.c_str(), AT_SYMLINK_FOLLOW) < 0) {
-      Fail(APath);
-    }
-  }
-
-  bool IsLocked() const override { return FIsLocked; }
-
-  /// @param DoWait whether a lock that is not free is waited for
-  void TakeLock(Platform::Lock ALock, bool DoWait) {
-    if (ALock == Platform::Lock::None) {
-      RefuseIfSole();
-      return;
-    }
-    const int Operation = (ALock == Platform::Lock::Shared ? LOCK_SH : LOCK_EX) | (DoWait ? 0 : LOCK_NB);
-    FIsLocked = Retried([&] { return ::flock(FDescriptor, Operation); }) == 0;
-    // EBADF: over a network a lock may need a file that is open for writing.
-    if (!FIsLocked && errno != EBADF && !Platform::IsUnsupported(errno)) {
-      Fail(FPath);
-    }
-    if (ALock == Platform::Lock::Sole) {
-      MarkAsSole();
-    }
-  }
-
-  /// Whether the path names this very file.
-  bool IsAt(const std::string& APath) const {
-    struct stat Named {};
-    struct stat Own {};
-    return ::stat(APath.c_str(), &Named) == 0 && ::fstat(FDescriptor, &Own) == 0 && Named.st_dev == Own.st_dev &&
-           Named.st_ino == Own.st_ino;
-  }
-
-  void Close() override {
-    const int Descriptor = std::exchange(FDescriptor, -1);
-    // After EINTR the descriptor is gone all the same on the systems that matter: closing again might hit another file.
-    if (Descriptor >= 0 && ::close(Descriptor) < 0 && errno != EINTR) {
-      Fail(FPath);
-    }
-  }
-
- private:
-  template <class TResult>
-  std::size_t Checked(TResult AResult) const {
-    if (AResult < 0) {
-      Fail(FPath);
-    }
-    return static_cast<std::size_t>(AResult);
-  }
-
-  // One byte far behind any content stands for the whole file: a sole holder's lock on it, which belongs to the open
-  // file as flock's does, is what those see who ask for no lock. Locks of other kinds mean nothing here.
-#ifdef F_OFD_SETLK
-  static struct flock SoleMark(short AType) { struct flock Mark { };
-    Mark.l_type = AType;
-    Mark.l_whence = SEEK_SET;
-    Mark.l_start = std::numeric_limits<off_t>::max() - 1;
-    Mark.l_len = 1;
-    return Mark;
-  }
-  void MarkAsSole() const {
-    for (const short Type : std::array<short, 2>{F_WRLCK, F_RDLCK}) {
-      struct flock Mark = SoleMark(Type);
-      if (::fcntl(FDescriptor, F_OFD_SETLK, &Mark) == 0 || errno != EBADF) {
-        return;
-      }
-    }
-  }
-  void RefuseIfSole() const {
-    struct flock Mark = SoleMark(F_WRLCK);
-    if (::fcntl(FDescriptor, F_OFD_GETLK, &Mark) == 0 && Mark.l_type != F_UNLCK && Mark.l_pid == -1) {
-      throw EQuillonWin32Error(EWOULDBLOCK, FPath);
-    }
-  }
-#else
-  void MarkAsSole() const {}
-  void RefuseIfSole() const {}
-#endif
-
-  int FDescriptor;
-  std::string FPath;
-  bool FIsLocked = false;
-};
+using PosixCalls::Fail;
+using PosixCalls::PathOf;
+using PosixCalls::Retried;
 
 int OpenFlags(Platform::Access AnAccess, Platform::Creation ACreation) {
   constexpr std::array AccessFlags = {O_RDONLY, O_WRONLY, O_RDWR};
@@ -259,7 +82,7 @@ class PosixFileSystem final : public Platform::FileSystem {
       Fail(AFolder);
     }
     std::vector<std::string> Names;
-    while (const dirent* const Entry = ::readdir(Folder.get())) {  // NOLINT(concurrency-mt-unsafe): a stream of our own
+    while (const dirent* const Entry = ::readdir(Folder.get())) {
       Names.emplace_back(static_cast<const char*>(Entry->d_name));
     }
     return Names;

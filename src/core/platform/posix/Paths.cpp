@@ -9,7 +9,7 @@
 namespace {
 
 std::string Variable(const char* AName) {
-  const char* const Value = std::getenv(AName);  // NOLINT(concurrency-mt-unsafe): nobody here sets one
+  const char* const Value = std::getenv(AName);
   return Value != nullptr ? Value : "";
 }
 
