@@ -221,7 +221,8 @@ void TQuillonDataStorage::StoreFile() {
 }
 
 void TQuillonDataStorage::StoreFile(const std::string& AFileName, bool ATakeFileName) {
-  const std::string Name = AFileName;  // it may be the one of the stream that is closed
+  // It may be the one of the stream that is closed.
+  const std::string Name = AFileName;  // NOLINT(performance-unnecessary-copy-initialization)
   CloseFile();
   BeforeStore();
   if (ATakeFileName) {
