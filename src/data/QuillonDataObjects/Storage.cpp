@@ -104,8 +104,9 @@ void TQuillonDataStorage::LoadFromFile(const std::string& AFileName) {
     return;
   }
   if (const std::string Template = GetTemplateFileName(); TQuillonFileSystem::Exists(Template)) {
+    std::string Name = AFileName;  // it may be FFileName, which the load changes
     LoadExistingFile(Template);
-    FFileName = AFileName;
+    FFileName = std::move(Name);
   }
 }
 

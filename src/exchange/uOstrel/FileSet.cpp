@@ -54,17 +54,18 @@ TFileSet::TFileSet(std::string AFolder, std::vector<std::string> ANames, std::st
       FMarker(PathOf(std::string(AMarker))),
       FRest(std::move(ANames)),
       FLockPath(PathOf(std::string(LockName))) {
-  FLockRemoval.emplace(FLockPath);
   FLock = QuillonIO::WaitWhileInUse(ATimeOut, [&] {
     return QuillonIO::OnFile(FFolder, [&] {
       return Platform::Files().Open(FLockPath, Platform::Access::Read, Platform::Creation::IfMissing,
                                     Platform::Lock::Exclusive);
     });
   });
+  FLockRemoval.emplace(FLockPath);
   TQuillonNewFile::RemoveLeftOvers(FFolder);
 }
 
 TFileSet::~TFileSet() {
+  FLockRemoval.reset();
   try {
     // As long as it is held: the next one who has waited for it finds that it is gone and makes another.
     Platform::Files().Remove(FLockPath);
