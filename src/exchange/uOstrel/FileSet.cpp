@@ -54,24 +54,29 @@ TFileSet::TFileSet(std::string AFolder, std::vector<std::string> ANames, std::st
       FMarker(PathOf(std::string(AMarker))),
       FRest(std::move(ANames)),
       FLockPath(PathOf(std::string(LockName))) {
-  FLock = QuillonIO::WaitWhileInUse(ATimeOut, [&] {
-    return QuillonIO::OnFile(FFolder, [&] {
-      return Platform::Files().Open(FLockPath, Platform::Access::Read, Platform::Creation::IfMissing,
-                                    Platform::Lock::Exclusive);
+  QuillonIO::WaitWhileInUse(ATimeOut, [this] {
+    // The lock and its removal at a signal come at once: that of another run must not be removed.
+    Platform::WithSignalsDelayed([this] {
+      FLock = QuillonIO::OnFile(FFolder, [this] {
+        return Platform::Files().Open(FLockPath, Platform::Access::Read, Platform::Creation::IfMissing,
+                                      Platform::Lock::Exclusive);
+      });
+      FLockRemoval.emplace(FLockPath);
     });
   });
-  FLockRemoval.emplace(FLockPath);
   TQuillonNewFile::RemoveLeftOvers(FFolder);
 }
 
 TFileSet::~TFileSet() {
-  FLockRemoval.reset();
-  try {
-    // As long as it is held: the next one who has waited for it finds that it is gone and makes another.
-    Platform::Files().Remove(FLockPath);
-  } catch (const EQuillonWin32Error&) {
-    // The next run takes it over.
-  }
+  Platform::WithSignalsDelayed([this] {
+    FLockRemoval.reset();
+    try {
+      // As long as it is held: the next one who has waited for it finds that it is gone and makes another.
+      Platform::Files().Remove(FLockPath);
+    } catch (const EQuillonWin32Error&) {
+      // The next run takes it over.
+    }
+  });
 }
 
 std::string TFileSet::PathOf(const std::string& AName) const { return TQuillonFilePath::Combine(FFolder, AName); }
@@ -130,7 +135,31 @@ void TFileSet::Place() {
     }
   }
   ForEachNew([](TQuillonNewFile& AFile) { AFile.Prepare(); });
+  // To free a large file takes its time: while they are open, the earlier files are not freed within the burst.
+  const std::vector<std::unique_ptr<Platform::File>> Earlier = OpenEarlier();
   Platform::WithSignalsDelayed([this] { Burst(); });
+}
+
+std::vector<std::unique_ptr<Platform::File>> TFileSet::OpenEarlier() const {
+  std::vector<std::string> Paths;
+  for (const TMember& Member : FMembers) {
+    Paths.push_back(Member.Target);
+  }
+  for (const std::string& Name : FRest) {
+    Paths.push_back(PathOf(Name));
+  }
+  std::vector<std::unique_ptr<Platform::File>> Files;
+  for (const std::string& Path : Paths) {
+    try {
+      if (Platform::Files().Look(Path) == Platform::EntryKind::File) {
+        Files.push_back(
+            Platform::Files().Open(Path, Platform::Access::Read, Platform::Creation::Never, Platform::Lock::None));
+      }
+    } catch (const EQuillonWin32Error&) {
+      continue;
+    }
+  }
+  return Files;
 }
 
 template <class TCall>

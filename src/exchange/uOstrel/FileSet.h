@@ -44,6 +44,7 @@ class TFileSet {
   template <class TCall>
   void ForEachNew(const TCall& ACall);
   void CheckRest() const;
+  std::vector<std::unique_ptr<Platform::File>> OpenEarlier() const;
   void Burst();
   void FlushFolders();
   std::string PathOf(const std::string& AName) const;
