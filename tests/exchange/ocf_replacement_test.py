@@ -109,7 +109,7 @@ class Replacement(unittest.TestCase):
                 endings["unmarked"] += 1
             if process.returncode == -signal.SIGTERM:
                 self.assertEqual(found, visible, "left by a run that was told to end")
-            if visible != self.sets[plan]:
+            if found != self.sets[plan]:
                 start = time.monotonic()
                 self.assertEqual(self.export(self.plans[plan], self.out)[0], 0)
                 duration = time.monotonic() - start
