@@ -11,22 +11,50 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "platform/WatchedFiles.h"
+
 namespace Bench {
 
 namespace {
 
 struct TReport {
   double Seconds = 0;
+  double DiskSeconds = 0;
   std::uint64_t Value = 0;
+};
+
+double SecondsOf(const std::function<void()>& ARun) {
+  const auto Start = std::chrono::steady_clock::now();
+  ARun();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - Start).count();
+}
+
+/// Adds up how long calls wait for the disk.
+class TDiskWatch final : public Platform::WatchedFiles {
+ public:
+  double FSeconds = 0;
+
+ private:
+  void Around(Call ACall, const std::function<void()>& ARun) override {
+    const bool IsWait =
+        ACall == Call::Flush || ACall == Call::EndFlush || ACall == Call::FlushSystem || ACall == Call::FlushDirectory;
+    if (IsWait) {
+      FSeconds += SecondsOf(ARun);
+    } else {
+      ARun();
+    }
+  }
 };
 
 [[noreturn]] void RunChild(const std::function<std::uint64_t()>& AJob, int AnOutput) {
   int ExitCode = 1;
   try {
-    const auto Start = std::chrono::steady_clock::now();
+    TDiskWatch Watch;
+    const Platform::FilesReplacement Replacement(Watch);
     TReport Report;
-    Report.Value = AJob();
-    Report.Seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - Start).count();
+    const double Seconds = SecondsOf([&] { Report.Value = AJob(); });
+    Report.Seconds = Seconds - Watch.FSeconds;
+    Report.DiskSeconds = Watch.FSeconds;
     // Less than a pipe takes at once.
     ExitCode = write(AnOutput, &Report, sizeof(Report)) == static_cast<ssize_t>(sizeof(Report)) ? 0 : 1;
   } catch (const std::exception& Error) {
@@ -60,7 +88,7 @@ TResult MeasureWhole(const std::function<std::uint64_t()>& AJob) {
     throw std::runtime_error("a measured job has failed");
   }
   constexpr std::uint64_t Kilobyte = 1024;
-  return {Report.Seconds, Report.Value, static_cast<std::uint64_t>(Usage.ru_maxrss) * Kilobyte};
+  return {Report.Seconds, Report.DiskSeconds, Report.Value, static_cast<std::uint64_t>(Usage.ru_maxrss) * Kilobyte};
 }
 
 }  // namespace

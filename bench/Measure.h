@@ -7,7 +7,8 @@
 namespace Bench {
 
 struct TResult {
-  double Seconds = 0;           ///< wall time of the job
+  double Seconds = 0;           ///< wall time of the job, the wait for the disk taken off
+  double DiskSeconds = 0;       ///< the wait for the disk: until what was written is safe there
   std::uint64_t Value = 0;      ///< what the job told
   std::uint64_t PeakBytes = 0;  ///< largest resident memory of the process, what an idle one has taken off
 };

@@ -7,6 +7,7 @@
 
 #include "QuillonDateTimeCalendar.h"
 #include "QuillonText.h"
+#include "QuillonTextScanner.h"
 
 namespace {
 
@@ -62,51 +63,51 @@ double EncodePossible(const TQuillonDateTimeFields& AFields) {
   throw EQuillonConvertError(QuillonText::Quoted(AText) + " ist " + std::string(AWanted) + ".");
 }
 
-/// Cuts fields out of a text at fixed places.
-class FieldCutter {
+/// Reads fields at fixed places, whatever stands between them.
+class FieldReader {
  public:
-  FieldCutter(std::string_view AText, std::string_view AWanted) : FText(AText), FWanted(AWanted) {}
+  FieldReader(std::string_view AText, std::string_view AWanted) : FText(AText), FWanted(AWanted), FScanner(AText) {}
 
-  /// The number in at most ACount characters from APlace on, counted from 0.
-  int Number(std::size_t APlace, std::size_t ACount) const {
-    constexpr std::size_t LongestNumber = 9;
-    const std::string_view Digits = FText.substr(std::min(APlace, FText.size()), ACount);
-    if (Digits.empty() || Digits.size() > LongestNumber) {
-      Fail();
-    }
-    int Value = 0;
-    for (const char C : Digits) {
-      if (C < '0' || C > '9') {
-        Fail();
-      }
-      Value = Value * 10 + (C - '0');
-    }
-    return Value;
+  void ReadDate(TQuillonDateTimeFields& AFields) {
+    AFields.Year = Number(4);
+    AFields.Month = FScanner.IsAtEnd() ? 1 : NextNumber(2);
+    AFields.Day = FScanner.IsAtEnd() ? 1 : NextNumber(2);
   }
 
-  void CutDate(TQuillonDateTimeFields& AFields) const {
-    AFields.Year = Number(0, 4);
-    AFields.Month = FText.size() >= 5 ? Number(5, 2) : 1;
-    AFields.Day = FText.size() >= 8 ? Number(8, 2) : 1;
+  void ReadTime(TQuillonDateTimeFields& AFields) {
+    constexpr std::size_t SecondsLength = 3;  // with the sign ahead
+    AFields.Hour = Number(2);
+    AFields.Minute = NextNumber(2);
+    if (FScanner.Left().size() < SecondsLength) {
+      return;
+    }
+    AFields.Second = NextNumber(2);
+    if (FScanner.Left().size() > 1 && FScanner.TryPass('.')) {
+      AFields.Millisecond = Number(FScanner.Left().find_first_of("Z+-"));
+    }
   }
 
-  /// Reads a time that begins at AStart.
-  void CutTime(TQuillonDateTimeFields& AFields, std::size_t AStart) const {
-    AFields.Hour = Number(AStart, 2);
-    AFields.Minute = Number(AStart + 3, 2);
-    AFields.Second = FText.size() >= AStart + 8 ? Number(AStart + 6, 2) : 0;
-    const std::size_t Point = AStart + 8;
-    if (FText.size() >= Point + 2 && FText[Point] == '.') {
-      const std::size_t End = std::min(FText.find_first_of("Z+-", Point + 1), FText.size());
-      AFields.Millisecond = Number(Point + 1, End - (Point + 1));
-    }
+  /// What is behind the next character. @return false where there is nothing
+  bool PassOne() {
+    FScanner.Skip(1);
+    return !FScanner.IsAtEnd();
   }
 
   [[noreturn]] void Fail() const { ThrowConvertError(FText, FWanted); }
 
  private:
+  int Number(std::size_t ACount) {
+    const auto Value = FScanner.Field(ACount);
+    return Value ? *Value : (Fail(), 0);
+  }
+  int NextNumber(std::size_t ACount) {
+    FScanner.Skip(1);
+    return Number(ACount);
+  }
+
   std::string_view FText;
   std::string_view FWanted;
+  TQuillonTextScanner FScanner;
 };
 
 template <int Digits>
@@ -242,41 +243,40 @@ TQuillonDateTimeFields Decode(double AValue) {
 }
 
 double ParseDateTime(std::string_view AText) {
-  constexpr std::size_t TimeStart = 11;
-  const FieldCutter Cutter(AText, "kein gültiger Zeitpunkt");
+  FieldReader Reader(AText, "kein gültiger Zeitpunkt");
   TQuillonDateTimeFields Fields;
-  Cutter.CutDate(Fields);
-  if (AText.size() > TimeStart) {
-    Cutter.CutTime(Fields, TimeStart);
+  Reader.ReadDate(Fields);
+  if (Reader.PassOne()) {
+    Reader.ReadTime(Fields);
   }
   if (IsPossible(Fields)) {
     return EncodePossible(Fields);
   }
   if (Fields != TQuillonDateTimeFields{}) {
-    Cutter.Fail();
+    Reader.Fail();
   }
   return 0;
 }
 
 double ParseDate(std::string_view AText) {
-  const FieldCutter Cutter(AText, "kein gültiges Datum");
+  FieldReader Reader(AText, "kein gültiges Datum");
   TQuillonDateTimeFields Fields;
-  Cutter.CutDate(Fields);
+  Reader.ReadDate(Fields);
   if (IsPossible(Fields)) {
     return EncodePossible(Fields);
   }
   if (Fields != TQuillonDateTimeFields{}) {
-    Cutter.Fail();
+    Reader.Fail();
   }
   return 0;
 }
 
 double ParseTime(std::string_view AText) {
-  const FieldCutter Cutter(AText, "keine gültige Uhrzeit");
+  FieldReader Reader(AText, "keine gültige Uhrzeit");
   TQuillonDateTimeFields Fields{.Year = 1899, .Month = 12, .Day = 30};
-  Cutter.CutTime(Fields, 0);
+  Reader.ReadTime(Fields);
   if (!IsPossible(Fields)) {
-    Cutter.Fail();
+    Reader.Fail();
   }
   return EncodePossible(Fields);
 }

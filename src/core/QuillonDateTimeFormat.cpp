@@ -6,6 +6,7 @@
 #include "QuillonDateTime.h"
 #include "QuillonNumbers.h"
 #include "QuillonText.h"
+#include "QuillonTextScanner.h"
 
 namespace {
 
@@ -80,52 +81,14 @@ void AppendNamed(std::string& ATarget, int AValue, std::size_t ALength, std::siz
   }
 }
 
-class TextScanner {
- public:
-  explicit TextScanner(std::string_view AText) : FText(AText), FLeft(AText) { PassBlanks(); }
-
-  void PassBlanks() { FLeft.remove_prefix(std::min(FLeft.find_first_not_of(' '), FLeft.size())); }
-  bool IsAtEnd() const { return FLeft.empty(); }
-
-  bool TryPass(char AChar) {
-    if (!FLeft.starts_with(AChar)) {
-      return false;
-    }
-    FLeft.remove_prefix(1);
-    return true;
-  }
-
-  void Pass(char AChar) {
-    if (!TryPass(AChar)) {
-      Fail();
-    }
-  }
-
-  /// @param ADigits set to the digits that were there
-  int Number(std::size_t& ADigits) {
-    constexpr std::size_t MostDigits = 4;
-    ADigits = std::min(FLeft.find_first_not_of("0123456789"), FLeft.size());
-    if (ADigits == 0 || ADigits > MostDigits) {
-      Fail();
-    }
-    const auto Value = QuillonNumbers::ParseInteger(FLeft.substr(0, ADigits), 0, 9999);
-    FLeft.remove_prefix(ADigits);
-    return static_cast<int>(Value);
-  }
-
-  int Number() {
-    std::size_t Digits = 0;
-    return Number(Digits);
-  }
-
-  [[noreturn]] void Fail() const {
-    throw EQuillonConvertError(QuillonText::Quoted(FText) + " ist kein gültiger Zeitpunkt.");
-  }
-
- private:
-  std::string_view FText;
-  std::string_view FLeft;
-};
+/// Reads a number of 1 to 4 digits.
+bool TryRead(TQuillonTextScanner& AScanner, int& ANumber) {
+  constexpr std::size_t MostDigits = 4;
+  const std::size_t Digits = AScanner.CountDigits();
+  const auto Number = Digits <= MostDigits ? AScanner.Field(Digits) : std::nullopt;
+  ANumber = Number.value_or(0);
+  return Number.has_value();
+}
 
 int FullYear(int AYear) {
   constexpr int Window = 50;
@@ -134,43 +97,59 @@ int FullYear(int AYear) {
   return Year < First ? Year + 100 : Year;
 }
 
-void ScanDate(TextScanner& AScanner, TQuillonDateTimeFields& AFields, const TQuillonFormatSettings& ASettings) {
-  Pieces Format(ASettings.ShortDateFormat);
-  while (Format.Next()) {
-    switch (Format.Kind()) {
-      case 'd':
-        AFields.Day = AScanner.Number();
-        break;
-      case 'm':
-        AFields.Month = AScanner.Number();
-        break;
-      case 'y': {
-        std::size_t Digits = 0;
-        AFields.Year = AScanner.Number(Digits);
-        AFields.Year = Digits <= 2 ? FullYear(AFields.Year) : AFields.Year;
-        break;
-      }
-      case '/':
-        AScanner.Pass(ASettings.DateSeparator);
-        break;
-      default:
-        for (const char C : Format.Text()) {
-          AScanner.Pass(C);
-        }
-    }
+bool TryReadYear(TQuillonTextScanner& AScanner, int& AYear) {
+  const bool IsShort = AScanner.CountDigits() <= 2;
+  if (!TryRead(AScanner, AYear)) {
+    return false;
   }
+  AYear = IsShort ? FullYear(AYear) : AYear;
+  return true;
 }
 
-void ScanTime(TextScanner& AScanner, TQuillonDateTimeFields& AFields, char ASeparator) {
-  AFields.Hour = AScanner.Number();
-  AScanner.Pass(ASeparator);
-  AFields.Minute = AScanner.Number();
-  if (AScanner.TryPass(ASeparator)) {
-    AFields.Second = AScanner.Number();
-    if (AScanner.TryPass('.')) {
-      AFields.Millisecond = AScanner.Number();
+bool TryReadDate(TQuillonTextScanner& AScanner, TQuillonDateTimeFields& AFields,
+                 const TQuillonFormatSettings& ASettings) {
+  bool IsRead = true;
+  for (Pieces Format(ASettings.ShortDateFormat); IsRead && Format.Next();) {
+    switch (Format.Kind()) {
+      case 'd':
+        IsRead = TryRead(AScanner, AFields.Day);
+        break;
+      case 'm':
+        IsRead = TryRead(AScanner, AFields.Month);
+        break;
+      case 'y':
+        IsRead = TryReadYear(AScanner, AFields.Year);
+        break;
+      case '/':
+        IsRead = AScanner.TryPass(ASettings.DateSeparator);
+        break;
+      default:
+        IsRead = AScanner.TryPass(Format.Text());
     }
   }
+  return IsRead;
+}
+
+bool TryReadTime(TQuillonTextScanner& AScanner, TQuillonDateTimeFields& AFields, char ASeparator) {
+  return TryRead(AScanner, AFields.Hour) && AScanner.TryPass(ASeparator) && TryRead(AScanner, AFields.Minute) &&
+         (!AScanner.TryPass(ASeparator) ||
+          (TryRead(AScanner, AFields.Second) && (!AScanner.TryPass('.') || TryRead(AScanner, AFields.Millisecond))));
+}
+
+/// Reads a date, with or without a time behind it, and blanks around.
+bool TryReadAll(TQuillonTextScanner AScanner, TQuillonDateTimeFields& AFields,
+                const TQuillonFormatSettings& ASettings) {
+  AScanner.PassBlanks();
+  if (!TryReadDate(AScanner, AFields, ASettings)) {
+    return false;
+  }
+  const bool HasBlank = AScanner.TryPass(' ');
+  AScanner.PassBlanks();
+  if (HasBlank && !AScanner.IsAtEnd() && !TryReadTime(AScanner, AFields, ASettings.TimeSeparator)) {
+    return false;
+  }
+  AScanner.PassBlanks();
+  return AScanner.IsAtEnd();
 }
 
 }  // namespace
@@ -219,18 +198,9 @@ std::string Format(std::string_view AFormat, double AValue, const TQuillonFormat
 }
 
 double Parse(std::string_view AText, const TQuillonFormatSettings& ASettings) {
-  TextScanner Scanner(AText);
   TQuillonDateTimeFields Fields;
-  ScanDate(Scanner, Fields, ASettings);
-  if (Scanner.TryPass(' ')) {
-    Scanner.PassBlanks();
-    if (!Scanner.IsAtEnd()) {
-      ScanTime(Scanner, Fields, ASettings.TimeSeparator);
-      Scanner.PassBlanks();
-    }
-  }
-  if (!Scanner.IsAtEnd()) {
-    Scanner.Fail();
+  if (!TryReadAll(TQuillonTextScanner(AText), Fields, ASettings)) {
+    throw EQuillonConvertError(QuillonText::Quoted(AText) + " ist kein gültiger Zeitpunkt.");
   }
   return QuillonDateTime::Encode(Fields);
 }

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "QuillonNumbers.h"
+#include "QuillonTextScanner.h"
 
 namespace {
 
@@ -80,42 +81,8 @@ TQuillonTimeSpan Moved(TQuillonTimeSpan ASpan, std::int64_t ACount, std::int64_t
   return Distance ? ASpan - *Distance : (ThrowInvalidSpan(), TQuillonTimeSpan());
 }
 
-/// Reads from the front of a text.
-class Scanner {
- public:
-  explicit Scanner(std::string_view AText) : FLeft(AText) {}
-
-  void PassBlanks() { FLeft.remove_prefix(std::min(FLeft.find_first_not_of(' '), FLeft.size())); }
-
-  bool TryPass(std::string_view AWord) {
-    if (!FLeft.starts_with(AWord)) {
-      return false;
-    }
-    FLeft.remove_prefix(AWord.size());
-    return true;
-  }
-
-  std::optional<std::uint64_t> Number() {
-    std::uint64_t Value = 0;
-    const auto [End, Error] = std::from_chars(FLeft.data(), FLeft.data() + FLeft.size(), Value);
-    if (Error != std::errc{}) {
-      return std::nullopt;
-    }
-    FLeft.remove_prefix(static_cast<std::size_t>(End - FLeft.data()));
-    return Value;
-  }
-
-  std::optional<std::uint64_t> NumberBelow(std::uint64_t ALimit) {
-    const auto Value = Number();
-    return Value && *Value < ALimit ? Value : std::nullopt;
-  }
-
- private:
-  std::string_view FLeft;
-};
-
 /// Reads ":" and the fields behind the hours. @return their milliseconds
-std::optional<std::uint64_t> ScanBehindHours(Scanner& AScanner) {
+std::optional<std::uint64_t> ScanBehindHours(TQuillonTextScanner& AScanner) {
   if (!AScanner.TryPass(":")) {
     return std::nullopt;
   }
@@ -135,7 +102,7 @@ std::optional<std::uint64_t> ScanBehindHours(Scanner& AScanner) {
 }
 
 std::optional<TQuillonTimeSpan> Scan(std::string_view AText) {
-  Scanner Text(AText);
+  TQuillonTextScanner Text(AText);
   Text.PassBlanks();
   const auto First = Text.Number();
   if (!First) {

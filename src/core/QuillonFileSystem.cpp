@@ -171,15 +171,20 @@ void TQuillonFileSystem::ForceDirectory(const std::string& APath) {
   if (Path.empty() || TQuillonFilePath::IsRoot(Path) || IsDirectory(Path)) {
     return;
   }
-  if (const std::string Parent = TQuillonFilePath::GetDirectoryName(Path); Parent != Path) {
-    ForceDirectory(Parent);
-  }
-  try {
-    CreateDirectory(Path);
-  } catch (const EQuillonFileSystemError&) {
-    // Another process may have been faster.
-    if (!IsDirectory(Path)) {
-      throw;
+  // From the root on: a path that is too long or has no place ends at the first folder that cannot be.
+  for (std::size_t End = Platform::RootLength(Path); End < Path.size();) {
+    End = std::min(Path.find_first_of(Platform::PathDelimiters, End + 1), Path.size());
+    const std::string Parent = Path.substr(0, End);
+    if (IsDirectory(Parent)) {
+      continue;
+    }
+    try {
+      CreateDirectory(Parent);
+    } catch (const EQuillonFileSystemError&) {
+      // Another process may have been faster.
+      if (!IsDirectory(Parent)) {
+        throw;
+      }
     }
   }
 }

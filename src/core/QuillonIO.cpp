@@ -5,26 +5,11 @@
 #include <cstdlib>
 #include <limits>
 #include <new>
-#include <thread>
 #include <utility>
 
-#include "QuillonFileSystem.h"
-#include "QuillonGuid.h"
 #include "platform/Files.h"
 
 namespace {
-
-constexpr std::size_t BlockSize = 1'048'576;
-
-/// Runs a call of the platform and names the file in what it raises.
-template <class TCall>
-decltype(auto) OnHandle(const std::string& AFileName, TCall ACall) {
-  try {
-    return ACall();
-  } catch (const EQuillonWin32Error& Error) {
-    throw EQuillonFileHandleError(Error.ErrorCode(), AFileName);
-  }
-}
 
 Platform::Access AccessOf(TQuillonFileOpenMode AnOpenMode) {
   switch (AnOpenMode) {
@@ -37,89 +22,6 @@ Platform::Access AccessOf(TQuillonFileOpenMode AnOpenMode) {
   }
 }
 
-/// A lock shuts out all other writers, or all others: readers that deny writing get along with one another only.
-Platform::Lock LockOf(TQuillonFileOpenMode AnOpenMode, TQuillonFileAccessMode AnAccessMode) {
-  if (AnAccessMode == famShareDenyNone) {
-    return Platform::Lock::None;
-  }
-  return AnAccessMode == famShareDenyWrite && AnOpenMode == fomOpenRead ? Platform::Lock::Shared
-                                                                        : Platform::Lock::Exclusive;
-}
-
-void WriteBlocks(Platform::File& AFile, std::string_view AContent) {
-  for (; !AContent.empty(); AContent.remove_prefix(std::min(BlockSize, AContent.size()))) {
-    AFile.Write(AContent.substr(0, BlockSize));
-  }
-  AFile.Flush();
-}
-
-void WriteInPlace(const std::string& AFileName, std::string_view AContent) {
-  auto& Files = Platform::Files();
-  const auto File = Files.Open(AFileName, Platform::Access::Write, Platform::Creation::IfMissing, Platform::Lock::None);
-  WriteBlocks(*File, AContent);
-  if (Files.Look(AFileName) == Platform::EntryKind::File) {
-    File->SetSize(static_cast<std::int64_t>(AContent.size()));
-    File->Flush();
-  }
-  File->Close();
-}
-
-/// @return false if the call was refused in a way that may still leave the target open to us
-template <class TCall>
-bool TryReplacing(TCall ACall) {
-  try {
-    ACall();
-    return true;
-  } catch (const EQuillonWin32Error& Error) {
-    if (!Platform::IsReplacementRefused(Error.ErrorCode())) {
-      throw;
-    }
-    return false;
-  }
-}
-
-std::string HiddenName() {
-  std::string Name = ".";
-  QuillonGuid::AppendPlain(Name, QuillonGuid::New());
-  return Name.append(".tmp");
-}
-
-/// A file that is removed again unless it was renamed.
-class TemporaryFile {
- public:
-  TemporaryFile(const std::string& AFolder, Platform::Creation ACreation)
-      : FPath(TQuillonFilePath::Combine(AFolder, HiddenName())),
-        FFile(Platform::Files().Open(FPath, Platform::Access::Write, ACreation, Platform::Lock::None)) {}
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-  ~TemporaryFile() {
-    if (FPath.empty()) {
-      return;
-    }
-    FFile.reset();
-    try {
-      Platform::Files().Remove(FPath);
-    } catch (const EQuillonWin32Error&) {
-      // What made the writing fail is the error to be told.
-    }
-  }
-
-  Platform::File& File() { return *FFile; }
-
-  /// @return false where the target lets nothing take its place
-  bool TryRenameTo(const std::string& ATarget) {
-    FFile->Close();
-    return TryReplacing([&] {
-      Platform::Files().Rename(FPath, ATarget, true);
-      FPath.clear();
-    });
-  }
-
- private:
-  std::string FPath;
-  std::unique_ptr<Platform::File> FFile;
-};
-
 /// Bytes from the position to the end, as far as the stream can tell.
 std::size_t ClaimedSize(TQuillonStream& AStream) {
   try {
@@ -129,39 +31,10 @@ std::size_t ClaimedSize(TQuillonStream& AStream) {
   }
 }
 
-/// @return false where only writing in place is left
-bool TryReplaceWhole(const std::string& ATarget, std::string_view AContent, bool IsThere) {
-  const std::string FolderName = TQuillonFilePath::GetDirectoryName(ATarget);
-  const std::string Folder = FolderName.empty() ? "." : FolderName;
-  const auto Creation = IsThere ? Platform::Creation::NewPrivate : Platform::Creation::New;
-  std::unique_ptr<TemporaryFile> Temporary;
-  if (!TryReplacing([&] { Temporary = std::make_unique<TemporaryFile>(Folder, Creation); })) {
-    return false;
-  }
-  if (IsThere) {
-    Temporary->File().TakeAttributes(ATarget);
-  }
-  WriteBlocks(Temporary->File(), AContent);
-  if (!Temporary->TryRenameTo(ATarget)) {
-    return false;
-  }
-  Platform::Files().FlushDirectory(Folder);
-  return true;
-}
-
-void ReplaceTarget(const std::string& ATarget, std::string_view AContent) {
-  const Platform::EntryKind Kind = Platform::Files().Look(ATarget);
-  const bool IsThere = Kind == Platform::EntryKind::File;
-  if (IsThere && !Platform::Files().IsWriteable(ATarget)) {
-    throw EQuillonWin32Error(Platform::NotWriteableError, ATarget);
-  }
-  const bool IsReplaceable = IsThere || Kind == Platform::EntryKind::None;
-  if (!IsReplaceable || !TryReplaceWhole(ATarget, AContent, IsThere)) {
-    WriteInPlace(ATarget, AContent);
-  }
-}
-
 }  // namespace
+
+EQuillonFileInUseError::EQuillonFileInUseError(int AnErrorCode, const std::string& AFileName)
+    : EQuillonFileHandleError(AnErrorCode, TText{"File is in use by another program: " + AFileName}) {}
 
 void TQuillonStream::ReadBuffer(std::span<char> ABuffer) {
   while (!ABuffer.empty()) {
@@ -254,6 +127,13 @@ TQuillonFileStream::TQuillonFileStream(const std::string& AFileName, TQuillonFil
   }
 }
 
+TQuillonFileStream::TQuillonFileStream(std::string AFileName, std::unique_ptr<Platform::File> AFile,
+                                       TQuillonFileAccessMode AnAccessMode)
+    : FFileName(std::move(AFileName)),
+      FOpenMode(fomOpenReadWrite),
+      FAccessMode(AnAccessMode),
+      FFileObject(std::move(AFile)) {}
+
 TQuillonFileStream::~TQuillonFileStream() = default;
 
 void TQuillonFileStream::Open(TQuillonFileOpenMode AnOpenMode, TQuillonFileAccessMode AnAccessMode) {
@@ -263,9 +143,9 @@ void TQuillonFileStream::Open(TQuillonFileOpenMode AnOpenMode, TQuillonFileAcces
     const bool IsThere = Platform::Files().Look(FFileName) != Platform::EntryKind::None;
     FOpenMode = IsThere ? fomOpenReadWrite : fomCreate;
   }
-  OnHandle(FFileName, [&] {
+  QuillonIO::OnFile(FFileName, [&] {
     const auto Creation = FOpenMode == fomCreate ? Platform::Creation::IfMissing : Platform::Creation::Never;
-    auto File = Platform::Files().Open(FFileName, AccessOf(FOpenMode), Creation, LockOf(FOpenMode, FAccessMode));
+    auto File = Platform::Files().Open(FFileName, AccessOf(FOpenMode), Creation, Lock());
     // Emptied under the lock: a file that somebody else holds keeps its content.
     if (FOpenMode == fomCreate && Platform::Files().Look(FFileName) == Platform::EntryKind::File) {
       File->SetSize(0);
@@ -282,30 +162,44 @@ Platform::File& TQuillonFileStream::Handle() const {
 }
 
 std::size_t TQuillonFileStream::Read(std::span<char> ABuffer) {
-  return OnHandle(FFileName, [&] { return Handle().Read(ABuffer); });
+  return QuillonIO::OnFile(FFileName, [&] { return Handle().Read(ABuffer); });
 }
 
 void TQuillonFileStream::Write(std::string_view ABytes) {
-  OnHandle(FFileName, [&] { Handle().Write(ABytes); });
+  QuillonIO::OnFile(FFileName, [&] { Handle().Write(ABytes); });
 }
 
 std::int64_t TQuillonFileStream::Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) {
   const auto Origin = static_cast<Platform::SeekFrom>(AnOrigin);
-  return OnHandle(FFileName, [&] { return Handle().Seek(AnOffset, Origin); });
+  return QuillonIO::OnFile(FFileName, [&] { return Handle().Seek(AnOffset, Origin); });
 }
 
 void TQuillonFileStream::SetEndOfFile() {
-  OnHandle(FFileName, [&] { Handle().SetSize(Handle().Seek(0, Platform::SeekFrom::Current)); });
+  QuillonIO::OnFile(FFileName, [&] { Handle().SetSize(Handle().Seek(0, Platform::SeekFrom::Current)); });
 }
 
 void TQuillonFileStream::Flush() {
-  OnHandle(FFileName, [&] { Handle().Flush(); });
+  QuillonIO::OnFile(FFileName, [&] { Handle().Flush(); });
 }
+
+Platform::Lock TQuillonFileStream::Lock() const {
+  switch (FAccessMode) {
+    case famShareDenyNone:
+      return Platform::Lock::None;
+    case famShareDenyWrite:
+      // Readers that deny writing get along with one another.
+      return FOpenMode == fomOpenRead ? Platform::Lock::Shared : Platform::Lock::Exclusive;
+    default:
+      return Platform::Lock::Sole;
+  }
+}
+
+void TQuillonFileStream::GoOnWith(std::unique_ptr<Platform::File> AFile) { FFileObject = std::move(AFile); }
 
 void TQuillonFileStream::Close() {
   const auto File = std::move(FFileObject);
   if (File != nullptr) {
-    OnHandle(FFileName, [&] { File->Close(); });
+    QuillonIO::OnFile(FFileName, [&] { File->Close(); });
   }
 }
 
@@ -353,8 +247,11 @@ std::string ReadWholeFile(const std::string& AFileName) {
   return ReadWholeFile(Stream);
 }
 
-void ReplaceFile(const std::string& AFileName, std::string_view AContent) {
-  OnHandle(AFileName, [&] { ReplaceTarget(Platform::Files().FollowLinks(AFileName), AContent); });
+void ThrowOnFile(const EQuillonWin32Error& AnError, const std::string& AFileName) {
+  if (Platform::IsInUse(AnError.ErrorCode())) {
+    throw EQuillonFileInUseError(AnError.ErrorCode(), AFileName);
+  }
+  throw EQuillonFileHandleError(AnError.ErrorCode(), AFileName);
 }
 
 }  // namespace QuillonIO

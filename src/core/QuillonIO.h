@@ -7,17 +7,25 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <thread>
 
 #include "QuillonTypes.h"
 
 namespace Platform {
 class File;
-}
+enum class Lock;
+}  // namespace Platform
 
 /// A failed call on an open file, or a file that could not be opened; the message names the file.
 class EQuillonFileHandleError : public EQuillonWin32Error {
  public:
   using EQuillonWin32Error::EQuillonWin32Error;
+};
+
+/// A file that somebody else holds.
+class EQuillonFileInUseError : public EQuillonFileHandleError {
+ public:
+  EQuillonFileInUseError(int AnErrorCode, const std::string& AFileName);
 };
 
 /// Fewer bytes than asked for, or a position outside of the stream.
@@ -82,8 +90,9 @@ enum TQuillonFileOpenMode {
   fomOpenReadWriteOrCreate  ///< fomOpenReadWrite for a file that exists, else fomCreate
 };
 
-/// What others may do with the file while it is open. On POSIX systems this is an advisory lock (flock) that holds
-/// between all who ask for one; it is refused at once, not waited for.
+/// What others may do with the file while it is open; a mode that cannot be had is refused at once. On POSIX systems
+/// this is an advisory lock (flock) between all who ask for one; who denies reading keeps those out too that share
+/// everything, as far as they are streams of this class.
 enum TQuillonFileAccessMode { famShareExclusive, famShareDenyWrite, famShareDenyRead, famShareDenyNone };
 
 /// A stream over a file. Every failure raises EQuillonFileHandleError.
@@ -98,6 +107,8 @@ class TQuillonFileStream : public TQuillonStream {
   /// After that the stream is not open, and no error is raised until it is used. Other errors are raised at once.
   TQuillonFileStream(const std::string& AFileName, TQuillonFileOpenMode AnOpenMode, TQuillonFileAccessMode AnAccessMode,
                      std::chrono::milliseconds ATimeOut);
+  /// Takes over a file that is open for reading and writing.
+  TQuillonFileStream(std::string AFileName, std::unique_ptr<Platform::File> AFile, TQuillonFileAccessMode AnAccessMode);
   /// Closes the file; call Close to see whether that worked.
   ~TQuillonFileStream() override;
 
@@ -108,12 +119,16 @@ class TQuillonFileStream : public TQuillonStream {
 
   /// Returns when the content has reached the disk.
   void Flush();
+  /// Goes on with another open file, which has taken the place of this one.
+  void GoOnWith(std::unique_ptr<Platform::File> AFile);
   void Close();
   bool IsOpen() const { return FFileObject != nullptr; }
 
   const std::string& FileName() const { return FFileName; }
   TQuillonFileOpenMode OpenMode() const { return FOpenMode; }
   TQuillonFileAccessMode AccessMode() const { return FAccessMode; }
+  /// The lock that the two modes mean.
+  Platform::Lock Lock() const;
 
  private:
   void Open(TQuillonFileOpenMode AnOpenMode, TQuillonFileAccessMode AnAccessMode);
@@ -159,12 +174,36 @@ std::string ReadWholeFile(TQuillonStream& AStream);
 /// @throws EQuillonFileHandleError
 std::string ReadWholeFile(const std::string& AFileName);
 
-/// Makes AContent the file's content, whole or not at all: it is written to a hidden file beside the target, flushed to
-/// the disk and renamed. A replaced file's permissions are kept, its owner where the system lets us; a symbolic link
-/// stays one, and the file it points to is replaced. A file that is not ours to write is refused. Only
-/// where the folder takes no new file, or nothing may take the target's place, the target is written in place; so are
-/// devices and pipes.
-/// @throws EQuillonFileHandleError; the hidden file is gone then
-void ReplaceFile(const std::string& AFileName, std::string_view AContent);
+[[noreturn]] void ThrowOnFile(const EQuillonWin32Error& AnError, const std::string& AFileName);
+
+/// Runs a call of the platform and names the file in what it raises.
+/// @throws EQuillonFileHandleError
+template <class TCall>
+decltype(auto) OnFile(const std::string& AFileName, TCall ACall) {
+  try {
+    return ACall();
+  } catch (const EQuillonFileHandleError&) {
+    throw;
+  } catch (const EQuillonWin32Error& Error) {
+    ThrowOnFile(Error, AFileName);
+  }
+}
+
+/// Makes the call again and again while it raises EQuillonFileInUseError, for ATimeOut at most.
+template <class TCall>
+auto WaitWhileInUse(std::chrono::milliseconds ATimeOut, TCall ACall) {
+  constexpr std::chrono::milliseconds Pause(50);
+  const auto End = std::chrono::steady_clock::now() + ATimeOut;
+  for (;;) {
+    try {
+      return ACall();
+    } catch (const EQuillonFileInUseError&) {
+      if (std::chrono::steady_clock::now() >= End) {
+        throw;
+      }
+    }
+    std::this_thread::sleep_for(Pause);
+  }
+}
 
 }  // namespace QuillonIO

@@ -1,6 +1,7 @@
 #include "QuillonTypes.h"
 
 #include <system_error>
+#include <utility>
 
 namespace {
 
@@ -15,10 +16,12 @@ std::string SystemText(int AnErrorCode, std::string_view ASubject) {
 }  // namespace
 
 EQuillonWin32Error::EQuillonWin32Error(int AnErrorCode, std::string_view ASubject)
-    : EQuillonException("Systemfehler (Fehlercode: " + std::to_string(AnErrorCode) + ").\r\n" +
-                        SystemText(AnErrorCode, ASubject)),
+    : EQuillonWin32Error(AnErrorCode, TText{SystemText(AnErrorCode, ASubject)}) {}
+
+EQuillonWin32Error::EQuillonWin32Error(int AnErrorCode, TText AText)
+    : EQuillonException("Systemfehler (Fehlercode: " + std::to_string(AnErrorCode) + ").\r\n" + AText.Text),
       FErrorCode(AnErrorCode),
-      FErrorMsg(SystemText(AnErrorCode, ASubject)) {}
+      FErrorMsg(std::move(AText.Text)) {}
 
 void TQuillonObject::Assign(const TQuillonObject& /*AnObject*/) {
   throw EQuillonAssignError("Inhaltszweisung wird nicht unterstützt.");

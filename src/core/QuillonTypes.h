@@ -21,6 +21,13 @@ class EQuillonWin32Error : public EQuillonException {
   int ErrorCode() const { return FErrorCode; }
   const std::string& ErrorMsg() const { return FErrorMsg; }
 
+ protected:
+  struct TText {
+    std::string Text;
+  };
+  /// An error that has a text of its own in place of the system's.
+  EQuillonWin32Error(int AnErrorCode, TText AText);
+
  private:
   int FErrorCode;
   std::string FErrorMsg;

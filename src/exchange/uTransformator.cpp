@@ -10,7 +10,7 @@ void TVELTransformator::LoadFromFile(const std::string& AFileName) {
   if (!TQuillonFileSystem::IsFile(AFileName)) {
     throw EQuillonException("Local Velmora file does not exist.");
   }
-  FPlan.LoadFromFile(AFileName);
+  FPlan.OpenFileToChange(AFileName);
 }
 
 void TVELTransformator::NewGuids() {

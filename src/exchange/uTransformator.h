@@ -9,7 +9,11 @@
 class TVELTransformator {
  public:
   explicit TVELTransformator(TVELPlan& APlan) : FPlan(APlan) {}
+  TVELTransformator(const TVELTransformator&) = delete;
+  TVELTransformator& operator=(const TVELTransformator&) = delete;
+  ~TVELTransformator() { FPlan.CloseFile(); }
 
+  /// Loads the file and holds it, so that nobody else changes it up to the save.
   /// @throws EQuillonException "Local Velmora file does not exist.", and what the load raises
   void LoadFromFile(const std::string& AFileName);
   /// A random identifier for each class, each course with its appointments, and each change; all other objects keep

@@ -6,9 +6,11 @@ Usage: newguids_test.py PROGRAM SAMPLE SCHOOL-GENERATOR
 
 import collections
 import csv
+import fcntl
 import os
 import random
 import shutil
+import signal
 import stat
 import subprocess
 import sys
@@ -131,8 +133,9 @@ class NewGuids(unittest.TestCase):
                 before = file.read()
             process = subprocess.Popen([PROGRAM, "newguids", "-f", self.path], stdout=subprocess.DEVNULL)
             time.sleep(chance.uniform(0, duration * 1.2))
-            process.kill()
-            process.wait(timeout=60)
+            process.send_signal(chance.choice([signal.SIGKILL, signal.SIGTERM, signal.SIGINT, signal.SIGHUP]))
+            if process.wait(timeout=60) != -signal.SIGKILL:
+                self.assertEqual(sorted(os.listdir(self.folder)), ["big.velmora", "plan.velmora"])
             with open(self.path, "rb") as file:
                 changed = file.read() != before
             finished += changed
@@ -141,17 +144,85 @@ class NewGuids(unittest.TestCase):
         self.assertGreater(finished, 0)
         self.assertLess(finished, 25)
         self.assertEqual(newguids(self.path)[0], 0)
+        self.assertEqual(sorted(os.listdir(self.folder)), ["big.velmora", "plan.velmora"])
 
-    def test_two_runs_at_once_end_with_one_of_the_results(self):
+    def test_a_run_that_is_to_go_on_without_a_terminal_does(self):
+        shutil.copy(SAMPLE, self.path)
+        process = subprocess.Popen(["nohup", PROGRAM, "newguids", "-f", self.path], stdout=subprocess.PIPE)
+        self.assertIn(b"Save", b"".join(process.stdout.readline() for _ in range(5)))
+        for _ in range(20):
+            process.send_signal(signal.SIGHUP)
+            time.sleep(0.005)
+        process.communicate(timeout=60)
+        self.assertEqual(process.returncode, 0)
+
+    def test_runs_at_once_come_one_after_the_other(self):
         shutil.copy(SAMPLE, self.path)
         content = content_of(SAMPLE)
-        for _ in range(5):
-            runs = [subprocess.Popen([PROGRAM, "newguids", "-f", self.path], stdout=subprocess.DEVNULL)
-                    for _ in range(3)]
-            for process in runs:
-                process.wait(timeout=60)
-            self.assertIn(0, [process.returncode for process in runs])
-            self.assertEqual(content_of(self.path), content)
+        runs = [subprocess.Popen([PROGRAM, "newguids", "-f", self.path], stdout=subprocess.DEVNULL) for _ in range(4)]
+        self.assertEqual([process.wait(timeout=60) for process in runs], [0] * 4)
+        self.assertEqual(content_of(self.path), content)
+
+    def test_a_file_in_use_is_waited_for_and_never_replaced(self):
+        shutil.copy(SAMPLE, self.path)
+        out = os.path.join(self.folder, "out")
+        self.export(out)
+        with open(self.path, "rb") as file, open(os.path.join(out, ".velmora-lock"), "w", encoding="utf-8") as lock:
+            fcntl.flock(file, fcntl.LOCK_EX)
+            self.assertEqual(self.export(os.path.join(self.folder, "other")), os.path.join(self.folder, "other"))
+            fcntl.flock(lock, fcntl.LOCK_EX)
+            start = time.monotonic()
+            runs = [subprocess.Popen([PROGRAM, *arguments, "-minimal-display"], stdout=subprocess.PIPE) for arguments in
+                    (["newguids", "-f", self.path], ["export", "-s", "file", "-fn", SAMPLE, "-o", out])]
+            for process, subject in zip(runs, (self.path, out)):
+                lines = process.communicate(timeout=60)[0].decode().splitlines()
+                self.assertEqual((process.returncode, lines[-2]), (1, ""))
+                self.assertIn("in use by another program: " + subject, lines[-1])
+                self.assertGreater(time.monotonic() - start, 29)
+        with open(self.path, "rb") as file, open(SAMPLE, "rb") as sample:
+            self.assertEqual(file.read(), sample.read())
+        # The next one comes as soon as the file is free.
+        with open(self.path, "rb") as file:
+            fcntl.flock(file, fcntl.LOCK_SH)
+            process = subprocess.Popen([PROGRAM, "newguids", "-f", self.path], stdout=subprocess.DEVNULL)
+            time.sleep(0.5)
+            self.assertIsNone(process.poll())
+        self.assertEqual(process.wait(timeout=60), 0)
+
+    def test_a_folder_that_takes_no_file_has_a_copy_elsewhere_first(self):
+        if os.geteuid() != 0:
+            self.skipTest("needs the right to become another user")
+        state, plans = (os.path.join(self.folder, name) for name in ("state", "plans"))
+        os.mkdir(state)
+        os.mkdir(plans)
+        path = os.path.join(plans, "plan.velmora")
+        shutil.copy(SAMPLE, path)
+        for name in (state, path):
+            os.chown(name, 65534, 65534)
+        os.chmod(self.folder, 0o755)
+        nobody = {"user": 65534, "group": 65534, "extra_groups": [],
+                  "env": {**os.environ, "XDG_STATE_HOME": state, "TMPDIR": plans}}
+        self.assertEqual(newguids(path, **nobody)[0], 0)
+        kept = os.path.join(state, "velmora")
+        self.assertEqual(os.listdir(kept), [])
+        chance, content, torn = random.Random(4), content_of(SAMPLE), 0
+        for _ in range(12):
+            process = subprocess.Popen([PROGRAM, "newguids", "-f", path], stdout=subprocess.DEVNULL, **nobody)
+            while process.poll() is None and not os.listdir(kept):
+                pass
+            time.sleep(chance.choice([0, chance.uniform(0, 0.01)]))
+            process.kill()
+            process.wait(timeout=60)
+            copies = [os.path.join(kept, name) for name in os.listdir(kept)]
+            self.assertLessEqual(len(copies), 1)
+            for copy in copies:
+                torn += 1
+                self.assertEqual(content_of(copy), content)
+                self.assertEqual(stat.S_IMODE(os.stat(copy).st_mode), 0o600)
+                shutil.copyfile(copy, path)
+                os.remove(copy)
+            self.assertEqual(content_of(path), content)
+        self.assertGreater(torn, 0)
 
 
 if __name__ == "__main__":

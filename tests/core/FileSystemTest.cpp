@@ -4,8 +4,8 @@
 #include <chrono>
 #include <filesystem>
 
+#include "QuillonFileReplacement.h"
 #include "QuillonFileSystem.h"
-#include "QuillonIO.h"
 #include "core/TestFiles.h"
 
 TEST(FilePath, TakesPathsApartAndTogether) {
@@ -73,6 +73,11 @@ TEST(FileSystem, FoldersAreForcedOnceAndForAll) {
   EXPECT_THROW(TQuillonFileSystem::CreateDirectory(Deep), EQuillonFileSystemError);
   QuillonIO::ReplaceFile(Folder.Path("file"), "");
   EXPECT_THROW(TQuillonFileSystem::ForceDirectory(Folder.Path("file/sub")), EQuillonFileSystemError);
+  std::string Endless = Folder.Path("file");
+  for (int I = 0; I < 400'000; ++I) {
+    Endless += "/a";
+  }
+  EXPECT_THROW(TQuillonFileSystem::ForceDirectory(Endless), EQuillonFileSystemError);
 
   const auto Before = std::filesystem::current_path();
   std::filesystem::current_path(Folder.Path(""));

@@ -5,8 +5,8 @@
 #include <functional>
 #include <vector>
 
+#include "QuillonFileReplacement.h"
 #include "QuillonFileSystem.h"
-#include "QuillonIO.h"
 #include "core/TestFiles.h"
 
 namespace {
@@ -150,9 +150,15 @@ TEST_F(IO, AFileIsSharedAsFarAsItsHolderLets) {
     const TQuillonFileStream Writer(Name, fomOpenReadWrite, famShareExclusive);
     EXPECT_FALSE(CanOpen(fomOpenRead, famShareDenyWrite));
     EXPECT_FALSE(CanOpen(fomOpenReadWriteOrCreate, famShareDenyWrite));
+    EXPECT_FALSE(CanOpen(fomOpenRead, famShareDenyNone)) << "a reader that lets others do all is refused too";
     // A lock is not denied access: the time-out form does not wait for it.
     EXPECT_THROW(TQuillonFileStream(Name, fomOpenRead, famShareExclusive, std::chrono::hours(1)),
                  EQuillonFileHandleError);
+  }
+  {
+    const TQuillonFileStream Writer(Name, fomOpenReadWrite, famShareDenyWrite);
+    EXPECT_FALSE(CanOpen(fomOpenRead, famShareDenyWrite));
+    EXPECT_TRUE(CanOpen(fomOpenRead, famShareDenyNone));
   }
   EXPECT_TRUE(CanOpen(fomCreate, famShareExclusive));
 }

@@ -1,13 +1,14 @@
 #pragma once
 
 #include <filesystem>
-#include <memory>
+#include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
 #include "QuillonGuid.h"
 #include "QuillonTypes.h"
-#include "platform/Files.h"
+#include "platform/WatchedFiles.h"
 
 /// A folder of its own for a test, removed with all that is in it.
 class TemporaryFolder {
@@ -37,8 +38,9 @@ class TemporaryFolder {
   std::filesystem::path FPath;
 };
 
-/// The system's files, of which chosen calls fail. Calls that cannot fail, and the removal of files, are not counted.
-class FailingFiles final : public Platform::FileSystem {
+/// The system's files, of which chosen calls fail. The listing of a folder and the removal of files are not counted:
+/// their failures are no errors.
+class FailingFiles final : public Platform::WatchedFiles {
  public:
   /// Lets calls fail from the AFirst-th one on, counted from 1 again.
   void FailFrom(int AFirst, int AnErrorCode, int ACount = 1'000'000) {
@@ -47,74 +49,49 @@ class FailingFiles final : public Platform::FileSystem {
     FCount = ACount;
     FErrorCode = AnErrorCode;
   }
-  void RefuseNewFiles(int AnErrorCode) { FRefusal = AnErrorCode; }
-  void RefuseRenaming(int AnErrorCode) { FRenameRefusal = AnErrorCode; }
+  /// Lets every call of a kind fail, none with the code 0.
+  void Refuse(Call ACall, int AnErrorCode) { FRefused[ACall] = AnErrorCode; }
+  /// Lets a folder take no new files.
+  void RefuseIn(const std::string& AFolder, int AnErrorCode) {
+    FClosed = std::filesystem::path(AFolder).parent_path();
+    FClosedCode = AnErrorCode;
+  }
   int Calls() const { return FCalls; }
 
   std::unique_ptr<Platform::File> Open(const std::string& APath, Platform::Access AnAccess,
                                        Platform::Creation ACreation, Platform::Lock ALock) override {
     const bool IsNew = ACreation == Platform::Creation::New || ACreation == Platform::Creation::NewPrivate;
-    if (FRefusal != 0 && IsNew) {
-      throw EQuillonWin32Error(FRefusal, APath);
-    }
-    Count();
-    return std::make_unique<FailingFile>(*this, FSystem.Open(APath, AnAccess, ACreation, ALock));
+    RefuseClosed(IsNew ? std::filesystem::path(APath).parent_path() : std::filesystem::path());
+    return WatchedFiles::Open(APath, AnAccess, ACreation, ALock);
   }
-  Platform::EntryKind Look(const std::string& APath) override { return FSystem.Look(APath); }
-  std::int64_t SizeOf(const std::string& APath) override { return Counted().SizeOf(APath); }
-  bool IsWriteable(const std::string& APath) override { return FSystem.IsWriteable(APath); }
-  std::string FollowLinks(const std::string& APath) override { return Counted().FollowLinks(APath); }
-  void Remove(const std::string& APath) override { FSystem.Remove(APath); }
-  void Rename(const std::string& APath, const std::string& ANewPath, bool DoReplace) override {
-    if (FRenameRefusal != 0) {
-      throw EQuillonWin32Error(FRenameRefusal, ANewPath);
-    }
-    Counted().Rename(APath, ANewPath, DoReplace);
+  std::unique_ptr<Platform::File> OpenUnnamed(const std::string& AFolder, Platform::Creation ACreation,
+                                              Platform::Lock ALock) override {
+    RefuseClosed(AFolder);
+    return WatchedFiles::OpenUnnamed(AFolder, ACreation, ALock);
   }
-  void MakeDirectory(const std::string& APath) override { Counted().MakeDirectory(APath); }
-  void FlushDirectory(const std::string& APath) override { Counted().FlushDirectory(APath); }
 
  private:
-  class FailingFile final : public Platform::File {
-   public:
-    FailingFile(FailingFiles& AFiles, std::unique_ptr<Platform::File> AFile)
-        : FFiles(AFiles), FFile(std::move(AFile)) {}
-
-    std::size_t Read(std::span<char> ABuffer) override { return Counted().Read(ABuffer); }
-    void Write(std::string_view ABytes) override { Counted().Write(ABytes); }
-    std::int64_t Seek(std::int64_t AnOffset, Platform::SeekFrom AnOrigin) override {
-      return Counted().Seek(AnOffset, AnOrigin);
+  void RefuseClosed(const std::filesystem::path& AFolder) const {
+    if (FClosedCode != 0 && AFolder == FClosed) {
+      throw EQuillonWin32Error(FClosedCode, "a folder that takes no new files");
     }
-    void SetSize(std::int64_t ASize) override { Counted().SetSize(ASize); }
-    void Flush() override { Counted().Flush(); }
-    void TakeAttributes(const std::string& APath) override { Counted().TakeAttributes(APath); }
-    void Close() override { Counted().Close(); }
+  }
 
-   private:
-    Platform::File& Counted() {
-      FFiles.Count();
-      return *FFile;
+  void Around(Call ACall, const std::function<void()>& ARun) override {
+    if (const int Code = FRefused[ACall]; Code != 0) {
+      throw EQuillonWin32Error(Code, "a refused call");
     }
-
-    FailingFiles& FFiles;
-    std::unique_ptr<Platform::File> FFile;
-  };
-
-  void Count() {
-    if (++FCalls >= FFirst && FCalls < FFirst + FCount) {
+    if (ACall != Call::NamesIn && ACall != Call::Remove && ++FCalls >= FFirst && FCalls < FFirst + FCount) {
       throw EQuillonWin32Error(FErrorCode, "a failing call");
     }
-  }
-  Platform::FileSystem& Counted() {
-    Count();
-    return FSystem;
+    ARun();
   }
 
-  Platform::FileSystem& FSystem = Platform::Files();
+  std::map<Call, int> FRefused;
+  std::filesystem::path FClosed;
+  int FClosedCode = 0;
   int FCalls = 0;
   int FFirst = 1;
   int FCount = 0;
   int FErrorCode = 0;
-  int FRefusal = 0;
-  int FRenameRefusal = 0;
 };

@@ -51,7 +51,12 @@ TEST_F(HeldFile, KeepsOthersFromWritingAndIsSavedWhateverTheName) {
 
 TEST_F(HeldFile, ExclusiveKeepsReadersOutToo) {
   const auto Other = CreateStorage<TTestStorage>();
+  FStore->OpenFileToChange(FFileName);
+  Other->LoadFromFile(FFileName);
+  EXPECT_EQ(NamesOf(Other->FItems), "a") << "a load makes do with reading what another one may change";
   FStore->OpenFileExclusive(FFileName);
+  FStore->StoreFile();
+  EXPECT_THROW(Other->LoadFromFile(FFileName), EQuillonFileInUseError);
   EXPECT_THROW(Other->OpenFile(FFileName, true), EQuillonFileHandleError);
   EXPECT_THROW(Other->LoadFromFile(FFileName, std::chrono::milliseconds(150)), EQuillonFileHandleError);
   FStore->NewFile();
@@ -61,6 +66,8 @@ TEST_F(HeldFile, ExclusiveKeepsReadersOutToo) {
   const auto Second = CreateStorage<TTestStorage>();
   Second->OpenFile(FFileName, true);
   EXPECT_EQ(NamesOf(Second->FItems), "a") << "two may read";
+  EXPECT_THROW(Second->StoreFile(), EQuillonFileHandleError);
+  EXPECT_THROW(Second->SaveToFile(), EQuillonFileHandleError);
 }
 
 TEST_F(HeldFile, MayBeANewOneWhoseNameIsTakenOverOrNot) {
@@ -68,6 +75,11 @@ TEST_F(HeldFile, MayBeANewOneWhoseNameIsTakenOverOrNot) {
   FStore->StoreFile(Copy, false);
   EXPECT_EQ(FStore->FFileName, FFileName);
   EXPECT_EQ(NamesIn(Copy), "a") << "others may read it";
+  EXPECT_THROW(TQuillonFileStream(Copy, fomOpenReadWrite, famShareDenyWrite), EQuillonFileInUseError);
+  FStore->FCreateBackups = true;
+  FStore->StoreFile(Copy, true);
+  FStore->StoreFile();
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(FFolder.Path("deep/folder")), {}), 1) << "a backup";
   FStore->StoreFile(FFolder.Path("taken"), true);
   EXPECT_EQ(FStore->FFileName, FFolder.Path("taken"));
   TQuillonFileStream(Copy, fomOpenReadWrite, famShareExclusive).Close();

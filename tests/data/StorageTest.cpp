@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <set>
 #include <sstream>
 
@@ -36,6 +37,10 @@ TEST(DataStorage, SavesLoadsAndTellsEachStep) {
   Store->UnlockChangeTracking();  // one too many does no harm
   EXPECT_EQ(Store->FFileVersion, 2);
   EXPECT_FALSE(Store->HasStorage());
+  const auto Last = CreateStorage<TTestStorage>();
+  Last->FFileVersion = std::numeric_limits<std::int64_t>::max();
+  Last->AddItem("z");
+  EXPECT_EQ(Last->FFileVersion, std::numeric_limits<std::int64_t>::max());
 
   Store->SaveToFile("");
   EXPECT_EQ(Store->FHooks, "");
@@ -85,6 +90,8 @@ TEST(DataStorage, MissingFilesComeFromTheTemplate) {
   Fresh->LoadFromFile(Folder.Path("plan"));
   EXPECT_EQ(NamesOf(Fresh->FItems), "t");
   EXPECT_EQ(Fresh->FFileName, Folder.Path("plan"));
+  Fresh->LoadFromFile();
+  EXPECT_EQ(Fresh->FFileName, Folder.Path("plan"));
   EXPECT_FALSE(std::filesystem::exists(Folder.Path("plan")));
 }
 
@@ -118,6 +125,14 @@ TEST(DataStorage, BackupsKeepTheFirstStateOfADay) {
 
 TEST(DataStorage, AFailedLoadLeavesTheFileAndUnlocksTheTracking) {
   const TemporaryFolder Folder;
+  {
+    // A folder is there, but cannot be read: the load has begun by then.
+    const auto Store = CreateStorage<TTestStorage>();
+    EXPECT_THROW(Store->LoadFromFile(Folder.Path("")), EQuillonFileHandleError);
+    EXPECT_EQ(Store->FHooks, "BeforeLoad ");
+    EXPECT_EQ(Store->FFileName, Folder.Path(""));
+    EXPECT_FALSE(Store->IsChangeTrackingLocked());
+  }
   const std::string FileName = Folder.Path("plan");
   std::ofstream(FileName, std::ios::binary) << "<Storage><Objects/></Storage>";
   const auto Store = CreateStorage<TTestStorage>();

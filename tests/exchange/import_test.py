@@ -339,6 +339,23 @@ class Imports(unittest.TestCase):
         return [[room.findtext(name, "") for name in ("Code", "Name", "Capacity")]
                 for room in self.imported().iterfind("Rooms/Items/Item")]
 
+    def test_imports_at_once_come_one_after_the_other(self):
+        self.plan(items("Rooms", [item("Room", 1, Code="A")]))
+        runs = []
+        for number in range(2, 5):
+            folder, job = f"{self.folder}{number}", f"{self.job}{number}"
+            os.mkdir(folder)
+            with open(os.path.join(folder, "Rooms.csv"), "w", encoding="utf-8") as file:
+                file.write(f"Id;Code\r\n{plain(number)};new")
+            with open(job, "w", encoding="utf-8") as file:
+                json.dump({"Velmora": {"ocfImport": {"sourceFolderName": folder, "targetFileName": self.path}}}, file)
+            runs.append(subprocess.Popen([HOST, "import", job], stdout=subprocess.DEVNULL))
+        self.assertEqual([run.wait(timeout=60) for run in runs], [0] * 3)
+        rooms = xml.parse(self.path).findall("Rooms/Items/Item")
+        # Each has seen the codes that the ones before it have taken.
+        self.assertEqual([room.findtext("Code") for room in rooms], ["A", "new", "new-1", "new-2"])
+        self.assertEqual(sorted(int(room.get("ID")[-5:-1], 16) for room in rooms), [1, 2, 3, 4])
+
     def test_hostile_sets(self):
         room = items("Rooms", [item("Room", 1, Code="A", Capacity="7")])
         self.plan(room)

@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Files as the operating system has them. Every failed call raises EQuillonWin32Error with the system's code.
 namespace Platform {
@@ -28,9 +29,21 @@ class File {
   virtual void SetSize(std::int64_t ASize) = 0;
   /// Returns when the content has reached the disk. A file that has no disk behind it is no error.
   virtual void Flush() = 0;
+  /// Lets the system begin to bring to the disk what was written, without waiting for it; where it cannot, nothing
+  /// happens.
+  virtual void BeginFlush() = 0;
+  /// Returns when the file's bytes have left the memory; FlushSystem does the rest. For many files the two together are
+  /// much quicker than Flush of each, which waits for the disk as often.
+  virtual void EndFlush() = 0;
+  /// Returns when everything that was written to the file system of this file has reached the disk.
+  virtual void FlushSystem() = 0;
   /// Takes over permissions and, where the system lets us, the owner of another file. Where its group cannot be kept,
   /// the group gets no more than everybody.
   virtual void TakeAttributes(const std::string& APath) = 0;
+  /// Gives a file of OpenUnnamed a name, which must be free.
+  virtual void GiveName(const std::string& APath) = 0;
+  /// Whether the lock that was asked for is held; some file systems have none to give.
+  virtual bool IsLocked() const = 0;
   virtual void Close() = 0;
 };
 
@@ -41,8 +54,13 @@ enum class Creation {
   New,        ///< the file must not exist
   NewPrivate  ///< as New; nobody but its owner may read it until TakeAttributes
 };
-/// What others that ask for a lock are refused.
-enum class Lock { None, Shared, Exclusive };
+/// What others are refused.
+enum class Lock {
+  None,
+  Shared,     ///< an exclusive lock
+  Exclusive,  ///< any lock
+  Sole        ///< to open the file at all, even without a lock
+};
 
 /// What a path names; links are followed.
 enum class EntryKind { None, File, Directory, Other };
@@ -51,9 +69,16 @@ class FileSystem {
  public:
   virtual ~FileSystem() = default;
 
-  /// Opens a file as it is; a lock that is not free is refused at once.
+  /// Opens a file as it is; a lock that is not free is refused at once (IsInUse). The file that is locked is the one
+  /// that the path names, also if another one took its place in the meantime.
   virtual std::unique_ptr<File> Open(const std::string& APath, Access AnAccess, Creation ACreation, Lock ALock) = 0;
+  /// A new file in a folder, for reading and writing, that is gone if it was given no name, whatever ends the process.
+  /// @param ACreation New or NewPrivate
+  /// @throws EQuillonWin32Error with a code of IsUnsupported where the file system has no such files
+  virtual std::unique_ptr<File> OpenUnnamed(const std::string& AFolder, Creation ACreation, Lock ALock) = 0;
   virtual EntryKind Look(const std::string& APath) = 0;
+  /// Names of what is in a folder, in no order.
+  virtual std::vector<std::string> NamesIn(const std::string& AFolder) = 0;
   virtual std::int64_t SizeOf(const std::string& APath) = 0;
   /// Whether the file may be written, as far as that can be told without opening it.
   virtual bool IsWriteable(const std::string& APath) = 0;
@@ -85,6 +110,10 @@ class FilesReplacement {
 /// Meanings of the system's error codes.
 bool IsAccessDenied(int AnErrorCode);
 bool IsMissing(int AnErrorCode);
+/// Whether somebody else has a lock on the file.
+bool IsInUse(int AnErrorCode);
+/// Whether the system or the file system does not know the operation.
+bool IsUnsupported(int AnErrorCode);
 /// Whether a folder takes no new file, or lets it not take the place of another, although the other may be open to us.
 bool IsReplacementRefused(int AnErrorCode);
 /// The code of a call on a file that is not open.

@@ -1,12 +1,24 @@
 #include "QuillonDataObjects/Storage.h"
 
-#include <filesystem>
-#include <system_error>
+#include <limits>
 
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/XMLReader.h"
 #include "QuillonDataObjects/XMLWriter.h"
+#include "QuillonFileReplacement.h"
 #include "QuillonFileSystem.h"
+
+namespace {
+
+/// The first state of a day: "plan.2026-08-01.backup".
+std::string BackupNameOf(const std::string& AFileName) {
+  std::string Stamp;
+  QuillonDateTime::AppendDate(Stamp, QuillonDateTime::Now());
+  return TQuillonFilePath::AddExtension(
+      TQuillonFilePath::AddExtension(TQuillonFilePath::ChangeExtension(AFileName, ""), Stamp), "backup");
+}
+
+}  // namespace
 
 const TQuillonDataClass& TQuillonDataStorage::Class() {
   using T = TQuillonDataStorage;
@@ -51,7 +63,9 @@ void TQuillonDataStorage::Change() {
   if (!IsChangeTrackingLocked()) {
     FChanged = QuillonDateTime::Now();
     FModified = true;
-    ++FFileVersion;
+    if (FFileVersion < std::numeric_limits<std::int64_t>::max()) {
+      ++FFileVersion;
+    }
   }
 }
 
@@ -91,50 +105,66 @@ void TQuillonDataStorage::LoadFromFile(const std::string& AFileName) {
     return;
   }
   if (const std::string Template = GetTemplateFileName(); TQuillonFileSystem::Exists(Template)) {
+    std::string Name = AFileName;  // it may be FFileName, which the load changes
     LoadExistingFile(Template);
-    FFileName = AFileName;
+    FFileName = std::move(Name);
   }
 }
 
 void TQuillonDataStorage::LoadFromFile(const std::string& AFileName, std::chrono::milliseconds ATimeOut) {
   if (!AFileName.empty() && TQuillonFileSystem::Exists(AFileName)) {
-    TQuillonFileStream Stream(AFileName, fomOpenRead, famShareDenyWrite, ATimeOut);
-    LoadFromStream(Stream, AFileName);
+    LoadFrom(AFileName, [ATimeOut](const std::string& AName) {
+      return std::make_unique<TQuillonFileStream>(AName, fomOpenRead, famShareDenyWrite, ATimeOut);
+    });
+    AfterLoad();
   }
 }
 
 void TQuillonDataStorage::LoadExistingFile(const std::string& AFileName) {
-  TQuillonFileStream Stream(AFileName, fomOpenRead, famShareDenyWrite, fomOpenRead, famShareDenyNone);
-  LoadFromStream(Stream, AFileName);
+  LoadFrom(AFileName, [](const std::string& AName) {
+    return std::make_unique<TQuillonFileStream>(AName, fomOpenRead, famShareDenyWrite, fomOpenRead, famShareDenyNone);
+  });
+  AfterLoad();
 }
 
-void TQuillonDataStorage::LoadFromStream(TQuillonStream& AStream, const std::string& AFileName) {
+template <class TOpen>
+std::unique_ptr<TQuillonFileStream> TQuillonDataStorage::LoadFrom(const std::string& AFileName, const TOpen& AnOpen) {
+  std::unique_ptr<TQuillonFileStream> Stream;
   BeforeLoad();
   {
     const TQuillonChangeTrackingLock Lock(*this);
     FFileName = AFileName;
-    LoadFromXML(QuillonIO::ReadIntoBuffer(AStream), AFileName);
+    Stream = AnOpen(FFileName);
+    LoadFromXML(QuillonIO::ReadIntoBuffer(*Stream), FFileName);
   }
   FModified = false;
-  AfterLoad();
+  return Stream;
 }
 
 void TQuillonDataStorage::OpenFile(const std::string& AFileName, bool AnIsReadOnly) {
-  OpenAndLoad(AFileName, AnIsReadOnly ? fomOpenRead : fomOpenReadWrite, famShareDenyWrite);
+  OpenAndLoad(AFileName, [AnIsReadOnly](const std::string& AName) {
+    return std::make_unique<TQuillonFileStream>(AName, AnIsReadOnly ? fomOpenRead : fomOpenReadWrite,
+                                                famShareDenyWrite);
+  });
 }
 
 void TQuillonDataStorage::OpenFileExclusive(const std::string& AFileName) {
-  OpenAndLoad(AFileName, fomOpenReadWrite, famShareExclusive);
+  OpenAndLoad(AFileName, [](const std::string& AName) {
+    return std::make_unique<TQuillonFileStream>(AName, fomOpenReadWrite, famShareExclusive);
+  });
 }
 
-void TQuillonDataStorage::OpenAndLoad(const std::string& AFileName, TQuillonFileOpenMode AnOpenMode,
-                                      TQuillonFileAccessMode AnAccessMode) {
-  if (AFileName.empty() || !TQuillonFileSystem::Exists(AFileName)) {
-    return;
+void TQuillonDataStorage::OpenFileToChange(const std::string& AFileName) {
+  OpenAndLoad(AFileName, [](const std::string& AName) { return QuillonIO::HoldFile(AName); });
+}
+
+template <class TOpen>
+void TQuillonDataStorage::OpenAndLoad(const std::string& AFileName, const TOpen& AnOpen) {
+  if (!AFileName.empty() && TQuillonFileSystem::Exists(AFileName)) {
+    CloseFile();
+    FFileStream = LoadFrom(AFileName, AnOpen);
+    AfterLoad();
   }
-  CloseFile();
-  FFileStream = std::make_unique<TQuillonFileStream>(AFileName, AnOpenMode, AnAccessMode);
-  LoadFromStream(*FFileStream, AFileName);
 }
 
 void TQuillonDataStorage::LoadFromXML(TQuillonBuffer ADocument, std::string_view ASource) {
@@ -168,7 +198,19 @@ void TQuillonDataStorage::SaveToFile(const std::string& AFileName) {
   if (!HoldsFile()) {
     FFileName = AFileName;
   }
-  Replace(HoldsFile() ? FFileStream->FileName() : FFileName);
+  const std::string Name = HoldsFile() ? FFileStream->FileName() : FFileName;
+  const std::string Document = SaveToXML();
+  TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(Name));
+  if (!HoldsFile() && !TQuillonFileSystem::IsFile(Name)) {
+    QuillonIO::ReplaceFile(Name, Document);
+  } else {
+    const auto Held = HoldsFile() ? nullptr : QuillonIO::HoldFile(Name);
+    TQuillonFileStream& File = HoldsFile() ? *FFileStream : *Held;
+    if (FCreateBackups) {
+      QuillonIO::KeepBackup(File, BackupNameOf(Name));
+    }
+    QuillonIO::ReplaceFile(File, Document);
+  }
   FModified = false;
   AfterStore();
 }
@@ -176,54 +218,23 @@ void TQuillonDataStorage::SaveToFile(const std::string& AFileName) {
 void TQuillonDataStorage::StoreFile() {
   if (HoldsFile()) {
     BeforeStore();
-    Replace(FFileStream->FileName());
+    QuillonIO::ReplaceFile(*FFileStream, SaveToXML());
     FModified = false;
     AfterStore();
   }
 }
 
 void TQuillonDataStorage::StoreFile(const std::string& AFileName, bool ATakeFileName) {
+  // It may be the one of the stream that is closed.
+  const std::string Name = AFileName;  // NOLINT(performance-unnecessary-copy-initialization)
   CloseFile();
   BeforeStore();
   if (ATakeFileName) {
-    FFileName = AFileName;
+    FFileName = Name;
   }
-  Replace(AFileName);
-  FFileStream = std::make_unique<TQuillonFileStream>(AFileName, fomOpenReadWrite, famShareDenyWrite);
+  const std::string Document = SaveToXML();
+  TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(Name));
+  FFileStream = QuillonIO::ReplaceFile(Name, Document);
   FModified = false;
   AfterStore();
-}
-
-void TQuillonDataStorage::Replace(std::string AFileName) {  // NOLINT(performance-unnecessary-value-param)
-  const std::string Document = SaveToXML();
-  TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(AFileName));
-  if (FCreateBackups && TQuillonFileSystem::Exists(AFileName)) {
-    KeepBackup(AFileName);
-  }
-  // The file that is held is another one once it is replaced: what is written to the old one would be lost.
-  const bool IsHeld = HoldsFile();
-  const TQuillonFileOpenMode OpenMode = IsHeld ? FFileStream->OpenMode() : fomOpenRead;
-  const TQuillonFileAccessMode AccessMode = IsHeld ? FFileStream->AccessMode() : famShareDenyNone;
-  QuillonIO::ReplaceFile(AFileName, Document);
-  if (IsHeld) {
-    CloseFile();
-    FFileStream = std::make_unique<TQuillonFileStream>(AFileName, OpenMode, AccessMode);
-  }
-}
-
-void TQuillonDataStorage::KeepBackup(const std::string& AFileName) {
-  std::string Stamp;
-  QuillonDateTime::AppendDate(Stamp, QuillonDateTime::Now());
-  const std::string Backup = TQuillonFilePath::AddExtension(
-      TQuillonFilePath::AddExtension(TQuillonFilePath::ChangeExtension(AFileName, ""), Stamp), "backup");
-  if (TQuillonFileSystem::Exists(Backup)) {
-    return;
-  }
-  // A second name, not a move: the data file must not be missing at any moment. A link is followed, or the second
-  // name would be one for the link.
-  std::error_code Error;
-  std::filesystem::create_hard_link(std::filesystem::canonical(AFileName), Backup, Error);
-  if (Error) {
-    QuillonIO::ReplaceFile(Backup, QuillonIO::ReadWholeFile(AFileName));
-  }
 }

@@ -63,12 +63,16 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   void OpenFile(bool AnIsReadOnly) { OpenFile(FFileName, AnIsReadOnly); }
   /// As OpenFile, for reading and writing; nobody else opens it at all.
   void OpenFileExclusive(const std::string& AFileName);
+  /// As OpenFile for a job that changes the file: waits while somebody else holds it, for QuillonIO::LongestWait at
+  /// most. A file that we may not write is opened too; the save is refused then.
+  /// @throws as LoadFromFile, EQuillonFileInUseError
+  void OpenFileToChange(const std::string& AFileName);
   /// Lets go of the file that is held open.
   void CloseFile() { FFileStream.reset(); }
   bool HoldsFile() const { return FFileStream != nullptr; }
-  /// Replaces the file whole or not at all; an empty name does nothing. While a file is held open, it is that one
-  /// that is saved, whatever the name.
-  /// @throws EQuillonFileHandleError, EQuillonFileSystemError
+  /// Replaces the file whole or not at all, as QuillonIO::ReplaceFile tells; an empty name does nothing. While a file
+  /// is held open, it is that one that is saved, whatever the name; it stays held.
+  /// @throws EQuillonFileHandleError, EQuillonFileSystemError; for a file held for reading too
   virtual void SaveToFile(const std::string& AFileName);
   void SaveToFile() { SaveToFile(FFileName); }
   /// Saves to the file that is held open, which stays open; does nothing if none is.
@@ -100,12 +104,13 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   static constexpr std::uint8_t Mask(TQuillonDataStorageState AState) {
     return static_cast<std::uint8_t>(1U << static_cast<unsigned>(AState));
   }
+  /// Loads what AnOpen opens, up to AfterLoad. @return the open stream
+  template <class TOpen>
+  std::unique_ptr<TQuillonFileStream> LoadFrom(const std::string& AFileName, const TOpen& AnOpen);
   void LoadExistingFile(const std::string& AFileName);
-  void LoadFromStream(TQuillonStream& AStream, const std::string& AFileName);
-  void OpenAndLoad(const std::string& AFileName, TQuillonFileOpenMode AnOpenMode, TQuillonFileAccessMode AnAccessMode);
-  /// @param AFileName a copy: it may be the name of the stream that is closed here
-  void Replace(std::string AFileName);
-  static void KeepBackup(const std::string& AFileName);
+  /// Loads the file, if it exists, and holds it.
+  template <class TOpen>
+  void OpenAndLoad(const std::string& AFileName, const TOpen& AnOpen);
   void FreeUnheld();
 
   TQuillonDataObjectRegistry FObjectRegistry;

@@ -50,7 +50,7 @@ void TVELOstrelSynchronizer::LoadVelFile() {
   if (!TQuillonFileSystem::IsFile(FileName)) {
     throw EQuillonException("Local Velmora file does not exist.");
   }
-  FPlan.LoadFromFile(FileName);
+  OpenPlan(FileName);
   TakeValidRange();
 }
 

@@ -44,6 +44,8 @@ class TVELOstrelSynchronizer : public TVELOstrelService {
  protected:
   TVELOstrelSynchronizer(TVELPlan& APlan, std::unique_ptr<TOcfConfiguration> AConfiguration);
 
+  /// Loads the file; a job that saves it overrides this to hold it meanwhile.
+  virtual void OpenPlan(const std::string& AFileName) { FPlan.LoadFromFile(AFileName); }
   /// The settings of this job's direction: export or import.
   /// @throws EQuillonException if there are no settings
   virtual const TOcfOptions& Options() const = 0;

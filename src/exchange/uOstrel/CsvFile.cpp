@@ -1,6 +1,5 @@
 #include "uOstrel/CsvFile.h"
 
-#include "QuillonFileSystem.h"
 #include "QuillonNumbers.h"
 
 namespace {
@@ -11,13 +10,12 @@ constexpr std::size_t TextBufferSize = 4096;
 
 namespace uOstrel {
 
-TCsvFile::TCsvFile(const std::string& AFolder, std::string_view AFileName)
-    : FStream(TQuillonFilePath::Combine(AFolder, AFileName), fomCreate, famShareExclusive),
-      FWriter(FStream, true, TextBufferSize) {}
+TCsvFile::TCsvFile(TFileSet& ASet, const TFileName& AFileName)
+    : FSet(ASet), FWriter(ASet.Begin(AFileName.Text()), true, TextBufferSize) {}
 
 void TCsvFile::Close() {
   FWriter.FlushBuffer();
-  FStream.Close();
+  FSet.End();
 }
 
 template <class TAppend>

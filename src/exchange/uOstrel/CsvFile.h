@@ -6,7 +6,8 @@
 #include <string_view>
 
 #include "QuillonCSV.h"
-#include "QuillonIO.h"
+#include "uOstrel/FileNames.h"
+#include "uOstrel/FileSet.h"
 #include "uOstrel/Values.h"
 #include "uPlandaten/Basis.h"
 
@@ -17,9 +18,8 @@ namespace uOstrel {
 /// One file of an OCF set while it is written: cells of a row one behind the other, in the value forms of the format.
 class TCsvFile {
  public:
-  /// Replaces a file of that name.
   /// @throws EQuillonFileHandleError, as all that writes
-  TCsvFile(const std::string& AFolder, std::string_view AFileName);
+  TCsvFile(TFileSet& ASet, const TFileName& AFileName);
 
   void Text(std::string_view AText) { FWriter.WriteValue(AText); }
   void Identifier(const TGUID& AGuid);
@@ -34,14 +34,14 @@ class TCsvFile {
   void Gender(TVELGeschlecht AValue);
   void EndRow() { FWriter.WriteLine(); }
 
-  /// Writes what is still buffered and closes the file.
+  /// Writes what is still buffered; the file is complete.
   void Close();
 
  private:
   template <class TAppend>
   void Cell(const TAppend& AnAppend);
 
-  TQuillonFileStream FStream;
+  TFileSet& FSet;
   TQuillonCSVWriter FWriter;
   std::string FCell;
 };

@@ -19,6 +19,9 @@ class TVELOstrelCsvReader : public TVELOstrelSynchronizer {
   TVELOstrelCsvReader(TVELPlan& APlan, std::unique_ptr<TOcfConfiguration> AConfiguration);
   /// A job with a configuration file has no settings and fails at its first look at them.
   TVELOstrelCsvReader(TVELPlan& APlan, const std::string& ACfgFileName);
+  TVELOstrelCsvReader(const TVELOstrelCsvReader&) = delete;
+  TVELOstrelCsvReader& operator=(const TVELOstrelCsvReader&) = delete;
+  ~TVELOstrelCsvReader() override { FPlan.CloseFile(); }
 
   /// Reads and checks all files, then takes them over in their order.
   /// @throws EQuillonException, while the plan is still as it was, for a folder that does not exist and for a file
@@ -26,6 +29,7 @@ class TVELOstrelCsvReader : public TVELOstrelSynchronizer {
   void ReadAll();
 
  protected:
+  void OpenPlan(const std::string& AFileName) override { FPlan.OpenFileToChange(AFileName); }
   const TOcfImportOptions& Options() const override { return Configuration().FOcfImport; }
   std::string GetFileName() const override { return Options().FTargetFileName; }
 

@@ -3,6 +3,7 @@
 #include <array>
 #include <utility>
 
+#include "QuillonFileReplacement.h"
 #include "QuillonFileSystem.h"
 #include "uOstrel/Columns.h"
 #include "uPlandaten/Aenderungen.h"
@@ -61,15 +62,27 @@ void TVELOstrelCsvWriter::WriteAll() {
   for (const auto Step : Steps) {
     (this->*Step)();
   }
+  PlaceSet();
 }
 
-TCsvFile TVELOstrelCsvWriter::OpenFile(std::string_view AFileName) const {
-  return {Options().FTargetFolderName, AFileName};
+void TVELOstrelCsvWriter::PlaceSet() {
+  if (FSet && !FAborted) {
+    FSet->Place();
+  }
+  FSet.reset();
+}
+
+TCsvFile TVELOstrelCsvWriter::OpenFile(const uOstrel::TFileName& AFileName) {
+  if (!FSet) {
+    FSet.emplace(Options().FTargetFolderName, uOstrel::AllFileNames(), uOstrel::ManifestFile, QuillonIO::LongestWait);
+  }
+  return {*FSet, AFileName};
 }
 
 template <class T, class TList, class TTest>
-void TVELOstrelCsvWriter::WriteObjects(std::string_view AFileName, std::span<const uOstrel::TColumn<T>> AColumns,
-                                       const TList& AList, const TTest& ATest) {
+void TVELOstrelCsvWriter::WriteObjects(const uOstrel::TFileName& AFileName,
+                                       std::span<const uOstrel::TColumn<T>> AColumns, const TList& AList,
+                                       const TTest& ATest) {
   if (FAborted || AList.IsEmpty()) {
     return;
   }
@@ -87,8 +100,8 @@ void TVELOstrelCsvWriter::WriteObjects(std::string_view AFileName, std::span<con
 }
 
 template <class T, class TList>
-void TVELOstrelCsvWriter::WriteObjects(std::string_view AFileName, std::span<const uOstrel::TColumn<T>> AColumns,
-                                       const TList& AList) {
+void TVELOstrelCsvWriter::WriteObjects(const uOstrel::TFileName& AFileName,
+                                       std::span<const uOstrel::TColumn<T>> AColumns, const TList& AList) {
   WriteObjects(AFileName, AColumns, AList, [](const T* AnObject) { return AnObject; });
 }
 
@@ -107,7 +120,7 @@ void TVELOstrelCsvWriter::WriteManifest() {
 
 void TVELOstrelCsvWriter::WriteCatalogs() {
   for (const uOstrel::TCatalog& Catalog : uOstrel::Catalogs()) {
-    WriteObjects(std::string(Catalog.Name) + ".csv", uOstrel::CatalogColumns(), Catalog.Keys(*FPlan.FVerzeichnisse));
+    WriteObjects(uOstrel::TFileName(Catalog), uOstrel::CatalogColumns(), Catalog.Keys(*FPlan.FVerzeichnisse));
   }
 }
 

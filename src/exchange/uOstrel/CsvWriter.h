@@ -15,7 +15,7 @@ class TVELSchluesselverzeichnis;
 /// Exports a plan as an OCF set: a folder of CSV files, one per kind of object, for the school data platform.
 ///
 /// Each operation writes one file, or a family of them, and none if there is nothing to tell: a missing file means an
-/// empty list, and one of an earlier run stays as it is.
+/// empty list. The files appear with PlaceSet, and those of an earlier run that were not written go.
 class TVELOstrelCsvWriter : public TVELOstrelSynchronizer {
  public:
   /// Creates the target folder with all its parents.
@@ -27,8 +27,11 @@ class TVELOstrelCsvWriter : public TVELOstrelSynchronizer {
 
   void LoadVelFile() override;
 
-  /// All files in their order.
+  /// All files in their order, and PlaceSet.
   void WriteAll();
+  /// Lets the files written so far take the place of the earlier set, all at once; an aborted job leaves that as it is.
+  /// @throws EQuillonException
+  void PlaceSet();
 
   void WriteManifest();
   void WriteCatalogs();
@@ -59,13 +62,14 @@ class TVELOstrelCsvWriter : public TVELOstrelSynchronizer {
  private:
   struct TAttendances;
 
-  uOstrel::TCsvFile OpenFile(std::string_view AFileName) const;
+  uOstrel::TCsvFile OpenFile(const uOstrel::TFileName& AFileName);
   /// Writes the items of a list that a test lets pass; no file for an empty list.
   template <class T, class TList, class TTest>
-  void WriteObjects(std::string_view AFileName, std::span<const uOstrel::TColumn<T>> AColumns, const TList& AList,
-                    const TTest& ATest);
+  void WriteObjects(const uOstrel::TFileName& AFileName, std::span<const uOstrel::TColumn<T>> AColumns,
+                    const TList& AList, const TTest& ATest);
   template <class T, class TList>
-  void WriteObjects(std::string_view AFileName, std::span<const uOstrel::TColumn<T>> AColumns, const TList& AList);
+  void WriteObjects(const uOstrel::TFileName& AFileName, std::span<const uOstrel::TColumn<T>> AColumns,
+                    const TList& AList);
   /// Calls AWrite with each course that the set tells, until the job is aborted.
   template <class TWrite>
   void ForEachCourse(const TWrite& AWrite) const;
@@ -74,10 +78,11 @@ class TVELOstrelCsvWriter : public TVELOstrelSynchronizer {
   void ForEachAdditionalLesson(const TWrite& AWrite) const;
   /// Writes what a function makes of the changes; no file for a plan without changes.
   template <class TRow>
-  void WriteChanges(std::string_view AFileName, std::span<const uOstrel::TColumn<TRow>> AColumns,
+  void WriteChanges(const uOstrel::TFileName& AFileName, std::span<const uOstrel::TColumn<TRow>> AColumns,
                     std::optional<TRow> (*AMake)(const TVELAenderung&, const uOstrel::TExportScope&));
   void WriteCourseAttendances(const TAttendances& AnAttendances);
   uOstrel::TExportScope Scope();
 
   std::optional<uDataUtils::TPlanContext> FContext;  ///< of the loaded plan, from the first look at it on
+  std::optional<uOstrel::TFileSet> FSet;
 };

@@ -49,7 +49,7 @@ std::vector<const TVELPlanobjekt*> StudentsOf(const TVELAenderung& AChange) {
 
 /// What tells the two files about who attends a course apart.
 struct TVELOstrelCsvWriter::TAttendances {
-  std::string_view FileName;
+  uOstrel::TFileName FileName;
   std::string_view ObjectColumn;
   const TVELPlanobjektliste& (*OfCourse)(const TVELVeranstaltung& ACourse);
   std::vector<const TVELPlanobjekt*> (*OfChange)(const TVELAenderung& AChange);
@@ -167,7 +167,8 @@ void TVELOstrelCsvWriter::WriteTeacherCourseAttendances() {
 }
 
 template <class TRow>
-void TVELOstrelCsvWriter::WriteChanges(std::string_view AFileName, std::span<const uOstrel::TColumn<TRow>> AColumns,
+void TVELOstrelCsvWriter::WriteChanges(const uOstrel::TFileName& AFileName,
+                                       std::span<const uOstrel::TColumn<TRow>> AColumns,
                                        std::optional<TRow> (*AMake)(const TVELAenderung&, const TExportScope&)) {
   if (FAborted || FPlan.FAenderungen.IsEmpty()) {
     return;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "QuillonDataObjects/Sweep.h"
+#include "QuillonFileReplacement.h"
 #include "QuillonFileSystem.h"
 #include "QuillonZip.h"
 

@@ -1,7 +1,7 @@
 #include "platform/Files.h"
 
+#include <dirent.h>
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,113 +9,16 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <string>
 #include <utility>
 
-#include "QuillonTypes.h"
+#include "platform/posix/PosixFile.h"
 
 namespace {
 
-[[noreturn]] void Fail(const std::string& APath) { throw EQuillonWin32Error(errno, APath); }
-
-/// Repeats a call that a signal broke off.
-template <class TCall>
-auto Retried(TCall ACall) {
-  auto Result = ACall();
-  while (Result < 0 && errno == EINTR) {
-    Result = ACall();
-  }
-  return Result;
-}
-
-bool IsUnsupported(int AnErrorCode) {
-  return AnErrorCode == EINVAL || AnErrorCode == ENOSYS || AnErrorCode == ENOTSUP || AnErrorCode == EOPNOTSUPP ||
-         AnErrorCode == ENOLCK;
-}
-
-class PosixFile final : public Platform::File {
- public:
-  PosixFile(int ADescriptor, std::string APath) : FDescriptor(ADescriptor), FPath(std::move(APath)) {}
-  ~PosixFile() override {
-    if (FDescriptor >= 0) {
-      ::close(FDescriptor);
-    }
-  }
-
-  std::size_t Read(std::span<char> ABuffer) override {
-    const std::size_t Wanted = std::min<std::size_t>(ABuffer.size(), SSIZE_MAX);
-    return Checked(Retried([&] { return ::read(FDescriptor, ABuffer.data(), Wanted); }));
-  }
-
-  void Write(std::string_view ABytes) override {
-    while (!ABytes.empty()) {
-      const std::size_t Wanted = std::min<std::size_t>(ABytes.size(), SSIZE_MAX);
-      ABytes.remove_prefix(Checked(Retried([&] { return ::write(FDescriptor, ABytes.data(), Wanted); })));
-    }
-  }
-
-  std::int64_t Seek(std::int64_t AnOffset, Platform::SeekFrom AnOrigin) override {
-    constexpr std::array Origins = {SEEK_SET, SEEK_CUR, SEEK_END};
-    const off_t Position = ::lseek(FDescriptor, AnOffset, Origins[static_cast<std::size_t>(AnOrigin)]);
-    if (Position < 0) {
-      Fail(FPath);
-    }
-    return Position;
-  }
-
-  void SetSize(std::int64_t ASize) override {
-    Checked(Retried([&] { return ::ftruncate(FDescriptor, ASize); }));
-  }
-
-  void Flush() override {
-    if (Retried([&] { return ::fsync(FDescriptor); }) < 0 && !IsUnsupported(errno) && errno != EROFS) {
-      Fail(FPath);
-    }
-  }
-
-  void TakeAttributes(const std::string& APath) override {
-    struct stat Info {};
-    struct stat Own {};
-    if (::stat(APath.c_str(), &Info) < 0 || ::fstat(FDescriptor, &Own) < 0) {
-      Fail(APath);
-    }
-    constexpr mode_t AllPermissions = 07777;
-    mode_t Mode = Info.st_mode & AllPermissions;
-    const bool IsOwnerSame = Own.st_uid == Info.st_uid || ::fchown(FDescriptor, Info.st_uid, Info.st_gid) == 0;
-    if (!IsOwnerSame) {
-      Mode &= ~static_cast<mode_t>(S_ISUID);
-    }
-    if (::fstat(FDescriptor, &Own) < 0) {
-      Fail(FPath);
-    }
-    if (Own.st_gid != Info.st_gid && ::fchown(FDescriptor, static_cast<uid_t>(-1), Info.st_gid) < 0) {
-      const mode_t OfOthers = Mode & S_IRWXO;
-      Mode = (Mode & ~static_cast<mode_t>(S_IRWXG | S_ISGID)) | ((OfOthers << 3) & Mode & S_IRWXG);
-    }
-    if (::fchmod(FDescriptor, Mode) < 0) {
-      Fail(FPath);
-    }
-  }
-
-  void Close() override {
-    const int Descriptor = std::exchange(FDescriptor, -1);
-    // After EINTR the descriptor is gone all the same on the systems that matter: closing again might hit another file.
-    if (Descriptor >= 0 && ::close(Descriptor) < 0 && errno != EINTR) {
-      Fail(FPath);
-    }
-  }
-
- private:
-  template <class TResult>
-  std::size_t Checked(TResult AResult) const {
-    if (AResult < 0) {
-      Fail(FPath);
-    }
-    return static_cast<std::size_t>(AResult);
-  }
-
-  int FDescriptor;
-  std::string FPath;
-};
+using PosixCalls::Fail;
+using PosixCalls::PathOf;
+using PosixCalls::Retried;
 
 int OpenFlags(Platform::Access AnAccess, Platform::Creation ACreation) {
   constexpr std::array AccessFlags = {O_RDONLY, O_WRONLY, O_RDWR};
@@ -128,27 +31,38 @@ class PosixFileSystem final : public Platform::FileSystem {
  public:
   std::unique_ptr<Platform::File> Open(const std::string& APath, Platform::Access AnAccess,
                                        Platform::Creation ACreation, Platform::Lock ALock) override {
-    const mode_t Mode = ACreation == Platform::Creation::NewPrivate ? 0600 : 0666;
-    const int Flags = OpenFlags(AnAccess, ACreation);
-    const int Descriptor = Retried([&] { return ::open(APath.c_str(), Flags, Mode); });
-    if (Descriptor < 0) {
-      Fail(APath);
-    }
-    auto Result = std::make_unique<PosixFile>(Descriptor, APath);
-    struct stat Info {};
-    if (::fstat(Descriptor, &Info) < 0) {
-      Fail(APath);
-    }
-    if (S_ISDIR(Info.st_mode)) {
-      throw EQuillonWin32Error(EISDIR, APath);
-    }
-    if (ALock != Platform::Lock::None) {
-      const int Operation = (ALock == Platform::Lock::Shared ? LOCK_SH : LOCK_EX) | LOCK_NB;
-      if (Retried([&] { return ::flock(Descriptor, Operation); }) < 0 && !IsUnsupported(errno)) {
-        Fail(APath);
+    constexpr int MostReplacements = 100;
+    for (int Round = 1;; ++Round) {
+      auto Result = OpenOnce(APath, AnAccess, ACreation, ALock);
+      if (!Result->IsLocked() || Result->IsAt(APath) || Round == MostReplacements) {
+        return Result;
       }
     }
-    return Result;
+  }
+
+  std::unique_ptr<Platform::File> OpenUnnamed(const std::string& AFolder, Platform::Creation ACreation,
+                                              Platform::Lock ALock) override {
+#ifdef O_TMPFILE
+    const mode_t Mode = ACreation == Platform::Creation::NewPrivate ? 0600 : 0666;
+    const int Descriptor =
+        Retried([&] { return ::open(AFolder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC | O_NOCTTY, Mode); });
+    // EISDIR: a kernel that does not know the flag.
+    if (Descriptor < 0 && errno != EISDIR) {
+      Fail(AFolder);
+    }
+    if (Descriptor >= 0) {
+      auto Result = std::make_unique<PosixFile>(Descriptor, AFolder);
+      // It can be given a name only through this path, which is not everywhere.
+      if (Result->IsAt(PathOf(Descriptor))) {
+        Result->TakeLock(ALock, false);
+        return Result;
+      }
+    }
+#else
+    static_cast<void>(ACreation);
+    static_cast<void>(ALock);
+#endif
+    throw EQuillonWin32Error(ENOTSUP, AFolder);
   }
 
   Platform::EntryKind Look(const std::string& APath) override {
@@ -160,6 +74,18 @@ class PosixFileSystem final : public Platform::FileSystem {
       return Platform::EntryKind::Directory;
     }
     return S_ISREG(Info.st_mode) ? Platform::EntryKind::File : Platform::EntryKind::Other;
+  }
+
+  std::vector<std::string> NamesIn(const std::string& AFolder) override {
+    const std::unique_ptr<DIR, int (*)(DIR*)> Folder(::opendir(AFolder.c_str()), ::closedir);
+    if (Folder == nullptr) {
+      Fail(AFolder);
+    }
+    std::vector<std::string> Names;
+    while (const dirent* const Entry = ::readdir(Folder.get())) {
+      Names.emplace_back(static_cast<const char*>(Entry->d_name));
+    }
+    return Names;
   }
 
   std::int64_t SizeOf(const std::string& APath) override {
@@ -202,7 +128,7 @@ class PosixFileSystem final : public Platform::FileSystem {
       Check(::unlink(APath.c_str()), APath);
       return;
     }
-    if (errno != EPERM && errno != EMLINK && !IsUnsupported(errno)) {
+    if (errno != EPERM && errno != EMLINK && !Platform::IsUnsupported(errno)) {
       Fail(ANewPath);
     }
     struct stat Info {};
@@ -228,6 +154,28 @@ class PosixFileSystem final : public Platform::FileSystem {
   }
 
  private:
+  static std::unique_ptr<PosixFile> OpenOnce(const std::string& APath, Platform::Access AnAccess,
+                                             Platform::Creation ACreation, Platform::Lock ALock) {
+    const bool IsNew = ACreation == Platform::Creation::New || ACreation == Platform::Creation::NewPrivate;
+    const mode_t Mode = ACreation == Platform::Creation::NewPrivate ? 0600 : 0666;
+    const int Flags = OpenFlags(AnAccess, ACreation);
+    const int Descriptor = Retried([&] { return ::open(APath.c_str(), Flags, Mode); });
+    if (Descriptor < 0) {
+      Fail(APath);
+    }
+    auto Result = std::make_unique<PosixFile>(Descriptor, APath);
+    struct stat Info {};
+    if (::fstat(Descriptor, &Info) < 0) {
+      Fail(APath);
+    }
+    if (S_ISDIR(Info.st_mode)) {
+      throw EQuillonWin32Error(EISDIR, APath);
+    }
+    // Only who removes left-overs can have the lock of a file that is just made, and gives it back at once.
+    Result->TakeLock(ALock, IsNew);
+    return Result;
+  }
+
   static void Check(int AResult, const std::string& APath) {
     if (AResult < 0) {
       Fail(APath);
@@ -255,6 +203,13 @@ FilesReplacement::~FilesReplacement() { Current = FReplaced; }
 bool IsAccessDenied(int AnErrorCode) { return AnErrorCode == EACCES; }
 
 bool IsMissing(int AnErrorCode) { return AnErrorCode == ENOENT || AnErrorCode == ENOTDIR; }
+
+bool IsInUse(int AnErrorCode) { return AnErrorCode == EWOULDBLOCK; }
+
+bool IsUnsupported(int AnErrorCode) {
+  return AnErrorCode == EINVAL || AnErrorCode == ENOSYS || AnErrorCode == ENOTSUP || AnErrorCode == EOPNOTSUPP ||
+         AnErrorCode == ENOLCK;
+}
 
 bool IsReplacementRefused(int AnErrorCode) {
   // EBUSY and EXDEV: the file is a mount point of its own, as containers have them.
