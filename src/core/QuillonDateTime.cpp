@@ -83,7 +83,11 @@ class FieldReader {
     }
     AFields.Second = NextNumber(2);
     if (FScanner.Left().size() > 1 && FScanner.TryPass('.')) {
-      AFields.Millisecond = Number(FScanner.Left().find_first_of("Z+-"));
+      AFields.Millisecond = Number(FScanner.CountDigits());
+      constexpr std::string_view ZoneSigns = "Z+-";
+      if (!FScanner.IsAtEnd() && ZoneSigns.find(FScanner.Left().front()) == std::string_view::npos) {
+        Fail();
+      }
     }
   }
 

@@ -25,7 +25,10 @@ class TQuillonTextScanner {
   bool TryPass(char AChar) { return TryPass(std::string_view(&AChar, 1)); }
 
   /// How many digits come next.
-  std::size_t CountDigits() const { return std::min(FLeft.find_first_not_of("0123456789"), FLeft.size()); }
+  std::size_t CountDigits() const {
+    const auto IsDigit = [](char C) { return C >= '0' && C <= '9'; };
+    return static_cast<std::size_t>(std::find_if_not(FLeft.begin(), FLeft.end(), IsDigit) - FLeft.begin());
+  }
 
   /// The number that the next digits are, however many; nothing also for one that is too large.
   std::optional<std::uint64_t> Number() {
@@ -48,15 +51,17 @@ class TQuillonTextScanner {
   std::optional<int> Field(std::size_t ACount) {
     constexpr std::size_t MostDigits = 9;
     const std::string_view Digits = FLeft.substr(0, ACount);
+    if (Digits.empty() || Digits.size() > MostDigits) {
+      return std::nullopt;
+    }
     int Value = 0;
+    bool HasOther = false;
     for (const char C : Digits) {
-      if (C < '0' || C > '9' || Digits.size() > MostDigits) {
-        return std::nullopt;
-      }
+      HasOther = HasOther || C < '0' || C > '9';
       Value = Value * 10 + (C - '0');
     }
-    FLeft.remove_prefix(Digits.size());
-    return Digits.empty() ? std::nullopt : std::optional(Value);
+    FLeft.remove_prefix(HasOther ? 0 : Digits.size());
+    return HasOther ? std::nullopt : std::optional(Value);
   }
 
  private:

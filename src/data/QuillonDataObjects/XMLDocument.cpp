@@ -58,23 +58,26 @@ struct TFindings {
 };
 
 /// Bytes that are looked at in one go: whole vectors of the processor, and no more than a byte can count.
-constexpr std::size_t StepSize = 192;
+constexpr std::size_t StepSize = 240;
 constexpr std::uint8_t FirstBeyondAscii = 0x80;
 
-/// What a step holds.
+/// What a step holds, told by what the compiler finds in many bytes at a time.
 struct TStep {
   std::uint8_t LineFeeds = 0;
-  std::uint8_t Marks = 0;  ///< not 0: bytes that need a second look
-  std::uint8_t Bits = 0;   ///< all bits that its bytes have
+  std::uint8_t Bits = 0;         ///< all bits that its bytes have
+  std::uint8_t ToReturn = 0xFF;  ///< 0 if a carriage return is among them
+  std::uint8_t ToMark = 0xFF;    ///< 0 if "!" or "#" is
 };
 
 TStep LookAt(std::string_view AStep) {
+  constexpr unsigned MarkDifference = '!' ^ '#';  // one bit
   TStep Found;
   for (const char C : AStep) {
-    const bool IsMark = (C == '!') | (C == '#') | (C == '\r');
-    Found.LineFeeds = static_cast<std::uint8_t>(Found.LineFeeds + (C == '\n' ? 1 : 0));
-    Found.Marks = static_cast<std::uint8_t>(Found.Marks | (IsMark ? 1 : 0));
-    Found.Bits = static_cast<std::uint8_t>(Found.Bits | static_cast<std::uint8_t>(C));
+    const auto Byte = static_cast<std::uint8_t>(C);
+    Found.LineFeeds = static_cast<std::uint8_t>(Found.LineFeeds + (Byte == '\n' ? 1 : 0));
+    Found.Bits = static_cast<std::uint8_t>(Found.Bits | Byte);
+    Found.ToReturn = std::min(Found.ToReturn, static_cast<std::uint8_t>(Byte ^ '\r'));
+    Found.ToMark = std::min(Found.ToMark, static_cast<std::uint8_t>((Byte | MarkDifference) ^ '#'));
   }
   return Found;
 }
@@ -118,7 +121,7 @@ TFindings Explore(std::string_view ADocument) {
         return Found;
       }
     }
-    if (Step.Marks != 0) {
+    if (Step.ToReturn == 0 || Step.ToMark == 0) {
       Explore(ADocument, Begin, End, Found);
     }
     Found.LineBreaks += Step.LineFeeds;

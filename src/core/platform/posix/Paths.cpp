@@ -32,7 +32,7 @@ bool PathsBeginWithSlash() { return true; }
 
 std::vector<std::string> FoldersToKeepFilesIn() {
   std::vector<std::string> Folders;
-  // A relative state folder is to be passed over (XDG Base Directory Specification).
+  // A relative state folder is to be passed over (XDG base directories).
   if (const std::string State = Variable("XDG_STATE_HOME"); State.starts_with('/')) {
     Folders.push_back(State + "/velmora");
   } else if (const std::string Home = HomeFolder(); !Home.empty()) {
