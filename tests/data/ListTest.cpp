@@ -240,6 +240,28 @@ TEST(DataList, OwningListsMoveImportAndCopy) {
   EXPECT_EQ(Here[4]->FOwner, &Here.List);
 }
 
+TEST(DataList, WhatMovesToAnotherStorageIsKnownThere) {
+  auto There = QuillonDataObjects::CreateStorage<TTestStorage>();
+  TGUID Freed;
+  {
+    auto Here = QuillonDataObjects::CreateStorage<TTestStorage>();
+    TTestItem* const Item = Here->AddItem("a");
+    EXPECT_EQ(There->FItems.MergeEx(Here->FItems), 1);
+    EXPECT_EQ(Here->Registry().GetObject(Item->ID(), TTestItem::Class()), nullptr);
+    EXPECT_EQ(There->Registry().GetObject(Item->ID(), TTestItem::Class()), Item);
+
+    TTestList Outside(nullptr, TQuillonDataList::TItems::Owned);
+    Outside.Add(Here->FItems.Extract(Here->FItems.IndexOf(Here->AddItem("b"))));
+    Freed = Outside.GetItem(0)->ID();
+    EXPECT_EQ(Here->Registry().GetObject(Freed, TTestItem::Class()), nullptr);
+    There->FItems.MergeEx(Outside);
+    Outside.Add(There->FItems.Extract(1));
+  }
+  EXPECT_EQ(There->Registry().GetObject(Freed, TTestItem::Class()), nullptr);
+  There->FItems.Clear();
+  EXPECT_EQ(There->Registry().Count(), 0);
+}
+
 TEST(DataList, SortedListsTakeItemsInOrder) {
   TLetters Letters("dacb");
   Letters.List.SetCompare(CompareNames);

@@ -159,12 +159,18 @@ TEST(XML, RefusesDamageAndSaysWhere) {
   const auto InObjects = [](const std::string& AnItem) {
     return "<Storage><Objects><Items>" + AnItem + "</Items></Objects></Storage>";
   };
+  const std::string OwnEntity = "<!DOCTYPE Storage [<!ENTITY own \"x\">]><Storage><Title>&own;</Title></Storage>";
+  std::string InUtf32;
+  for (const char C : OwnEntity) {
+    InUtf32.append({C, '\0', '\0', '\0'});
+  }
   const std::vector<std::pair<std::string, std::string>> Cases = {
       {"", "\"plan.velmora\" ist kein gültiges XML-Dokument"},
       {"no XML", "\"plan.velmora\""},
       {"<Storage>\n<Title>x</Titel>\n</Storage>", "Zeile 2"},
       {"<Storage>\r\n\r<Title>&#10;&#10;a\r\n\n</Titel>\n\n</Storage>\n", "(Zeile 5)"},
-      {"<!DOCTYPE Storage [<!ENTITY own \"x\">]><Storage><Title>&own;</Title></Storage>", "eigene Entitäten"},
+      {OwnEntity, "eigene Entitäten"},
+      {InUtf32, "eigene Entitäten"},
       {"<Other/>", "\"Other\" statt \"Storage\""},
       {"<Storage/><Storage/>", "mehr als ein Dokumentelement"},
       {"<Storage><Title>\n\xC3</Title></Storage>", "ungültiges UTF-8 (Zeile 2)"},

@@ -284,10 +284,11 @@ TEST(Plan, FindsMasterDataByCode) {
   EXPECT_EQ(Rooms.FindUser("uSER", false), Upper);
   EXPECT_EQ(Rooms.FindUser("uSER", true), nullptr);
   EXPECT_EQ(Rooms.FindUser("", true, Room), Umlaut);
+  Rooms.SetItem(4, nullptr);
   Rooms.ClearAll(TVELKlasse::Class());
   EXPECT_EQ(Rooms.Count(), 5);
   Rooms.ClearAll(TVELStammobjekt::Class());
-  EXPECT_EQ(Rooms.Count(), 0);
+  EXPECT_EQ(Rooms.Count(), 1) << "a place without item has no class";
 
   TVELSchueler* const Student = Add<TVELSchueler>(*Plan, Plan->FSchueler, "Web");
   Student->FSchuelerNr = "4 2";
@@ -305,6 +306,9 @@ TEST(Plan, LessonsFallBackStepByStep) {
   auto* const Lesson = Create<TVELVeranstaltung>(Plan.get());
   Plan->FVeranstaltungen.Add(Lesson);
   auto* const Time = Create<TVELTermin>(Plan.get());
+  Lesson->FTermine.Add(Create<TVELTermin>(Plan.get()));
+  Lesson->FTermine.SetItem(0, nullptr);
+  EXPECT_EQ(Lesson->FTermine.Extract(0), nullptr);
   Lesson->FTermine.Add(Time);
   EXPECT_EQ(Time->Veranstaltung(), Lesson);
   EXPECT_EQ(Time->Weeks(), TVELWeeks::All());
@@ -327,6 +331,10 @@ TEST(Plan, LessonsFallBackStepByStep) {
   EXPECT_EQ(Lesson->DefaultRoom(), Room);
   Lesson->FRaum = "R2";
   EXPECT_EQ(Lesson->DefaultRoom(), Second);
+  Plan->FVeranstaltungen.Extract(Lesson);
+  Plan->FRaeume.Remove(Second);
+  Plan->FVeranstaltungen.Add(Lesson);
+  EXPECT_EQ(Lesson->DefaultRoom(), nullptr);
   Lesson->FRaum = "r2";
   EXPECT_EQ(Lesson->DefaultRoom(), nullptr);
   Lesson->FRaum = "/";

@@ -77,6 +77,42 @@ void TQuillonDataAbstractObject::Unregister() {
   }
 }
 
+template <class TVisit>
+void TQuillonDataAbstractObject::VisitOwned(const TVisit& AVisit) {
+  AVisit(*this);
+  for (const TQuillonDataRow& Row : DataClass().Rows()) {
+    if (Row.Kind == TQuillonRowKind::List) {
+      TQuillonDataList& List = Row.As<TQuillonDataRow::TItems>().Field(*this);
+      AVisit(List);
+      for (TQuillonDataObject* Item : List.Items()) {
+        if (Item != nullptr && Item->FOwner == &List) {
+          Item->VisitOwned(AVisit);
+        }
+      }
+    } else if (Row.Kind == TQuillonRowKind::Object) {
+      TQuillonDataObject* const Part = Row.As<TQuillonDataRow::TPointer>().Get(*this);
+      if (Part != nullptr && Part->FOwner == this) {
+        Part->VisitOwned(AVisit);
+      }
+    }
+  }
+}
+
+void TQuillonDataAbstractObject::MoveTo(TQuillonDataAbstractObject& AnOwner) {
+  const TQuillonDataStorage* const Other = AnOwner.AsStorage() != nullptr ? AnOwner.AsStorage() : AnOwner.Storage();
+  if (Storage() == Other) {
+    FOwner = &AnOwner;
+    return;
+  }
+  VisitOwned([](TQuillonDataAbstractObject& AnObject) { AnObject.Unregister(); });
+  FOwner = &AnOwner;
+  VisitOwned([](TQuillonDataAbstractObject& AnObject) {
+    if (AnObject.FHasID) {
+      AnObject.Register();
+    }
+  });
+}
+
 TQuillonDataAbstractObject* TQuillonDataAbstractObject::Root() const {
   TQuillonDataAbstractObject* Object = FOwner;
   while (Object != nullptr && Object->FOwner != nullptr) {
@@ -184,7 +220,7 @@ void TQuillonDataHolder::Hold(TQuillonDataObject& AnObject, TQuillonDataAbstract
     AnObject.FHolders->push_back(&AHolder);
   }
   AnObject.FIsHeld = true;
-  AnObject.SetOwner(&AHolder);
+  AnObject.MoveTo(AHolder);
 }
 
 void TQuillonDataHolder::Release(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder) {
@@ -207,7 +243,7 @@ void TQuillonDataHolder::Drop(TQuillonDataObject& AnObject, TQuillonDataAbstract
       Holders.erase(Found);
     }
     if (AnObject.FOwner == &AHolder || Holders.size() == 1) {
-      AnObject.SetOwner(Holders.back());
+      AnObject.MoveTo(*Holders.back());
     }
     if (Holders.size() == 1) {
       AnObject.FHolders.reset();

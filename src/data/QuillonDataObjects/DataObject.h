@@ -126,6 +126,11 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   void BeforeDestruction();
   void MakeID() const;
   void Register();
+  /// Sets the owner. What comes into another storage, or leaves one, changes the registry with all that it owns.
+  void MoveTo(TQuillonDataAbstractObject& AnOwner);
+  /// Calls AVisit with this object and all that it owns, lists included.
+  template <class TVisit>
+  void VisitOwned(const TVisit& AVisit);
 
   /// All holders, while there are several; one is FOwner.
   std::unique_ptr<std::vector<TQuillonDataAbstractObject*>> FHolders;

@@ -186,7 +186,7 @@ TQuillonXMLDocument::TQuillonXMLDocument(TQuillonBuffer ADocument, std::string_v
 }
 
 void TQuillonXMLDocument::Parse(std::string_view ASource) {
-  const TFindings Found = IsUtf32(FBuffer.View()) ? TFindings{} : Explore(FBuffer.View());
+  const TFindings Found = IsUtf32(FBuffer.View()) ? TFindings{.HasPieces = true} : Explore(FBuffer.View());
   if (Found.InvalidUtf8 != std::string_view::npos) {
     const std::string_view Ahead = FBuffer.View().substr(0, Found.InvalidUtf8);
     Refuse(ASource, "ungültiges UTF-8 (Zeile " + std::to_string(1 + Explore(Ahead).LineBreaks) + ").");

@@ -82,14 +82,14 @@ void TVELTerminliste::AfterInsert(int AnIndex) {
 }
 
 void TVELTerminliste::BeforeExtract(int AnIndex) {
-  if (IsItemOwner()) {
-    GetItem(AnIndex)->RemoveRelations();
+  if (TVELTermin* const Appointment = GetItem(AnIndex); Appointment != nullptr && IsItemOwner()) {
+    Appointment->RemoveRelations();
   }
 }
 
 void TVELStammobjektliste::ClearAll(const TQuillonDataClass& AClass) {
   for (int I = Count() - 1; I >= 0; --I) {
-    if (GetItem(I)->DataClass().DescendsFrom(AClass)) {
+    if (const TVELStammobjekt* const Item = GetItem(I); Item != nullptr && Item->DataClass().DescendsFrom(AClass)) {
       Delete(I);
     }
   }

@@ -29,10 +29,12 @@ const TQuillonDataClass& TVELRaum::Class() {
 }
 
 void TVELRaum::FreeProperties() {
-  if (const TVELPlan* const Owner = Plan(); Owner != nullptr && uPlandaten::FollowsRelations(*this)) {
-    for (const TVELVeranstaltung* Lesson : Owner->FVeranstaltungen) {
-      if (Lesson->FDefaultRoom == this) {
-        Lesson->FDefaultRoom = nullptr;
+  if (TVELPlan* const Owner = Plan(); Owner != nullptr && uPlandaten::FollowsRelations(*this)) {
+    // Lessons that were taken out of their list remember a room too.
+    for (const TQuillonDataAbstractObject* Object : Owner->Registry().Objects()) {
+      if (&Object->DataClass() == &TVELVeranstaltung::Class()) {
+        TVELRaum* Freed = this;
+        static_cast<const TVELVeranstaltung*>(Object)->FDefaultRoom.compare_exchange_strong(Freed, nullptr);
       }
     }
   }
