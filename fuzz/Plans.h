@@ -20,12 +20,12 @@ inline std::string SavedAgain(const std::string& ADocument) {
   return Plan->SaveToXML();
 }
 
-/// An old or crooked document may come to rest with the second save only; from there on the bytes stay the same.
+/// What a document tells, whatever the order of the items in its lists: equal ones have no order of their own.
+/// @param AHasStamps false leaves out who made and changed an object, and when
+std::string Content(const std::string& ADocument, bool AHasStamps = true);
+
+/// An old or crooked document may come to rest with the second save only; from there on the content stays the same.
 /// @return whether this one was at rest before
-inline bool RequireRest(const std::string& ADocument) {
-  const std::string Second = SavedAgain(ADocument);
-  RequireSame(Second, SavedAgain(Second), "a plan that was saved and loaded is saved with other bytes");
-  return Second == ADocument;
-}
+bool RequireRest(const std::string& ADocument);
 
 }  // namespace Fuzz

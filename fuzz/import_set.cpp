@@ -83,7 +83,8 @@ void Fuzz::Run(std::string_view AnInput) {
   RequireRows(*Plan, Folder);
   const std::string After = Plan->SaveToXML();
   if (RequireRest(Before)) {
-    RequireSame(After, SavedAgain(After), "a plan is saved with other bytes after an import");
+    // The stamps of a list become those of its owner at a load.
+    RequireSame(Content(After, false), Content(SavedAgain(After), false), "a plan is saved otherwise after an import");
   }
   RequireRest(After);
 }

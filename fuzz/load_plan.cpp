@@ -1,6 +1,6 @@
 #include "Plans.h"
 
-/// Loads a document as a plan, saves it and loads that: no refusal but of the first load, and the bytes come to
+/// Loads a document as a plan, saves it and loads that: no refusal but of the first load, and the content comes to
 /// rest.
 void Fuzz::Run(std::string_view AnInput) {
   const auto Plan = NewPlan();
