@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Fuzz.h"
@@ -60,17 +61,22 @@ std::vector<std::filesystem::path> FilesOf(const std::filesystem::path& AFolder)
   return Files;
 }
 
-/// Runs a seed and its damaged copies, the same ones at every run. The input that runs stands in a file, so that the
-/// one that ended the process is at hand.
-void RunSeed(const std::string& ASeed, int ACopies, const std::string& APresent) {
-  const std::string Input = Fuzz::ReadFile(ASeed);
-  TDamage Damage;
-  for (int Copy = 0; Copy <= ACopies; ++Copy) {
-    const std::string Present = Copy == 0 ? Input : Damage(Input);
-    Fuzz::WriteFile(APresent, Present);
-    Fuzz::Run(Present);
+/// Runs inputs. The one that runs stands in a file, so that the one that ended the process is at hand.
+class TRunner {
+ public:
+  explicit TRunner(std::string AFileName) : FFileName(std::move(AFileName)), FFile(FFileName, std::ios::binary) {}
+
+  void Run(std::string_view AnInput) {
+    // Written over: a file that is emptied and filled anew goes to the disk each time.
+    FFile.seekp(0) << AnInput << std::flush;
+    std::filesystem::resize_file(FFileName, AnInput.size());
+    Fuzz::Run(AnInput);
   }
-}
+
+ private:
+  std::string FFileName;
+  std::ofstream FFile;
+};
 
 }  // namespace
 
@@ -83,10 +89,17 @@ int main(int ACount, char** AValues) {
   }
   const std::filesystem::path Path = AValues[1];
   const auto Seeds = std::filesystem::is_directory(Path) ? FilesOf(Path) : std::vector{Path};
+  TRunner Runner{std::string(AValues[0]) + ".input"};
   for (const auto& Seed : Seeds) {
     std::printf("%s\n", Seed.c_str());
     std::fflush(stdout);
-    RunSeed(Seed.string(), std::atoi(AValues[2]), std::string(AValues[0]) + ".input");
+    const std::string Input = Fuzz::ReadFile(Seed.string());
+    Runner.Run(Input);
+    // The same copies at every run.
+    TDamage Damage;
+    for (int Copies = std::atoi(AValues[2]); Copies > 0; --Copies) {
+      Runner.Run(Damage(Input));
+    }
   }
   return Seeds.empty() ? 1 : 0;
 }
