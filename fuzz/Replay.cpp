@@ -2,10 +2,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
 #include <random>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "Fuzz.h"
 
@@ -54,11 +54,16 @@ class TDamage {
   std::mt19937 FRandom{42};
 };
 
-std::vector<std::filesystem::path> FilesOf(const std::filesystem::path& AFolder) {
-  const std::filesystem::directory_iterator Entries(AFolder);
-  std::vector<std::filesystem::path> Files(begin(Entries), end(Entries));
-  std::sort(Files.begin(), Files.end());
-  return Files;
+/// The contents by name: of the files in a folder, or of the one file.
+std::map<std::string, std::string> InputsOf(const std::string& APath) {
+  if (!std::filesystem::is_directory(APath)) {
+    return {{APath, Fuzz::ReadFile(APath)}};
+  }
+  std::map<std::string, std::string> Inputs;
+  for (const auto& Entry : std::filesystem::directory_iterator(APath)) {
+    Inputs[Entry.path().string()] = Fuzz::ReadFile(Entry.path().string());
+  }
+  return Inputs;
 }
 
 /// Runs inputs. The one that runs stands in a file, so that the one that ended the process is at hand.
@@ -87,13 +92,12 @@ int main(int ACount, char** AValues) {
     std::fprintf(stderr, "Usage: %s SEED-OR-FOLDER COPIES\n", AValues[0]);
     return 2;
   }
-  const std::filesystem::path Path = AValues[1];
-  const auto Seeds = std::filesystem::is_directory(Path) ? FilesOf(Path) : std::vector{Path};
+  // Read before the runner writes: its file may be the one to run.
+  const auto Inputs = InputsOf(AValues[1]);
   TRunner Runner{std::string(AValues[0]) + ".input"};
-  for (const auto& Seed : Seeds) {
-    std::printf("%s\n", Seed.c_str());
+  for (const auto& [Name, Input] : Inputs) {
+    std::printf("%s\n", Name.c_str());
     std::fflush(stdout);
-    const std::string Input = Fuzz::ReadFile(Seed.string());
     Runner.Run(Input);
     // The same copies at every run.
     TDamage Damage;
@@ -101,5 +105,5 @@ int main(int ACount, char** AValues) {
       Runner.Run(Damage(Input));
     }
   }
-  return Seeds.empty() ? 1 : 0;
+  return Inputs.empty() ? 1 : 0;
 }
