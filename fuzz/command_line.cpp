@@ -57,10 +57,22 @@ std::vector<TArguments> JobsOf(const TArguments& AnArguments, bool APathsBeginWi
   return Jobs.Jobs;
 }
 
+/// Gives each option with a free text a value that no other one has.
+TArguments Distinct(TArguments AnArguments) {
+  for (std::string& Argument : AnArguments) {
+    const std::string Name = Argument.substr(0, Argument.find(':'));
+    for (const char* Free : {"-sn", "-un", "-up", "-sf", "-fn", "-o", "-c", "-f"}) {
+      Argument += Name == Free ? Name : "";
+    }
+  }
+  return AnArguments;
+}
+
 }  // namespace
 
 /// Runs the program with the lines as arguments; the first one tells whether paths begin with a slash. It asks for one
-/// job, or none; the same settings written out in full ask for the same job.
+/// job, or none; a command line with its settings, or
+/// with distinct ones, written out in full asks for the same.
 void Fuzz::Run(std::string_view AnInput) {
   const bool PathsBeginWithSlash = TakeLine(AnInput) == "/";
   TArguments Arguments;
@@ -68,7 +80,10 @@ void Fuzz::Run(std::string_view AnInput) {
     Arguments.emplace_back(TakeLine(AnInput));
   }
   const auto Jobs = JobsOf(Arguments, PathsBeginWithSlash);
-  if (!Jobs.empty()) {
-    Require(JobsOf(Jobs.front(), PathsBeginWithSlash) == Jobs, "settings written out in full ask for another job");
+  for (const TArguments& Asked : Jobs) {
+    for (const TArguments& Full : {Asked, Distinct(Asked)}) {
+      Require(JobsOf(Full, PathsBeginWithSlash) == std::vector<TArguments>{Full},
+              "a full command line asks for another job");
+    }
   }
 }

@@ -81,10 +81,5 @@ void Fuzz::Run(std::string_view AnInput) {
     return;
   }
   RequireRows(*Plan, Folder);
-  const std::string After = Plan->SaveToXML();
-  if (RequireRest(Before)) {
-    // The stamps of a list become those of its owner at a load.
-    RequireSame(Content(After, false), Content(SavedAgain(After), false), "a plan is saved otherwise after an import");
-  }
-  RequireRest(After);
+  RequireRest(Plan->SaveToXML());
 }

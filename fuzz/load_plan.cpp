@@ -1,7 +1,6 @@
 #include "Plans.h"
 
-/// Loads a document as a plan, saves it and loads that: no refusal but of the first load, and the content comes to
-/// rest.
+/// Loads a document as a plan, saves it and loads that: no refusal but of the first load, and the content stays.
 void Fuzz::Run(std::string_view AnInput) {
   const auto Plan = NewPlan();
   const bool IsAccepted = Accepts([&] { Plan->LoadFromXML(std::string(AnInput), "fuzz"); });

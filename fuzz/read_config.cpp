@@ -25,8 +25,8 @@ TJson Common(const TOptions& AnOptions) {
           {"unknown", {1, nullptr}}};
 }
 
-/// A file with all settings, its keys in every spelling.
-std::string TextOf(const TOcfConfiguration& AConfiguration) {
+/// A document with all settings, its keys in every spelling.
+TJson DocumentOf(const TOcfConfiguration& AConfiguration) {
   const auto& Export = AConfiguration.FOcfExport;
   TJson ExportPart = Common(Export);
   ExportPart.update({{"onlyScheduledCourses", Export.FOnlyScheduledCourses},
@@ -39,12 +39,24 @@ std::string TextOf(const TOcfConfiguration& AConfiguration) {
   ImportPart.update({{"sourceFolderName", Import.FSourceFolderName},
                      {"targetFileName", Import.FTargetFileName},
                      {"targetProvider", Import.FTargetProvider}});
-  return TJson{{"Velmora", {{"ocfExport", ExportPart}, {"fOcfImport", ImportPart}}}}.dump();
+  return TJson{{"Velmora", {{"ocfExport", ExportPart}, {"fOcfImport", ImportPart}}}};
+}
+
+/// Gives each text a value that no other one has.
+void MakeDistinct(TJson& ADocument) {
+  for (TJson& Part : ADocument["Velmora"]) {
+    for (auto& [Key, Value] : Part.items()) {
+      if (Value.is_string()) {
+        Value.get_ref<std::string&>() += Key;
+      }
+    }
+  }
 }
 
 }  // namespace
 
-/// Loads a configuration: what is accepted, written with all its settings and loaded again, is the same. A text that is
+/// Loads a configuration: what is accepted, written with all its settings and loaded again, is the same,
+/// and so are settings that are all distinct. A text that is
 /// parsed as JSON at all is the same after its own round.
 void Fuzz::Run(std::string_view AnInput) {
   static const TemporaryFolder Folder;
@@ -52,9 +64,13 @@ void Fuzz::Run(std::string_view AnInput) {
   WriteFile(FileName, AnInput);
   std::unique_ptr<TOcfConfiguration> Configuration;
   if (Accepts([&] { Configuration = TOcfConfigurationManager::LoadConfig(FileName); })) {
-    const std::string Text = TextOf(*Configuration);
-    WriteFile(FileName, Text);
-    Require(TextOf(*TOcfConfigurationManager::LoadConfig(FileName)) == Text, "settings are read otherwise: " + Text);
+    TJson Written = DocumentOf(*Configuration);
+    for (int Round = 1; Round <= 2; ++Round) {
+      WriteFile(FileName, Written.dump());
+      Require(DocumentOf(*TOcfConfigurationManager::LoadConfig(FileName)) == Written,
+              "settings are read otherwise: " + Written.dump());
+      MakeDistinct(Written);
+    }
   }
   TJson Document(TJson::value_t::discarded);
   Accepts([&] { Document = TJsonUtils::Parse(AnInput); });
