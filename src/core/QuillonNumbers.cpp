@@ -68,6 +68,9 @@ void AppendPadded(std::string& ATarget, std::int64_t AValue, int ADigits) {
 void AppendFloat(std::string& ATarget, double AValue) {
   constexpr int Precision = 15;
   constexpr int LowestFixedExponent = -5;
+  // Rounded to the digits written, the few numbers above would be too large to be read again.
+  constexpr double Largest = 1.79769313486231E308;
+  AValue = std::isfinite(AValue) ? std::clamp(AValue, -Largest, Largest) : AValue;
   if (AValue == 0) {
     ATarget.push_back('0');
     return;
