@@ -194,14 +194,22 @@ TEST(Classes, AssignKeepsTheRulesOfFields) {
       "6.0.172",
       List("Classes", Item("Class", 1, "<Code>a</Code>" + List("Students", Item("Student", 3))) +
                           Item("Class", 2, "<Code>b</Code>")) +
-          List("Students", Item("Student", 3,
-                                "<Code/><Gender>0</Gender>" + Element("Class", "Class", 1) +
-                                    List("CourseSelection", Item("CourseSelection", 31, "<CourseNo>7</CourseNo>"))) +
-                               Item("Student", 4, "<Code/><Gender>0</Gender>" + Element("Class", "Class", 2))) +
-          List("Events", Item("Event", 5, "<CourseNo>7</CourseNo>" + List("Student", Item("Student", 3))) +
-                             Item("Event", 6, "<CourseNo>8</CourseNo>")));
+          List("Students",
+               Item("Student", 3,
+                    "<Code/><Gender>0</Gender>" + Element("Class", "Class", 1) +
+                        List("CourseSelection",
+                             Item("CourseSelection", 31, "<CourseNo>7</CourseNo>" + Element("Subject", "Subject", 8)) +
+                                 Item("CourseSelection", 32,
+                                      "<CourseNo>7</CourseNo>" + Element("Subject", "Subject", 9)))) +
+                   Item("Student", 4, "<Code/><Gender>0</Gender>" + Element("Class", "Class", 2))) +
+          List("Subjects", Item("Subject", 8, "<Code>M</Code>") + Item("Subject", 9, "<Code>B</Code>")) +
+          List("Events",
+               Item("Event", 5,
+                    "<CourseNo>7</CourseNo>" + Element("Subject", "Subject", 8) + List("Student", Item("Student", 3))) +
+                   Item("Event", 6, "<CourseNo>8</CourseNo>" + Element("Subject", "Subject", 9))));
   Find<TVELVeranstaltung>(*Plan, 5).Assign(Find<TVELVeranstaltung>(*Plan, 6));
-  EXPECT_EQ(Find<TVELKurswahl>(*Plan, 31).FKursNr, 8);
+  EXPECT_EQ(Find<TVELKurswahl>(*Plan, 31).FKursNr, 8) << "that of the subject and the students of before";
+  EXPECT_EQ(Find<TVELKurswahl>(*Plan, 32).FKursNr, 7) << "of another subject";
   Find<TVELSchueler>(*Plan, 3).Assign(Find<TVELSchueler>(*Plan, 4));
   EXPECT_TRUE(Find<TVELKlasse>(*Plan, 1).FSchueler.IsEmpty());
   EXPECT_TRUE(Find<TVELKlasse>(*Plan, 2).FSchueler.Holds(&Find<TVELSchueler>(*Plan, 3)));

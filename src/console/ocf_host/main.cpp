@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::string_view Usage = "Usage: velmora-ocf-host export|import CONFIG.json [-minimal-display]";
 
-/// The arguments without switches: the job and its configuration file.
+/// @param AWords the arguments without the switch: the job and its configuration file
 void RunJob(const std::vector<std::string>& AWords, TJobs& AJobs) {
   const bool IsExport = !AWords.empty() && AWords.front() == "export";
   const bool IsImport = !AWords.empty() && AWords.front() == "import";
@@ -43,7 +43,7 @@ int main(int ACount, char** AValues) {
     return TCommandLine(AWords, Platform::PathsBeginWithSlash()).FindSwitch(MinimalDisplay);
   };
   const bool IsMinimal = AsksForMinimum(Words);
-  std::erase_if(Words, [&](const std::string& AWord) { return AWord.starts_with('-') || AsksForMinimum({AWord}); });
+  std::erase_if(Words, [&](const std::string& AWord) { return AsksForMinimum({AWord}); });
   TExchangeJobs Jobs(Globals.Plan(), Output);
   return TConsoleRun(Output, IsMinimal).Run([&] { RunJob(Words, Jobs); });
 }

@@ -219,7 +219,6 @@ int TQuillonDataList::MergeEx(TQuillonDataList& AnOther) {
     if (!Contains(Item)) {
       AnOther.Extract(Item);
       Add(Item);
-      Item->SetOwner(this);
       ++Moved;
     }
   }
@@ -341,6 +340,10 @@ bool TQuillonDataList::DeleteIf(const TPredicate& APredicate) {
 
 void TQuillonDataList::RemoveObject(const TQuillonDataObject* AnItem) {
   DeleteIf([&](const TQuillonDataObject* AnOwn) { return AnOwn == AnItem; });
+}
+
+void TQuillonDataList::RemoveObjects(const TQuillonDataObjectSet& AnItems) {
+  DeleteIf([&](const TQuillonDataObject* AnOwn) { return AnItems.contains(AnOwn); });
 }
 
 TQuillonDataObject* TQuillonDataList::Extract(int AnIndex) {

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <span>
+#include <unordered_set>
 #include <vector>
 
 #include "QuillonDataObjects/DataObject.h"
 #include "QuillonDataObjects/QuickSort.h"
+
+using TQuillonDataObjectSet = std::unordered_set<const TQuillonDataAbstractObject*>;
 
 /// Order of two items: negative, zero or positive.
 using TQuillonCompareItems = int (*)(const TQuillonDataObject& A, const TQuillonDataObject& B);
@@ -80,6 +83,8 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   void Remove(const TQuillonDataObject* AnItem);
   /// As Remove for the very object, as often as the list holds it.
   void RemoveObject(const TQuillonDataObject* AnItem);
+  /// The same for all of a set in one walk.
+  void RemoveObjects(const TQuillonDataObjectSet& AnItems);
   /// Removes without freeing; null if it is not there.
   /// @throws EQuillonCollectionError for an index outside of the list
   TQuillonDataObject* Extract(int AnIndex);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <iterator>
 #include <mutex>
 
 #include "QuillonDataObjects/DataClass.h"
@@ -77,24 +78,32 @@ void TQuillonDataAbstractObject::Unregister() {
   }
 }
 
-template <class TVisit>
-void TQuillonDataAbstractObject::VisitOwned(const TVisit& AVisit) {
-  AVisit(*this);
+std::vector<TQuillonDataObject*> TQuillonDataAbstractObject::Parts() {
+  std::vector<TQuillonDataObject*> Found;
   for (const TQuillonDataRow& Row : DataClass().Rows()) {
     if (Row.Kind == TQuillonRowKind::List) {
-      TQuillonDataList& List = Row.As<TQuillonDataRow::TItems>().Field(*this);
-      AVisit(List);
-      for (TQuillonDataObject* Item : List.Items()) {
-        if (Item != nullptr && Item->FOwner == &List) {
-          Item->VisitOwned(AVisit);
-        }
-      }
+      const TQuillonDataList& List = Row.As<TQuillonDataRow::TItems>().Field(*this);
+      std::ranges::copy_if(List.Items(), std::back_inserter(Found), [&](const TQuillonDataObject* AnItem) {
+        return AnItem != nullptr && AnItem->FOwner == &List;
+      });
     } else if (Row.Kind == TQuillonRowKind::Object) {
       TQuillonDataObject* const Part = Row.As<TQuillonDataRow::TPointer>().Get(*this);
       if (Part != nullptr && Part->FOwner == this) {
-        Part->VisitOwned(AVisit);
+        Found.push_back(Part);
       }
     }
+  }
+  return Found;
+}
+
+template <class TVisit>
+void TQuillonDataAbstractObject::VisitOwned(const TVisit& AVisit) {
+  AVisit(*this);
+  for (const TQuillonDataClass::TListField List : DataClass().Lists()) {
+    AVisit(List(*this));
+  }
+  for (TQuillonDataObject* Part : Parts()) {
+    Part->VisitOwned(AVisit);
   }
 }
 

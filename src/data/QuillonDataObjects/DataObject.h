@@ -14,6 +14,7 @@
 
 class TQuillonDataClass;
 class TQuillonDataList;
+class TQuillonDataObject;
 class TQuillonDataObjectReader;
 class TQuillonDataObjectWriter;
 class TQuillonDataStorage;
@@ -120,6 +121,7 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   friend class TQuillonDataHolder;
   friend class TQuillonDataObjectRegistry;
   friend class TQuillonDataStorage;
+  friend class TQuillonDataSweep;
   friend void QuillonDataObjects::Free(TQuillonDataAbstractObject* AnObject);
 
   void AfterConstruction(TQuillonDataAbstractObject* AnOwner, const TGUID& AnID);
@@ -128,6 +130,8 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   void Register();
   /// Sets the owner. What comes into another storage, or leaves one, changes the registry with all that it owns.
   void MoveTo(TQuillonDataAbstractObject& AnOwner);
+  /// The objects that this one owns itself: items of its lists and nested ones.
+  std::vector<TQuillonDataObject*> Parts();
   /// Calls AVisit with this object and all that it owns, lists included.
   template <class TVisit>
   void VisitOwned(const TVisit& AVisit);
@@ -138,6 +142,7 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   bool FRegistered = false;
   bool FIsHeld = false;
   bool FIsNamed = false;  ///< a document that was read names the object
+  bool FIsSwept = false;  ///< nothing refers to the object any more: it is about to be freed
 };
 
 /// An object that lists and references can hold: the unit of change logging.

@@ -206,7 +206,7 @@ void TQuillonDataStorage::SaveToFile(const std::string& AFileName) {
   } else {
     const auto Held = HoldsFile() ? nullptr : QuillonIO::HoldFile(Name);
     TQuillonFileStream& File = HoldsFile() ? *FFileStream : *Held;
-    if (FCreateBackups) {
+    if (FCreateBackups && File.OpenMode() != fomOpenRead) {
       QuillonIO::KeepBackup(File, BackupNameOf(Name));
     }
     QuillonIO::ReplaceFile(File, Document);

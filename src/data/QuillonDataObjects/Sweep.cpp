@@ -1,6 +1,8 @@
 #include "QuillonDataObjects/Sweep.h"
 
+#include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -26,16 +28,16 @@ bool CanReferTo(TObject& AnObject, const TRow& ARow, const TQuillonDataClass& AC
   }
 }
 
-/// The rows of each class that can refer to objects of one class, sought when the first object of it comes.
+/// The rows of each class that can refer to objects of some classes, sought when the first object of it comes.
 class TReferringRows {
  public:
-  explicit TReferringRows(const TQuillonDataClass& AClass) : FClass(AClass) {}
+  explicit TReferringRows(std::unordered_set<const TQuillonDataClass*> AClasses) : FClasses(std::move(AClasses)) {}
 
   const std::vector<const TRow*>& Of(TObject& AnObject) {
     const auto [Found, IsNew] = FRows.try_emplace(&AnObject.DataClass());
     if (IsNew) {
       for (const TRow& Row : AnObject.DataClass().Rows()) {
-        if (CanReferTo(AnObject, Row, FClass)) {
+        if (std::ranges::any_of(FClasses, [&](const auto* AClass) { return CanReferTo(AnObject, Row, *AClass); })) {
           Found->second.push_back(&Row);
         }
       }
@@ -44,18 +46,18 @@ class TReferringRows {
   }
 
  private:
-  const TQuillonDataClass& FClass;
+  std::unordered_set<const TQuillonDataClass*> FClasses;
   std::unordered_map<const TQuillonDataClass*, std::vector<const TRow*>> FRows;
 };
 
 /// True if the object has lost an essential reference.
-bool ClearRow(TObject& AnObject, const TRow& ARow, const TQuillonDataObject& AReferred) {
+bool ClearRow(TObject& AnObject, const TRow& ARow, const TQuillonDataObjectSet& AReferred) {
   if (ARow.Kind == TQuillonRowKind::List) {
-    ARow.As<TRow::TItems>().Field(AnObject).RemoveObject(&AReferred);
+    ARow.As<TRow::TItems>().Field(AnObject).RemoveObjects(AReferred);
     return false;
   }
   const auto& Access = ARow.As<TRow::TPointer>();
-  if (Access.Get(AnObject) != &AReferred) {
+  if (!AReferred.contains(Access.Get(AnObject))) {
     return false;
   }
   Access.Set(AnObject, nullptr);
@@ -65,23 +67,96 @@ bool ClearRow(TObject& AnObject, const TRow& ARow, const TQuillonDataObject& ARe
 
 }  // namespace
 
-void QuillonDataObjects::ClearReferences(TQuillonDataStorage& AStorage, const TQuillonDataObject& AnObject) {
-  TReferringRows Rows(AnObject.DataClass());
-  std::vector<std::pair<TGUID, const TQuillonDataClass*>> Senseless;
-  std::vector<TObject*> Objects = AStorage.Registry().Objects();
-  Objects.push_back(&AStorage);
-  for (TObject* Object : Objects) {
-    for (const TRow* Row : Rows.Of(*Object)) {
-      if (ClearRow(*Object, *Row, AnObject)) {
-        Senseless.emplace_back(Object->ID(), &Object->DataClass());
+/// Objects that go together.
+class TQuillonDataSweep {
+ public:
+  explicit TQuillonDataSweep(TQuillonDataStorage& AStorage) : FStorage(AStorage) {}
+
+  /// Clears all references to the object and to what goes with it.
+  void Clear(TQuillonDataObject& AnObject) {
+    if (AnObject.FIsSwept) {
+      return;
+    }
+    Take(AnObject);
+    while (!FNext.empty()) {
+      ClearNext();
+    }
+  }
+
+  /// Removes from their lists what has lost something essential.
+  void RemoveSenseless() {
+    std::unordered_map<TQuillonDataList*, TQuillonDataObjectSet> ByList;
+    for (TQuillonDataObject* Object : FSenseless) {
+      // What lies within another one that goes, goes with that.
+      if (TQuillonDataList* const List = Object->FOwner->AsList(); List != nullptr && !LiesWithin(*List)) {
+        ByList[List].insert(Object);
+      }
+    }
+    for (const auto& [List, Objects] : ByList) {
+      List->RemoveObjects(Objects);
+    }
+  }
+
+ private:
+  /// The object, and all that it alone holds, are the next to be swept.
+  void Take(TQuillonDataObject& AnObject) {
+    AnObject.FIsSwept = true;
+    FGoing.insert(&AnObject);
+    FNext.insert(&AnObject);
+    // While a document is read, what others may refer to outlives its owner.
+    if (!FStorage.IsReading()) {
+      for (TQuillonDataObject* Part : AnObject.Parts()) {
+        if (!Part->FIsSwept && Part->FHolders == nullptr) {
+          Take(*Part);
+        }
       }
     }
   }
-  // By identity: one that goes may take another with it.
-  for (const auto& [ID, Class] : Senseless) {
-    auto* const Object = static_cast<TQuillonDataObject*>(AStorage.Registry().GetObject(ID, *Class));
-    if (TQuillonDataList* const List = Object == nullptr ? nullptr : Object->FOwner->AsList()) {
-      List->RemoveObject(Object);
+
+  void ClearNext() {
+    std::unordered_set<const TQuillonDataClass*> Classes;
+    for (const TObject* Object : FNext) {
+      Classes.insert(&Object->DataClass());
+    }
+    TReferringRows Rows(std::move(Classes));
+    const TQuillonDataObjectSet Referred = std::exchange(FNext, {});
+    std::vector<TObject*> Objects = FStorage.Registry().Objects();
+    Objects.push_back(&FStorage);
+    std::vector<TQuillonDataObject*> Senseless;
+    for (TObject* Object : Objects) {
+      for (const TRow* Row : Rows.Of(*Object)) {
+        if (ClearRow(*Object, *Row, Referred) && !FGoing.contains(Object)) {
+          Senseless.push_back(static_cast<TQuillonDataObject*>(Object));
+        }
+      }
+    }
+    for (TQuillonDataObject* Object : Senseless) {
+      if (Object->FOwner->AsList() == nullptr || Object->FIsSwept) {
+        continue;
+      }
+      FSenseless.push_back(Object);
+      if (Object->FHolders == nullptr) {
+        Take(*Object);
+      }
     }
   }
+
+  bool LiesWithin(const TQuillonDataList& AList) const {
+    const TObject* Owner = AList.FOwner;
+    while (Owner != nullptr && !FGoing.contains(Owner)) {
+      Owner = Owner->FOwner;
+    }
+    return Owner != nullptr;
+  }
+
+  TQuillonDataStorage& FStorage;
+  TQuillonDataObjectSet FGoing;
+  TQuillonDataObjectSet FNext;
+  std::vector<TQuillonDataObject*> FSenseless;
+};
+
+void QuillonDataObjects::ClearReferences(TQuillonDataStorage& AStorage, TQuillonDataObject& AnObject) {
+  TQuillonDataSweep Sweep(AStorage);
+  Sweep.Clear(AnObject);
+  Sweep.RemoveSenseless();
 }

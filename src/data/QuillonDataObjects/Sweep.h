@@ -5,10 +5,12 @@ class TQuillonDataStorage;
 
 namespace QuillonDataObjects {
 
-/// Takes every reference to the object out of the storage, ahead of the object's end: references by their setters,
-/// lists by removal. An object that loses an essential reference goes too, if a list owns it.
+/// Takes every reference to the object and to all that goes with it out of the storage, ahead of their end: references
+/// by their setters, lists by removal. What the object owns goes with it, and so does an object that loses an essential
+/// reference, if a list owns it; these are freed here.
 ///
-/// The class tables tell where to look. Takes a walk over all objects of the storage.
-void ClearReferences(TQuillonDataStorage& AStorage, const TQuillonDataObject& AnObject);
+/// The class tables tell where to look. Takes a walk over all objects of the storage, and another one for those that
+/// lost something essential, however many objects go; for one that has gone through it already nothing.
+void ClearReferences(TQuillonDataStorage& AStorage, TQuillonDataObject& AnObject);
 
 }  // namespace QuillonDataObjects

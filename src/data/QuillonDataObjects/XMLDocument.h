@@ -12,7 +12,8 @@ class TQuillonXMLDocument {
   /// Parses the whole document.
   ///
   /// References to what is no character of XML (1.0, 2.2: surrogates, U+FFFE and U+FFFF, above U+10FFFF, zero) read as
-  /// U+FFFD; such characters would make a document that nobody takes back.
+  /// U+FFFD; such characters would make a document that nobody takes back. A reference by a name that nobody declares
+  /// stays the text that it is.
   /// @param ADocument the document's bytes, in UTF-8 or UTF-16; parsed in place
   /// @param ASource what messages call the document
   /// @throws EQuillonDataObjectReaderError for what is no well-formed document of a storage, for one of another

@@ -77,6 +77,13 @@ const TQuillonDataClass& TVELVeranstaltung::Class() {
   return Class;
 }
 
+void TVELVeranstaltung::Assign(const TQuillonObject& AnObject) {
+  if (const auto* const Source = dynamic_cast<const TVELVeranstaltung*>(&AnObject)) {
+    SetKursNr(Source->FKursNr);
+  }
+  TVELBasisObject::Assign(AnObject);
+}
+
 void TVELVeranstaltung::SetKursNr(std::int32_t AKursNr) {
   if (AKursNr == FKursNr) {
     return;

@@ -87,6 +87,8 @@ class TVELVeranstaltung : public TVELBasisObject {
   double Optimum = 0;
   std::int32_t BlockBand = 0;
 
+  /// The number of the course is the first that changes: its rule goes by the subject and the students of before.
+  void Assign(const TQuillonObject& AnObject) override;
   /// Changes the number of the course, and that of the choices of its students that name it.
   void SetKursNr(std::int32_t AKursNr);
   /// Changes the subject; the lesson moves into the FVeranstaltungen of the new one.
