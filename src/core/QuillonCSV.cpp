@@ -10,6 +10,9 @@ namespace {
 /// What the text reader gives for bytes that are no text, and for itself.
 constexpr char32_t Replacement = 0xFFFD;
 
+/// Of a line that is read strictly; a vector of texts takes 32 times the bytes of a line of separators.
+constexpr std::size_t MostFields = 1'000'000;
+
 /// What the reader has seen of a field.
 enum class State { Start, Plain, Quoted, AfterQuote, AfterQuoteSpace, Comment };
 
@@ -165,6 +168,9 @@ std::optional<TQuillonCSVLine> TQuillonCSVReader::ReadLine() {
     if (Next.Counts) {
       if (!Line) {
         Line.emplace();
+      }
+      if (FStrict && FFieldCount == MostFields) {
+        ThrowFormatError("Zu viele Felder", FLineCount);
       }
       Line->push_back(FToken);
       ++FFieldCount;

@@ -36,7 +36,9 @@ class TQuillonCSVReader {
 
   bool FAllowComments = false;
   bool FIgnoreQuotes = false;
-  bool FStrict = false;  ///< what is no text in its encoding is an error, and so is a quote that is never closed
+  /// What is no text in its encoding is an error, and so are a quote that is never closed and a line of more than
+  /// 1,000,000 fields.
+  bool FStrict = false;
   char FComment = '#';
   char FSeparator = ';';
   int FLineCount = 0;  ///< calls of ReadLine

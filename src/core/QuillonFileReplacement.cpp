@@ -82,18 +82,19 @@ std::string KeepCopy(const std::string& ATarget, std::string_view AContent) {
 }
 
 void Overwrite(TQuillonFileStream& AFile, const std::string& ATarget, std::string_view AContent) {
-  const std::string Copy = KeepCopy(ATarget, AContent);
-  try {
-    Platform::WithSignalsDelayed([&] {
+  // A signal ends the run when the file is complete and its copy is gone.
+  Platform::WithSignalsDelayed([&] {
+    const std::string Copy = KeepCopy(ATarget, AContent);
+    try {
       AFile.Seek(0, TQuillonSeekOrigin::Begin);
       WriteBlocks(AFile, AContent);
       AFile.SetEndOfFile();
       AFile.Flush();
-    });
-  } catch (const EQuillonWin32Error& Error) {
-    throw EQuillonFileHandleError(Error.ErrorCode(), ATarget + " (vollständige Kopie: " + Copy + ")");
-  }
-  TQuillonFileSystem::DeleteFile(Copy, true);
+    } catch (const EQuillonWin32Error& Error) {
+      throw EQuillonFileHandleError(Error.ErrorCode(), ATarget + " (vollständige Kopie: " + Copy + ")");
+    }
+    TQuillonFileSystem::DeleteFile(Copy, true);
+  });
 }
 
 void WriteToDevice(const std::string& APath, std::string_view AContent) {

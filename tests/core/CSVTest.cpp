@@ -166,6 +166,9 @@ TEST(CSVReader, AStrictOneTakesNoTornText) {
   EXPECT_EQ(ErrorOf(std::string("\xFF\xFE\x61\x00\x62", 5), BeStrict),
             "Falsches CSV-Format: Ungültige Zeichenkodierung in Zeile 1.");
   EXPECT_EQ(ErrorOf("\"a\"\n\uFFFD;Müller", BeStrict), "");
+  EXPECT_EQ(ErrorOf("a\n" + std::string(1'000'000, ';'), BeStrict), "");
+  EXPECT_EQ(ErrorOf("a\n" + std::string(1'000'000, ';') + "x", BeStrict),
+            "Falsches CSV-Format: Zu viele Felder in Zeile 2.");
 }
 
 TEST(CSVReader, TellsWhereInTheTextItIs) {

@@ -251,6 +251,28 @@ TEST_F(OverwriteFile, WhateverCallFailsTheNewContentIsNamedOrTheOldIsThere) {
   EXPECT_TRUE(std::filesystem::is_empty(FState.Path("velmora")));
 }
 
+TEST_F(OverwriteFile, ASignalWaitsForTheCompleteFileAndTheEndOfItsCopy) {
+  FFiles.Refuse(TCall::GiveName, 0);
+  FFiles.Refuse(TCall::Rename, 0);
+  FFiles.RefuseIn(FFolder.Path(""), EROFS);
+  std::minstd_rand Random(5);
+  for (int Round = 0; Round < 40; ++Round) {
+    const pid_t Child = fork();
+    for (bool IsNew = false; Child == 0; IsNew = !IsNew) {
+      QuillonIO::ReplaceFile(FName, IsNew ? FNew : FOld);
+    }
+    std::this_thread::sleep_for(std::chrono::microseconds(2'000 + Random() % 15'000));
+    kill(Child, SIGTERM);
+    int Status = 0;
+    ASSERT_EQ(waitpid(Child, &Status, 0), Child);
+    EXPECT_TRUE(WIFSIGNALED(Status) && WTERMSIG(Status) == SIGTERM);
+    const std::string Content = QuillonIO::ReadWholeFile(FName);
+    EXPECT_TRUE(Content == FOld || Content == FNew);
+    const std::string Kept = FState.Path("velmora");
+    EXPECT_TRUE(!TQuillonFileSystem::Exists(Kept) || std::filesystem::is_empty(Kept));
+  }
+}
+
 TEST_F(ReplaceFile, ABackupIsACopyThatAppearsWhole) {
   const std::string Backup = FFolder.Path("plan.backup");
   QuillonIO::ReplaceFile(FName, FNew);

@@ -61,6 +61,21 @@ TEST_F(FileSet, LinksStayAndDevicesAreWrittenTo) {
   EXPECT_TRUE(std::filesystem::is_symlink(FFolder.Path("mark")));
 }
 
+TEST_F(FileSet, TheLockIsAPlainFileThatEveryUserCanWaitFor) {
+  const std::string Lock = FFolder.Path(".velmora-lock");
+  ASSERT_EQ(mkfifo(Lock.c_str(), 0600), 0);
+  EXPECT_THROW(Write("one", {"mark"}), EQuillonFileHandleError) << "a pipe without a writer must not be waited for";
+  TQuillonFileSystem::DeleteFile(Lock, true);
+  ASSERT_EQ(symlink("elsewhere", Lock.c_str()), 0);
+  EXPECT_THROW(Write("one", {"mark"}), EQuillonFileHandleError);
+  EXPECT_THAT(FFolder.Names(), UnorderedElementsAre(".velmora-lock"));
+  std::filesystem::remove(Lock);
+  const mode_t Mask = umask(0077);
+  const uOstrel::TFileSet Set(FFolder.Path(""), {}, "mark", {});
+  umask(Mask);
+  EXPECT_EQ(std::filesystem::status(Lock).permissions(), std::filesystem::perms(0644));
+}
+
 TEST_F(FileSet, WhateverCallFailsTheEarlierSetStaysOrIsToldToBeIncomplete) {
   for (const int UnnamedRefusal : {0, ENOTSUP}) {
     int Untouched = 0;

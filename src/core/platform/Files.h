@@ -51,8 +51,9 @@ enum class Access { Read, Write, ReadWrite };
 enum class Creation {
   Never,
   IfMissing,
-  New,        ///< the file must not exist
-  NewPrivate  ///< as New; nobody but its owner may read it until TakeAttributes
+  New,         ///< the file must not exist
+  NewPrivate,  ///< as New; nobody but its owner may read it until TakeAttributes
+  LockFile     ///< as IfMissing, for reading by everybody; a link is not followed, and only a file will do
 };
 /// What others are refused.
 enum class Lock {

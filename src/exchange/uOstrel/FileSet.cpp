@@ -57,8 +57,9 @@ TFileSet::TFileSet(std::string AFolder, std::vector<std::string> ANames, std::st
   QuillonIO::WaitWhileInUse(ATimeOut, [this] {
     // The lock and its removal at a signal come at once: that of another run must not be removed.
     Platform::WithSignalsDelayed([this] {
-      FLock = QuillonIO::OnFile(FFolder, [this] {
-        return Platform::Files().Open(FLockPath, Platform::Access::Read, Platform::Creation::IfMissing,
+      const bool IsOther = Platform::Files().Look(FLockPath) >= Platform::EntryKind::Directory;
+      FLock = QuillonIO::OnFile(IsOther ? FLockPath : FFolder, [this] {
+        return Platform::Files().Open(FLockPath, Platform::Access::Read, Platform::Creation::LockFile,
                                       Platform::Lock::Exclusive);
       });
       FLockRemoval.emplace(FLockPath);

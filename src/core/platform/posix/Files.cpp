@@ -22,7 +22,9 @@ using PosixCalls::Retried;
 
 int OpenFlags(Platform::Access AnAccess, Platform::Creation ACreation) {
   constexpr std::array AccessFlags = {O_RDONLY, O_WRONLY, O_RDWR};
-  constexpr std::array CreationFlags = {0, O_CREAT, O_CREAT | O_EXCL, O_CREAT | O_EXCL};
+  constexpr std::array CreationFlags = {0, O_CREAT, O_CREAT | O_EXCL, O_CREAT | O_EXCL,
+                                        // A pipe of that name would be waited for.
+                                        O_CREAT | O_NOFOLLOW | O_NONBLOCK};
   return AccessFlags[static_cast<std::size_t>(AnAccess)] | CreationFlags[static_cast<std::size_t>(ACreation)] |
          O_CLOEXEC | O_NOCTTY;
 }
@@ -170,6 +172,16 @@ class PosixFileSystem final : public Platform::FileSystem {
     }
     if (S_ISDIR(Info.st_mode)) {
       throw EQuillonWin32Error(EISDIR, APath);
+    }
+    if (ACreation == Platform::Creation::LockFile) {
+      if (!S_ISREG(Info.st_mode)) {
+        throw EQuillonWin32Error(EEXIST, APath);
+      }
+      // Whatever the mask says, another user's run must be able to wait for it and to take it over.
+      constexpr mode_t ForEverybody = 0644;
+      if (Info.st_size == 0 && Info.st_nlink == 1) {
+        ::fchmod(Descriptor, ForEverybody);
+      }
     }
     // Only who removes left-overs can have the lock of a file that is just made, and gives it back at once.
     Result->TakeLock(ALock, IsNew);
