@@ -7,6 +7,7 @@
 #include "QuillonFileSystem.h"
 #include "QuillonGuid.h"
 #include "QuillonNewFile.h"
+#include "QuillonText.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
 #include "platform/Signals.h"
@@ -59,7 +60,10 @@ std::unique_ptr<Platform::File> TryReplaceWhole(const std::string& ATarget, std:
 std::string KeepCopy(const std::string& ATarget, std::string_view AContent) {
   std::vector<std::string> Folders = Platform::FoldersToKeepFilesIn();
   Folders.insert(Folders.begin(), QuillonIO::FolderOf(ATarget));
-  const std::string Name = TQuillonFilePath::GetFileName(ATarget) + "." + QuillonGuid::Plain(QuillonGuid::New());
+  // Of a long name only the begin, or with what follows it would be too long for the system.
+  constexpr std::size_t LongestStem = 200;
+  std::string Name = QuillonText::CutAtCharacter(TQuillonFilePath::GetFileName(ATarget), LongestStem);
+  Name.append(".").append(QuillonGuid::Plain(QuillonGuid::New()));
   for (std::size_t I = 0;; ++I) {
     std::string Path = TQuillonFilePath::AddExtension(TQuillonFilePath::Combine(Folders[I], Name), "copy");
     try {

@@ -149,18 +149,19 @@ std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian) {
   return Text;
 }
 
-std::string Quoted(std::string_view AText) {
-  constexpr std::size_t Longest = 100;
+std::string CutAtCharacter(std::string_view AText, std::size_t ALength) {
   constexpr std::size_t MostContinuations = 3;
   const auto IsContinuation = [](char C) { return (static_cast<unsigned char>(C) & 0xC0) == 0x80; };
-  if (AText.size() > Longest) {
-    std::size_t End = Longest;
-    while (End > Longest - MostContinuations && IsContinuation(AText[End])) {
-      --End;
-    }
-    AText = AText.substr(0, End);
+  std::size_t End = std::min(ALength, AText.size());
+  while (End < AText.size() && End + MostContinuations > ALength && IsContinuation(AText[End])) {
+    --End;
   }
-  return "\"" + std::string(AText) + "\"";
+  return std::string(AText.substr(0, End));
+}
+
+std::string Quoted(std::string_view AText) {
+  constexpr std::size_t Longest = 100;
+  return "\"" + CutAtCharacter(AText, Longest) + "\"";
 }
 
 }  // namespace QuillonText

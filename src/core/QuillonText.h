@@ -28,6 +28,9 @@ std::size_t FindInvalidUtf8(std::string_view AText);
 /// become U+FFFD.
 std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian);
 
+/// The begin of the text, of at most ALength bytes, without a part of a character at its end.
+std::string CutAtCharacter(std::string_view AText, std::size_t ALength);
+
 /// The text in double quotes as messages repeat it: of a long one only the first 100 bytes, cut between characters.
 std::string Quoted(std::string_view AText);
 

@@ -302,6 +302,8 @@ TEST_F(ReplaceFile, ABackupIsACopyThatAppearsWhole) {
 }
 
 TEST_F(ReplaceFile, DevicesAreWrittenToAndFoldersRefused) {
+  // A device is everybody's: no lock keeps another one from it.
+  const TQuillonFileStream Other("/dev/null", fomOpenWrite, famShareExclusive);
   QuillonIO::ReplaceFile("/dev/null", FNew);
   struct stat Info {};
   stat("/dev/null", &Info);

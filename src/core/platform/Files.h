@@ -70,8 +70,8 @@ class FileSystem {
  public:
   virtual ~FileSystem() = default;
 
-  /// Opens a file as it is; a lock that is not free is refused at once (IsInUse). The file that is locked is the one
-  /// that the path names, also if another one took its place in the meantime.
+  /// Opens a file as it is; a lock that is not free is refused at once (IsInUse), and pipes and devices have none. The
+  /// file that is locked is the one that the path names, also if another one took its place in the meantime.
   virtual std::unique_ptr<File> Open(const std::string& APath, Access AnAccess, Creation ACreation, Lock ALock) = 0;
   /// A new file in a folder, for reading and writing, that is gone if it was given no name, whatever ends the process.
   /// @param ACreation New or NewPrivate

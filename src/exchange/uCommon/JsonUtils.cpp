@@ -8,8 +8,9 @@
 
 namespace {
 
-/// Far more than settings need, and little enough for a file that is something else altogether.
-constexpr std::size_t MaxFileSize = std::size_t{16} << 20;
+/// Far more than settings and lists of identifiers need, and little enough for a text that is something else altogether:
+/// as a document it takes many times its size.
+constexpr std::size_t MaxSize = std::size_t{16} << 20;
 constexpr int MaxDepth = 64;
 
 constexpr const char* SettingsMember = "Velmora";
@@ -23,7 +24,7 @@ std::string ReadText(const std::string& AFileName) {
   std::vector<char> Block(std::size_t{64} << 10);
   std::string Text;
   while (const std::size_t Count = Stream.Read(Block)) {
-    if (Text.size() + Count > MaxFileSize) {
+    if (Text.size() + Count > MaxSize) {
       ThrowNoJson(AFileName);
     }
     Text.append(Block.data(), Count);
@@ -35,6 +36,9 @@ std::string ReadText(const std::string& AFileName) {
 
 nlohmann::json TJsonUtils::Parse(std::string_view AText) {
   using TJson = nlohmann::json;
+  if (AText.size() > MaxSize) {
+    throw EQuillonException("The JSON text is larger than " + std::to_string(MaxSize >> 20) + " MiB.");
+  }
   bool IsTooDeep = false;
   const auto CheckDepth = [&IsTooDeep](int ADepth, TJson::parse_event_t, const TJson&) {
     IsTooDeep = IsTooDeep || ADepth > MaxDepth;

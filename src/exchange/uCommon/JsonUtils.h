@@ -18,7 +18,7 @@ class TJsonUtils {
 
   /// Parses a text from outside (RFC 8259). Whoever walks the result may do so by recursion.
   /// @return a discarded value for a text that is no JSON
-  /// @throws EQuillonException for one that is nested deeper than any of ours
+  /// @throws EQuillonException for one that is larger, or nested deeper, than any of ours
   static nlohmann::json Parse(std::string_view AText);
 
   /// Reads a file that holds one JSON object (RFC 8259) in UTF-8, with or without byte order mark.

@@ -173,4 +173,16 @@ void TVELSammelaenderung::Finish() {
   EnterLessons();
   SortLists();
   FNewLessons.clear();
+  AlignLists();
+}
+
+/// A list that is read has the stamps of its object: with those now, the file of the next load and save is the same.
+void TVELSammelaenderung::AlignLists() {
+  std::vector<TQuillonDataAbstractObject*> Objects = FPlan.Registry().Objects();
+  Objects.push_back(&FPlan);
+  for (TQuillonDataAbstractObject* Object : Objects) {
+    for (const TQuillonDataClass::TListField List : Object->DataClass().Lists()) {
+      List(*Object).TakeStamps(*Object);
+    }
+  }
 }

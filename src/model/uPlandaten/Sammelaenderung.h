@@ -50,6 +50,7 @@ class TVELSammelaenderung {
   void EnterLessons();
   static void EnterUses(TVELPlanobjekt& AnObject, const std::vector<TUse>& AUses);
   void SortLists();
+  void AlignLists();
 
   TVELPlan& FPlan;
   std::vector<TVELKlasse*> FClasses;

@@ -183,8 +183,10 @@ class PosixFileSystem final : public Platform::FileSystem {
         ::fchmod(Descriptor, ForEverybody);
       }
     }
-    // Only who removes left-overs can have the lock of a file that is just made, and gives it back at once.
-    Result->TakeLock(ALock, IsNew);
+    if (S_ISREG(Info.st_mode)) {
+      // Only who removes left-overs can have the lock of a file that is just made, and gives it back at once.
+      Result->TakeLock(ALock, IsNew);
+    }
     return Result;
   }
 
