@@ -1,15 +1,15 @@
 #pragma once
 
 #include <algorithm>
-#include <chrono>
+#include <ctime>
 #include <limits>
 
-/// Seconds that AWork takes.
+/// Seconds of the processor that AWork takes, whatever else the machine does.
 template <class TWork>
 double Seconds(const TWork& AWork) {
-  const auto Begin = std::chrono::steady_clock::now();
+  const std::clock_t Begin = std::clock();
   AWork();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - Begin).count();
+  return static_cast<double>(std::clock() - Begin + 1) / CLOCKS_PER_SEC;
 }
 
 /// How many times as long something takes at four times the size: 4 for linear work, 16 for quadratic.

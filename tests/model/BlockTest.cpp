@@ -14,6 +14,7 @@
 #include "uPlandaten/Schueler.h"
 #include "uPlandaten/Termine.h"
 #include "uPlandaten/Veranstaltungen.h"
+#include "uPlandaten/Vertretungen.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -264,6 +265,27 @@ TEST(Molecules, ABlockIsTakenApartInOnePass) {
                          TVELMoleculeList::RemoveTermin(*Lesson->FTermine.GetItem(0));
                        }
                      });
+                   }),
+            QuadraticGrowth);
+}
+
+TEST(Sweeps, ALessonGoesInOnePassWithItsAppointmentsAndTheirChanges) {
+  EXPECT_LT(Growth(1000,
+                   [](int ASize) {
+                     const TPlan Plan = CreateStorage<TVELPlan>();
+                     auto* const Lesson = Create<TVELVeranstaltung>(Plan.get());
+                     Plan->FVeranstaltungen.Append(Lesson);
+                     for (int I = 0; I < ASize; ++I) {
+                       auto* const Appointment = Create<TVELTermin>(Plan.get());
+                       Lesson->FTermine.Append(Appointment);
+                       auto* const Change = Create<TVELVertretung>(Plan.get());
+                       Change->FATermin = Appointment;
+                       Plan->FAenderungen.Append(Change);
+                     }
+                     const double Taken = Seconds([&] { Plan->FVeranstaltungen.Delete(0); });
+                     EXPECT_TRUE(Plan->FAenderungen.IsEmpty());
+                     EXPECT_EQ(Plan->FVeranstaltungen.Count(), 0);
+                     return Taken;
                    }),
             QuadraticGrowth);
 }
