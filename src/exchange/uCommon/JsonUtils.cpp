@@ -8,8 +8,8 @@
 
 namespace {
 
-/// Far more than settings and lists of identifiers need, and little enough for a text that is something else altogether:
-/// as a document it takes many times its size.
+/// Far more than settings and lists of identifiers need, and little enough for a text that is something else
+/// altogether: as a document it takes many times its size.
 constexpr std::size_t MaxSize = std::size_t{16} << 20;
 constexpr int MaxDepth = 64;
 
