@@ -258,7 +258,7 @@ TEST_F(OverwriteFile, ASignalWaitsForTheCompleteFileAndTheEndOfItsCopy) {
   std::minstd_rand Random(5);
   for (int Round = 0; Round < 40; ++Round) {
     const pid_t Child = fork();
-    for (bool IsNew = false; Child == 0; IsNew = !IsNew) {
+    for (bool IsNew = false, IsChild = Child == 0; IsChild; IsNew = !IsNew) {
       QuillonIO::ReplaceFile(FName, IsNew ? FNew : FOld);
     }
     std::this_thread::sleep_for(std::chrono::microseconds(2'000 + Random() % 15'000));
