@@ -258,8 +258,12 @@ TEST_F(OverwriteFile, ASignalWaitsForTheCompleteFileAndTheEndOfItsCopy) {
   std::minstd_rand Random(5);
   for (int Round = 0; Round < 40; ++Round) {
     const pid_t Child = fork();
-    for (bool IsNew = false, IsChild = Child == 0; IsChild; IsNew = !IsNew) {
-      QuillonIO::ReplaceFile(FName, IsNew ? FNew : FOld);
+    if (Child == 0) {
+      constexpr unsigned LongestLife = 60;
+      alarm(LongestLife);
+      for (bool IsNew = false;; IsNew = !IsNew) {
+        QuillonIO::ReplaceFile(FName, IsNew ? FNew : FOld);
+      }
     }
     std::this_thread::sleep_for(std::chrono::microseconds(2'000 + Random() % 15'000));
     kill(Child, SIGTERM);
