@@ -190,7 +190,7 @@ std::vector<TQuillonDataObject*> TQuillonDataObjectRegistry::Unheld() const {
   return Found;
 }
 
-void TQuillonDataObjectRegistry::ForgetNames() {
+void TQuillonDataObjectRegistry::ForgetNames() const {
   for (TQuillonDataAbstractObject* Object : Objects()) {
     Object->FIsNamed = false;
   }

@@ -72,7 +72,7 @@ class TQuillonDataObjectRegistry {
   /// Objects that no list and no other object holds.
   std::vector<TQuillonDataObject*> Unheld() const;
   /// Forgets that a document has named the objects.
-  void ForgetNames();
+  void ForgetNames() const;
   /// Forgets all objects and lists.
   void Clear();
 
