@@ -20,7 +20,9 @@ TQuillonDataList::TQuillonDataList(TQuillonDataAbstractObject* AnOwner, TItems A
 
 TQuillonDataList::~TQuillonDataList() {
   // What a table row holds has gone with the object by now; a list of its own still has its items.
-  FreeItems();
+  if (!FItems.empty()) {
+    FreeItems();
+  }
   Unregister();
 }
 

@@ -66,8 +66,8 @@ void TQuillonDataAbstractObject::Register() {
   }
 }
 
-void TQuillonDataAbstractObject::Unregister() {
-  TQuillonDataStorage* const Store = FRegistered ? Storage() : nullptr;
+void TQuillonDataAbstractObject::LeaveRegistry() {
+  TQuillonDataStorage* const Store = Storage();
   if (Store == nullptr) {
     return;
   }
@@ -177,7 +177,9 @@ void TQuillonDataAbstractObject::InitProperties() {
   const bool IsRead = Store != nullptr && Store->IsReading();
   FCreated = IsRead ? Store->ReadingSince() : TQuillonDateTime(QuillonDateTime::Now());
   FChanged = FCreated;
-  for (const TQuillonDataClass::TListField List : DataClass().Lists()) {
+  // What a reader makes gets the stamps of its lists with their rows.
+  for (const TQuillonDataClass::TListField List :
+       IsRead ? std::span<const TQuillonDataClass::TListField>() : DataClass().Lists()) {
     List(*this).TakeStamps(*this);
   }
 }

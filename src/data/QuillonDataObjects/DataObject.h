@@ -114,7 +114,11 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   /// Frees owned parts, and in the model every reference to this object.
   virtual void FreeProperties();
   /// Leaves the registry of the storage.
-  void Unregister();
+  void Unregister() {
+    if (FRegistered) {
+      LeaveRegistry();
+    }
+  }
 
  private:
   friend class TQuillonDataClass;
@@ -128,6 +132,7 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   void BeforeDestruction();
   void MakeID() const;
   void Register();
+  void LeaveRegistry();
   /// Sets the owner. What comes into another storage, or leaves one, changes the registry with all that it owns.
   void MoveTo(TQuillonDataAbstractObject& AnOwner);
   /// The objects that this one owns itself: items of its lists and nested ones.

@@ -105,54 +105,61 @@ void SetRelations(TQuillonDataAbstractObject& AnOwner, TObjects AnOld, TObjects 
 
 namespace {
 
-using TUsers = std::unordered_map<TVELPlanobjekt*, std::vector<TVELVeranstaltung*>>;
-
-void EnterUser(TUsers& AUsers, TQuillonDataObject* AnObject, TVELVeranstaltung* ALesson) {
-  if (AnObject == nullptr) {
-    return;
-  }
-  std::vector<TVELVeranstaltung*>& Lessons = AUsers[static_cast<TVELPlanobjekt*>(AnObject)];
-  if (Lessons.empty() || Lessons.back() != ALesson) {
-    Lessons.push_back(ALesson);
+/// Calls AVisit(TVELPlanobjekt&, TVELVeranstaltung&) for all that each lesson and its appointments use.
+template <class TVisit>
+void ForEachUse(const TVELPlan& APlan, const TVisit& AVisit) {
+  for (TVELVeranstaltung* Lesson : APlan.FVeranstaltungen) {
+    const auto Visit = [&](TQuillonDataObject* AnObject) {
+      if (AnObject != nullptr) {
+        AVisit(*static_cast<TVELPlanobjekt*>(AnObject), *Lesson);
+      }
+    };
+    const auto VisitAll = [&](const auto&... ALists) { (std::ranges::for_each(ALists.Items(), Visit), ...); };
+    Visit(Lesson->FFach);
+    VisitAll(Lesson->FKlassen, Lesson->FLehrer, Lesson->FRaeume, Lesson->FSchueler, Lesson->FRessourcen);
+    for (const TVELTermin* Appointment : Lesson->FTermine) {
+      VisitAll(Appointment->FLehrer, Appointment->FRaeume, Appointment->FRessourcen);
+    }
   }
 }
 
-TUsers FindUsers(const TVELPlan& APlan) {
-  TUsers Users;
-  const auto EnterAll = [&](TVELVeranstaltung* ALesson, auto&... ALists) {
-    const auto Enter = [&](const TQuillonDataList& AList) {
-      for (TQuillonDataObject* Item : AList.Items()) {
-        EnterUser(Users, Item, ALesson);
-      }
-    };
-    (Enter(ALists), ...);
-  };
-  for (TVELVeranstaltung* Lesson : APlan.FVeranstaltungen) {
-    EnterUser(Users, Lesson->FFach, Lesson);
-    EnterAll(Lesson, Lesson->FKlassen, Lesson->FLehrer, Lesson->FRaeume, Lesson->FSchueler, Lesson->FRessourcen);
-    for (const TVELTermin* Appointment : Lesson->FTermine) {
-      EnterAll(Lesson, Appointment->FLehrer, Appointment->FRaeume, Appointment->FRessourcen);
+using TObjectSet = std::unordered_set<TVELPlanobjekt*>;
+
+/// The objects whose lists are not just their lessons in the order of the plan. As a rule there are few: files tell
+/// all lessons, and in that order.
+TObjectSet FindIrregular(const TVELPlan& APlan) {
+  TObjectSet Irregular;
+  // How many of its lessons have been met stands in the object's scratch value.
+  ForEachUse(APlan, [](TVELPlanobjekt& AnObject, TVELVeranstaltung&) { AnObject.FTag = 0; });
+  ForEachUse(APlan, [&](TVELPlanobjekt& AnObject, TVELVeranstaltung& ALesson) {
+    const auto Lessons = AnObject.FVeranstaltungen.Items();
+    const auto Met = static_cast<std::size_t>(AnObject.FTag);
+    if (Met < Lessons.size() && Lessons[Met] == &ALesson) {
+      ++AnObject.FTag;
+    } else if (Met == 0 || Met > Lessons.size() || Lessons[Met - 1] != &ALesson) {
+      Irregular.insert(&AnObject);
     }
-  }
-  return Users;
+  });
+  return Irregular;
 }
 
 }  // namespace
 
 void EnterLessons(TVELPlan& APlan) {
-  for (const auto& [Object, Lessons] : FindUsers(APlan)) {
-    TVELVeranstaltungsliste& Own = Object->FVeranstaltungen;
-    // As a rule the file tells all of them, in the order of the plan.
-    if (std::ranges::equal(Own, Lessons)) {
-      continue;
-    }
-    std::unordered_set<const TVELVeranstaltung*> Present(Own.begin(), Own.end());
-    for (TVELVeranstaltung* Lesson : Lessons) {
-      if (Present.insert(Lesson).second) {
-        Own.Append(Lesson);
-      }
-    }
+  const TObjectSet Irregular = FindIrregular(APlan);
+  if (Irregular.empty()) {
+    return;
   }
+  std::unordered_map<TVELPlanobjekt*, std::unordered_set<const TQuillonDataObject*>> Present;
+  for (TVELPlanobjekt* Object : Irregular) {
+    const auto Lessons = Object->FVeranstaltungen.Items();
+    Present.try_emplace(Object, Lessons.begin(), Lessons.end());
+  }
+  ForEachUse(APlan, [&](TVELPlanobjekt& AnObject, TVELVeranstaltung& ALesson) {
+    if (const auto Found = Present.find(&AnObject); Found != Present.end() && Found->second.insert(&ALesson).second) {
+      AnObject.FVeranstaltungen.Append(&ALesson);
+    }
+  });
 }
 
 bool LessonUses(const TVELVeranstaltung& ALesson, const TVELPlanobjekt& AnObject, const TVELTermin* AnExcepted) {
