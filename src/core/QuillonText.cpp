@@ -9,6 +9,8 @@
 #include <cstring>
 #include <iterator>
 
+#include "QuillonTextIO.h"
+
 namespace {
 
 bool IsAscii(std::string_view AText) {
@@ -120,32 +122,14 @@ std::size_t FindInvalidUtf8(std::string_view AText) {
 }
 
 std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian) {
-  constexpr char16_t Mark = 0xFEFF;
-  constexpr char16_t Replacement = 0xFFFD;
-  std::u16string Units;
-  Units.reserve(ABytes.size() / 2 + 1);
-  for (std::size_t Place = 0; Place + 1 < ABytes.size(); Place += 2) {
-    const auto First = static_cast<unsigned char>(ABytes[Place]);
-    const auto Second = static_cast<unsigned char>(ABytes[Place + 1]);
-    Units.push_back(static_cast<char16_t>(AnIsBigEndian ? First << 8 | Second : Second << 8 | First));
-  }
-  if (ABytes.size() % 2 != 0) {
-    Units.push_back(Replacement);
-  }
-  // The library gives up at half a pair.
-  const auto IsHalf = [&](std::size_t APlace, char16_t ABegin) {
-    return APlace < Units.size() && (Units[APlace] & 0xFC00) == ABegin;
-  };
-  for (std::size_t Place = 0; Place < Units.size(); ++Place) {
-    if (IsHalf(Place, 0xD800) && IsHalf(Place + 1, 0xDC00)) {
-      ++Place;
-    } else if (IsHalf(Place, 0xD800) || IsHalf(Place, 0xDC00)) {
-      Units[Place] = Replacement;
-    }
-  }
-  const std::size_t Begin = !Units.empty() && Units.front() == Mark ? 1 : 0;
+  constexpr std::size_t BufferSize = 65'536;
+  TQuillonMemoryStream Stream{std::string(ABytes)};
+  TQuillonTextReader Reader(Stream, AnIsBigEndian ? TQuillonEncoding::Utf16BE : TQuillonEncoding::Utf16LE, true,
+                            BufferSize);
   std::string Text;
-  utf8::utf16to8(Units.begin() + static_cast<std::ptrdiff_t>(Begin), Units.end(), std::back_inserter(Text));
+  for (char32_t Char = 0; Reader.Read(Char);) {
+    utf8::append(Char, std::back_inserter(Text));
+  }
   return Text;
 }
 
