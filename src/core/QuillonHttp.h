@@ -83,7 +83,14 @@ std::unique_ptr<TQuillonHttpClient> CreateClient();
 /// The name of a status in RFC 9110; empty for one that it does not know.
 std::string_view StatusName(int AStatus);
 
-/// The user name and the password in an address as it writes them, with the ":" between; empty without.
-std::string UserInfo(const std::string& AUrl);
+struct TLogin {
+  std::string User;
+  std::string Password;
+  std::string EncodedPassword;  ///< as the address writes it
+};
+
+/// The login in an address; none where it holds no password.
+/// @throws EQuillonHttpError for what is no http or https address
+std::optional<TLogin> LoginIn(const std::string& AUrl);
 
 }  // namespace QuillonHttp

@@ -303,7 +303,8 @@ class TCurlClient final : public TQuillonHttpClient {
     TQuillonHttpResponse Response = std::move(AnAnswer.Response);
     Response.Status = static_cast<int>(Status);
     if (Response.StatusText.empty()) {
-      Response.StatusText = QuillonHttp::StatusName(Response.Status);
+      const std::string_view Name = QuillonHttp::StatusName(Response.Status);
+      Response.StatusText = Name.empty() ? "HTTP status " + std::to_string(Response.Status) : std::string(Name);
     }
     return Response;
   }
@@ -315,11 +316,11 @@ namespace QuillonHttp {
 
 std::unique_ptr<TQuillonHttpClient> CreateClient() { return std::make_unique<TCurlClient>(); }
 
-std::string UserInfo(const std::string& AUrl) {
+std::optional<TLogin> LoginIn(const std::string& AUrl) {
   const TUrl Url(AUrl);
-  const std::string User = Url.Part(CURLUPART_USER);
-  const std::string Password = Url.Part(CURLUPART_PASSWORD);
-  return Password.empty() ? User : User + ":" + Password;
+  TLogin Login{Url.Part(CURLUPART_USER, CURLU_URLDECODE), Url.Part(CURLUPART_PASSWORD, CURLU_URLDECODE),
+               Url.Part(CURLUPART_PASSWORD)};
+  return Login.EncodedPassword.empty() ? std::nullopt : std::optional(std::move(Login));
 }
 
 }  // namespace QuillonHttp
