@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 /// The version of the data file at its last good upload, kept between runs for each user.
@@ -16,3 +17,10 @@ class TVELUploadState {
   /// Keeps the version; where that cannot be done, nothing is kept, and that is no failure.
   virtual void Store(const std::string& AName, std::int64_t AVersion) = 0;
 };
+
+namespace uUpload {
+
+/// The state among the preferences of the user who runs the process.
+std::unique_ptr<TVELUploadState> UserState();
+
+}  // namespace uUpload
