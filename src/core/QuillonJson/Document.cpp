@@ -85,6 +85,11 @@ void TQuillonJSONString::AddChar(char32_t ACh) {
   utf8::append(IsChar ? ACh : Replacement, std::back_inserter(FStrBuilder));
 }
 
+void TQuillonJSONString::Clear() {
+  FHasText = true;
+  FStrBuilder.clear();
+}
+
 TQuillonJSONNumber::TQuillonJSONNumber(std::int64_t AValue) : TQuillonJSONString(std::to_string(AValue)) {}
 
 TQuillonJSONNumber::TQuillonJSONNumber(double AValue) : TQuillonJSONString(FloatText(AValue)) {}

@@ -113,6 +113,8 @@ class TQuillonJSONString : public TQuillonJSONValue {
 
   /// Appends a character; a null string becomes a text.
   virtual void AddChar(char32_t ACh);
+  /// Makes it the empty text.
+  void Clear();
 
   bool IsNull() const { return !FHasText; }
   const std::string& Text() const { return FStrBuilder; }
