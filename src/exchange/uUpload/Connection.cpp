@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "JsonUtils.h"
-#include "QuillonDataObjects/XMLValues.h"
+#include "QuillonBase64.h"
 #include "QuillonText.h"
 
 namespace {
@@ -42,7 +42,7 @@ TQuillonHttpResponse TVELUploadConnection::Post(TQuillonHttpRequest ARequest) {
   if (const auto Login = QuillonHttp::LoginIn(ARequest.Url)) {
     Hide(Login->EncodedPassword);
     Hide(Login->Password);
-    Hide(QuillonXMLValues::EncodeBase64(Login->User + ":" + Login->Password));
+    Hide(QuillonBase64::Encode(Login->User + ":" + Login->Password));
   }
   ARequest.UserAgent = "Velmora HTTP Client";
   ARequest.Headers.emplace_back("Accept", "application/json");
