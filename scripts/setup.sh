@@ -4,7 +4,7 @@
 set -eu
 
 set -- g++ cmake ninja-build python3 libxml2-utils tzdata \
-  libpugixml-dev nlohmann-json3-dev libzip-dev zlib1g-dev libutfcpp-dev libutf8proc-dev nettle-dev \
+  libpugixml-dev nlohmann-json3-dev libzip-dev zlib1g-dev libutfcpp-dev libutf8proc-dev nettle-dev libcurl4-openssl-dev \
   libgtest-dev libgmock-dev libbenchmark-dev "$@"
 
 if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then

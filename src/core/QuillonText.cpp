@@ -143,6 +143,24 @@ std::string CutAtCharacter(std::string_view AText, std::size_t ALength) {
   return std::string(AText.substr(0, End));
 }
 
+std::string OneLine(std::string_view AText) {
+  constexpr unsigned char Delete = 0x7F;
+  std::string Line;
+  Line.reserve(AText.size());
+  bool IsInBreak = false;
+  for (const char C : AText) {
+    const auto Byte = static_cast<unsigned char>(C);
+    const bool IsControl = Byte < ' ' || Byte == Delete;
+    if (!IsControl) {
+      Line.push_back(C);
+    } else if (!IsInBreak) {
+      Line.push_back(' ');
+    }
+    IsInBreak = IsControl;
+  }
+  return Line;
+}
+
 std::string Quoted(std::string_view AText) {
   constexpr std::size_t Longest = 100;
   return "\"" + CutAtCharacter(AText, Longest) + "\"";
