@@ -93,6 +93,11 @@ struct TRangeOptions {
 void GetBereichEintraege(const TPlanContext& AContext, TVELPlanobjekt* AnObject, const TRangeOptions& AnOptions,
                          TSeen& ASeen, TVELPlanEintragListe& AList, const TSpan& ARange);
 
+/// The list of substitutions of an object, or of all for null, as entries in the order of time.
+/// @param AMode see uDataUtils::TSubstitutionMode
+void GetVertretungen(const TPlanContext& AContext, TVELPlanobjekt* AnObject, std::uint8_t AMode, bool APublicOnly,
+                     TVELPlanEintragListe& AList, const TSpan& ARange);
+
 /// Which dates of a supervision are told.
 enum TSupervisionMode : std::uint8_t { smEvery, smChangedOnly, smEveryDate };
 

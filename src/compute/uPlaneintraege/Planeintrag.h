@@ -91,9 +91,8 @@ class TVELPlaneintrag {
 /// Entries, which the list owns.
 class TVELPlanEintragListe {
  public:
-  TVELPlaneintrag& Add(TVELPlaneintrag AnEntry) {
-    return *FItems.emplace_back(std::make_unique<TVELPlaneintrag>(std::move(AnEntry)));
-  }
+  /// A new entry at the end.
+  TVELPlaneintrag& Add() { return *FItems.emplace_back(std::make_unique<TVELPlaneintrag>()); }
   void Add(std::unique_ptr<TVELPlaneintrag> AnEntry) { FItems.push_back(std::move(AnEntry)); }
   void Clear() { FItems.clear(); }
   bool IsEmpty() const { return FItems.empty(); }
