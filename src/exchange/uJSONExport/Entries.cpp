@@ -1,8 +1,6 @@
 #include <algorithm>
 #include <functional>
-#include <unordered_map>
 
-#include "uDataUtils/Publishing.h"
 #include "uDataUtils/Substitutions.h"
 #include "uJSONExport/Run.h"
 #include "uPlandaten/Klassen.h"
@@ -61,30 +59,12 @@ class TCollector {
   }
 
   void FindSubstitutions(TVELPlanobjekt& AnObject, bool AClassPass, TVELPlanEintragListe& AFound) {
-    const TVELPlanobjekt* const Object = &AnObject;
-    const uDataUtils::TSubstitutionFilter Filter{
-        .Span = FRun.Range(), .Objects = {&Object, 1}, .PublishedOnly = true, .WithAbsentClasses = true};
-    std::unordered_map<const TVELAenderung*, std::unique_ptr<TVELPlaneintrag>> Made;
-    const auto Make = [&](const TVELAenderung& AChange) -> std::unique_ptr<TVELPlaneintrag>& {
-      auto& Entry = Made[&AChange];
-      if (Entry == nullptr) {
-        Entry = uPlaneintraege::CreateChangeEintrag(FRun.Context, const_cast<TVELAenderung&>(AChange), &AnObject, true);
-      }
-      return Entry;
-    };
-    const auto HasObjects = [&](const TVELAenderung& AChange) {
-      const TVELPlaneintrag& Entry = *Make(AChange);
-      return !(Entry.FNeueKlassen.empty() && Entry.FNeueLehrer.empty() && Entry.FNeueRaeume.empty() &&
-               Entry.FNeueFaecher.empty() && Entry.FFehlendeKlassen.empty() && Entry.FFehlendeLehrer.empty() &&
-               Entry.FFehlendeRaeume.empty() && Entry.FFehlendeFaecher.empty());
-    };
-    for (const TVELAenderung* Change : uDataUtils::AllSubstitutions(FRun.Context, Filter, HasObjects)) {
-      const TVELTermin* const Termin = Change->Termin();
+    uPlaneintraege::GetVertretungen(FRun.Context, &AnObject, uDataUtils::smAll, true, AFound, FRun.Range());
+    std::erase_if(AFound.Items(), [&](const auto& AnEntry) {
+      const TVELTermin* const Termin = AnEntry->Aenderung()->Termin();
       const bool IsOfCourse = Termin != nullptr && !Termin->Schueler().empty();
-      if (!(AClassPass && IsOfCourse) && FExport.Log.insert(Change).second) {
-        AFound.Add(std::move(Make(*Change)));
-      }
-    }
+      return (AClassPass && IsOfCourse) || !FExport.Log.insert(AnEntry->Aenderung()).second;
+    });
   }
 
   void Take(std::unique_ptr<TVELPlaneintrag> AnEntry, bool AClassPass) {
@@ -125,8 +105,7 @@ class TCollector {
     if (What == nullptr) {
       What = AnEntry.FTermin;
     }
-    return What == nullptr ||
-           FKeys.insert({What, Milliseconds(AnEntry.FStart), Milliseconds(AnEntry.FFinish)}).second;
+    return What == nullptr || FKeys.insert({What, Milliseconds(AnEntry.FStart), Milliseconds(AnEntry.FFinish)}).second;
   }
 
   static constexpr int NoLesson = 6;  ///< kind of change

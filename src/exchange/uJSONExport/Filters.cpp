@@ -45,8 +45,7 @@ std::vector<const TQuillonDataObject*> TeamsOf(const TVELPlanobjekt& AnObject) {
   return {Class != nullptr ? Class->FTeam : nullptr};
 }
 
-void AddTeachersOfTeams(const TVELPlan& APlan, const TVELPlanobjekt& AMember,
-                        std::vector<TVELPlanobjekt*>& ATeachers) {
+void AddTeachersOfTeams(const TVELPlan& APlan, const TVELPlanobjekt& AMember, std::vector<TVELPlanobjekt*>& ATeachers) {
   const auto OwnTeams = TeamsOf(AMember);
   const std::unordered_set<const TQuillonDataObject*> Teams(OwnTeams.begin(), OwnTeams.end());
   for (TVELLehrer* Teacher : APlan.FLehrer) {
@@ -174,7 +173,9 @@ int ChangeType(const TRun& ARun, const TVELPlaneintrag& AnEntry) {
   if (!uDataUtils::ChangesNothing(Substitution) && !uDataUtils::AllClassesAbsent(ARun.Context, Substitution)) {
     return 0;
   }
-  return Substitution.FVertretungsmerkmal == vmKlasseFrei ? 7 : Substitution.FVertretungsmerkmal == vmKlasseFehlt ? 8 : 6;
+  return Substitution.FVertretungsmerkmal == vmKlasseFrei    ? 7
+         : Substitution.FVertretungsmerkmal == vmKlasseFehlt ? 8
+                                                             : 6;
 }
 
 bool IsAbsenceOnly(const TVELPlaneintrag& AnEntry) {

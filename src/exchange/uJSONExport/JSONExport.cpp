@@ -116,9 +116,7 @@ TQuillonJSONOwner<TQuillonJSONObject> TVELJSONExport::BuildWhole() {
   return Build();
 }
 
-void TVELJSONExport::SaveJSONToStream(TQuillonStream& AStream) {
-  AStream.Write(uJSONExport::FileText(*BuildWhole()));
-}
+void TVELJSONExport::SaveJSONToStream(TQuillonStream& AStream) { AStream.Write(uJSONExport::FileText(*BuildWhole())); }
 
 void TVELJSONExport::SaveJSONText(const std::string& /*AFileName*/) { static_cast<void>(BuildWhole()->ToString()); }
 

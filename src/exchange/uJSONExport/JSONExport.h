@@ -60,17 +60,17 @@ class TVELJSONExport {
   TVELDataTypes DataTypes;
   bool AlleWochen = false;  ///< one entry for each appointment, without dates, changes and absences
   TVELDateTime Start;
-  TVELDateTime Finish;                  ///< last day
-  std::int32_t MaxItemCount = 0;        ///< read by no step, as the next two
+  TVELDateTime Finish;            ///< last day
+  std::int32_t MaxItemCount = 0;  ///< read by no step, as the next two
   TVELPlanobjekt* Homeobjekt = nullptr;
   bool Bemerkung = false;
-  TVELPlanobjekt* Planobjekt = nullptr;  ///< the single object that the document is for
-  TVELDateTime PlanStart;                ///< earliest entry of the last build; 0 without one
-  bool Art = true;                       ///< writes "caption"
-  bool Information = true;               ///< writes "information"
-  bool Mitteilung = true;                ///< writes "message"
-  const TVELSchluessel* Kategorie = nullptr;         ///< only events of this category
-  const TVELJSONUserData* UserData = nullptr;        ///< whom the document is for; not owned
+  TVELPlanobjekt* Planobjekt = nullptr;            ///< the single object that the document is for
+  TVELDateTime PlanStart;                          ///< earliest entry of the last build; 0 without one
+  bool Art = true;                                 ///< writes "caption"
+  bool Information = true;                         ///< writes "information"
+  bool Mitteilung = true;                          ///< writes "message"
+  const TVELSchluessel* Kategorie = nullptr;       ///< only events of this category
+  const TVELJSONUserData* UserData = nullptr;      ///< whom the document is for; not owned
   TQuillonJSONOwner<TQuillonJSONObject> JSONData;  ///< what CreateJSONData has made
   TVELStammobjektliste Auswahl;  ///< if its first item is a team: only what belongs to one of these teams
 

@@ -75,7 +75,6 @@ void WriteAbout(TNode& ANode, const TRun& ARun);
 void WriteReasons(TNode& ANode, const TRun& ARun);
 void WriteTimeframes(TNode& ANode, const TRun& ARun);
 void WriteSchedule(TNode& ANode, const TRun& ARun);
-void WriteDisplay(TNode& ANode, const TRun& ARun);
 void WriteLessons(TNode& ANode, const TRun& ARun);
 /// "changes" of a lesson.
 TNode LessonChanges(const TRun& ARun, const TVELPlaneintrag& AnEntry);
@@ -85,6 +84,8 @@ void WriteAbsences(TNode& ANode, const TRun& ARun);
 void WriteCourses(TNode& ANode, const TRun& ARun);
 void WriteMasters(TNode& ANode, const TRun& ARun);
 
+/// "startDate", "startTime", "endDate" and "endTime"; neither of a pair for 0.
+void WritePeriod(TNode& ANode, TVELDateTime AStart, TVELDateTime AFinish);
 /// "cancelled" and "cancelReasonCode".
 void WriteCancelled(TNode& ANode, const TVELAenderung& AChange);
 /// Abbreviation of an absence's reason, or what stands for one that is not told; empty for an absence that is not
