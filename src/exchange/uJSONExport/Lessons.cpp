@@ -2,6 +2,7 @@
 
 #include "QuillonDateTime.h"
 #include "QuillonNumbers.h"
+#include "uDataUtils/Weeks.h"
 #include "uJSONExport/Run.h"
 #include "uPlandaten/Faecher.h"
 #include "uPlandaten/Gebaeude.h"
