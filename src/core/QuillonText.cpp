@@ -121,6 +121,15 @@ std::size_t FindInvalidUtf8(std::string_view AText) {
   return std::string_view::npos;
 }
 
+char32_t TakeCharacter(std::string_view& AText) {
+  constexpr char32_t Replacement = 0xFFFD;
+  utf8proc_int32_t Char = 0;
+  const utf8proc_ssize_t Length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(AText.data()),
+                                                   static_cast<utf8proc_ssize_t>(AText.size()), &Char);
+  AText.remove_prefix(Length > 0 ? static_cast<std::size_t>(Length) : 1);
+  return Length > 0 ? static_cast<char32_t>(Char) : Replacement;
+}
+
 std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian) {
   constexpr std::size_t BufferSize = 65'536;
   TQuillonMemoryStream Stream{std::string(ABytes)};

@@ -7,6 +7,10 @@
 
 #include "QuillonPreferences.h"
 
+namespace pugi {
+class xml_node;
+}
+
 /// Preferences in an XML file: an element a key, an element with the attribute "Value" a value. A name that is none of
 /// XML is escaped, "_xHHHH_" for each UTF-16 unit that may not stand there.
 ///
@@ -55,8 +59,11 @@ class TQuillonXMLPreferences : public TQuillonAbstractPreferences {
   TPath PathOf(std::string_view AKey) const;
   TPath PathOfValue(std::string_view AName) const;
   static bool Apply(TDocument& ADocument, const TChange& AChange);
-  bool Do(TAct AnAct, TPath APath, std::string_view AText = {});
-  bool Store(TDocument& ADocument) const;
+  /// Changes the document and takes note of it. @return false for what is not there to be deleted
+  bool Do(TAct AnAct, TPath APath, std::string AText = {});
+  /// @return false if somebody else created the file meanwhile
+  bool TryStore();
+  std::vector<std::string> Names(bool (*AnIsWanted)(const pugi::xml_node&)) const;
 
   std::string FFileName;
   TReaders FReaders;

@@ -1,34 +1,14 @@
-#include <utf8proc.h>
-
 #include <array>
 #include <cstring>
 
 #include "QuillonJson/Document.h"
+#include "QuillonText.h"
 
 // The writer of bytes: ASCII, everything else as escapes of UTF-16 units.
 
 namespace {
 
-constexpr std::int32_t Replacement = 0xFFFD;
-constexpr std::int32_t FirstPastUnit = 0x10000;
-
-/// Calls AStep with each character; a byte that is no UTF-8 counts as U+FFFD.
-template <class TStep>
-void ForEachChar(std::string_view AText, TStep AStep) {
-  const auto* Next = reinterpret_cast<const utf8proc_uint8_t*>(AText.data());
-  auto Left = static_cast<utf8proc_ssize_t>(AText.size());
-  while (Left > 0) {
-    utf8proc_int32_t Char = 0;
-    utf8proc_ssize_t Length = utf8proc_iterate(Next, Left, &Char);
-    if (Length <= 0) {
-      Char = Replacement;
-      Length = 1;
-    }
-    AStep(Char);
-    Next += Length;
-    Left -= Length;
-  }
-}
+constexpr char32_t FirstPastUnit = 0x10000;
 
 std::size_t Put(std::span<char> AData, std::size_t AnOffset, std::string_view ABytes) {
   if (AnOffset > AData.size() || AData.size() - AnOffset < ABytes.size()) {
@@ -38,7 +18,7 @@ std::size_t Put(std::span<char> AData, std::size_t AnOffset, std::string_view AB
   return AnOffset + ABytes.size();
 }
 
-std::size_t PutUnit(std::span<char> AData, std::size_t AnOffset, std::int32_t AUnit) {
+std::size_t PutUnit(std::span<char> AData, std::size_t AnOffset, char32_t AUnit) {
   constexpr std::string_view Digits = "0123456789ABCDEF";
   constexpr unsigned Nibble = 4;
   constexpr unsigned LastDigit = 0xF;
@@ -50,19 +30,19 @@ std::size_t PutUnit(std::span<char> AData, std::size_t AnOffset, std::int32_t AU
   return Put(AData, AnOffset, {Escape.data(), Escape.size()});
 }
 
-std::size_t PutChar(std::span<char> AData, std::size_t AnOffset, std::int32_t AChar) {
+std::size_t PutChar(std::span<char> AData, std::size_t AnOffset, char32_t AChar) {
   constexpr std::string_view Escaped = "\"/\\\r\b\t\n\f";
   constexpr std::string_view Letters = "\"/\\rbtnf";
-  constexpr std::int32_t FirstPlain = 32;
-  constexpr std::int32_t LastPlain = 127;
+  constexpr char32_t FirstPlain = 32;
+  constexpr char32_t LastPlain = 127;
   if (AChar > LastPlain) {
     if (AChar < FirstPastUnit) {
       return PutUnit(AData, AnOffset, AChar);
     }
-    constexpr std::int32_t FirstLead = 0xD800;
-    constexpr std::int32_t FirstTrail = 0xDC00;
-    constexpr std::int32_t Half = 0x400;
-    const std::int32_t Rest = AChar - FirstPastUnit;
+    constexpr char32_t FirstLead = 0xD800;
+    constexpr char32_t FirstTrail = 0xDC00;
+    constexpr char32_t Half = 0x400;
+    const char32_t Rest = AChar - FirstPastUnit;
     return PutUnit(AData, PutUnit(AData, AnOffset, FirstLead + Rest / Half), FirstTrail + Rest % Half);
   }
   const auto Plain = static_cast<char>(AChar);
@@ -106,7 +86,9 @@ std::size_t TQuillonJSONString::EstimatedByteSize() const {
     return NullSize;
   }
   std::size_t Units = 0;
-  ForEachChar(Text(), [&Units](std::int32_t AChar) { Units += AChar < FirstPastUnit ? 1 : 2; });
+  for (std::string_view Left = Text(); !Left.empty();) {
+    Units += QuillonText::TakeCharacter(Left) < FirstPastUnit ? 1 : 2;
+  }
   return Units * UnitSize + 2;
 }
 
@@ -115,7 +97,9 @@ std::size_t TQuillonJSONString::ToBytes(std::span<char> AData, std::size_t AnOff
     return Put(AData, AnOffset, "null");
   }
   AnOffset = Put(AData, AnOffset, "\"");
-  ForEachChar(Text(), [AData, &AnOffset](std::int32_t AChar) { AnOffset = PutChar(AData, AnOffset, AChar); });
+  for (std::string_view Left = Text(); !Left.empty();) {
+    AnOffset = PutChar(AData, AnOffset, QuillonText::TakeCharacter(Left));
+  }
   return Put(AData, AnOffset, "\"");
 }
 
