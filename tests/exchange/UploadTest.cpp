@@ -7,7 +7,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-const TQuillonHttpResponse Login{.Status = 200, .StatusText = "OK", .Body = R"({"data": {"token": "t"}})"};
+const TQuillonHttpResponse Login{.Status = 200, .StatusText = "OK", .Body = R"({"data": {"token": "abc-1"}})"};
 const TQuillonHttpResponse Good{.Status = 200, .StatusText = "OK", .Body = ""};
 
 TEST(Upload, SendsWhatHasChangedWithTheTimeOutsOfItsService) {
