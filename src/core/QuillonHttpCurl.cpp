@@ -169,7 +169,7 @@ THeaders MakeHeaders(const TQuillonHttpRequest& ARequest) {
     List.reset(Longer);
   };
   for (const auto& [Name, Value] : ARequest.Headers) {
-    Append(Name + ": " + Value);
+    Append(std::string(Name).append(": ").append(Value));
   }
   // A service that knows no "100 Continue" would be waited for.
   Append("Expect:");

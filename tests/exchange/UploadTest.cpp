@@ -28,7 +28,7 @@ TEST(Upload, SendsWhatHasChangedWithTheTimeOutsOfItsService) {
 
 TEST(Upload, KeepsNothingWhenACallFails) {
   TUploadJobs Jobs;
-  const auto ErrorOf = [&Jobs](const auto& AnUpload) -> std::string {
+  const auto ErrorOf = [](const auto& AnUpload) -> std::string {
     try {
       AnUpload();
       return "no error";
