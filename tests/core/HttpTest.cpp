@@ -70,10 +70,10 @@ TEST(Http, ServersThatDoNotAnswerAreGivenUp) {
 
 TEST(Http, RequestsThatCannotBeSentAreRefused) {
   TQuillonHttpRequest Request;
-  for (const char* Url :
-       {"", "school.example", "file:///etc/passwd", "ftp://a", "http://", "http://a b/", "https://u:p@"}) {
+  for (const char* Url : {"", "school.example", "file:///etc/passwd", "ftp://a", "http://", "http://a b/",
+                          "https://u:p@", "http://a:99999"}) {
     Request.Url = Url;
-    EXPECT_EQ(ErrorOf(Request), "An address of a service must begin with https:// or http:// and a host.") << Url;
+    EXPECT_EQ(ErrorOf(Request), "An address of a service must have the form \"https://host/path\".") << Url;
   }
   Request.Url = "http://127.0.0.1:1";
   for (const char C : {'\n', '\r', '\0', '\x1b'}) {

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Uploads a real data file to services of the test's own: what arrives, what their answers lead to, what is told.
 
-Usage: upload_test.py PROGRAM SAMPLE
+Usage: upload_test.py PROGRAM SAMPLE SCHOOL-GENERATOR
 """
 
 import json
@@ -14,7 +14,7 @@ import unittest
 
 from upload_server import GOOD, IMPORT, LOGIN, UPLOAD, Service, answer, make_certificates, redirect
 
-PROGRAM = SAMPLE = ""
+PROGRAM = SAMPLE = GENERATOR = ""
 PIN = 'p"1N\u00e4 7'
 API_TOKEN = "api-T0ken"
 PASSWORD = "s3rv3r"
@@ -61,14 +61,19 @@ class Upload(unittest.TestCase):
         self.addCleanup(found.__exit__)
         return found
 
-    def upload(self, provider, url, **environment):
-        """Runs an upload. @return its last line, and its exit code"""
-        common = {"sourceFileName": SAMPLE, "serverPassword": PASSWORD}
+    def configure(self, url, plan=""):
+        """@return the path of a configuration file"""
+        common = {"sourceFileName": plan or SAMPLE, "serverPassword": PASSWORD}
         settings = {"sduiExport": {**common, "sduiPin": PIN, "sduiUrl": url},
                     "iServExport": {**common, "iServUrl": url, "iServApiToken": API_TOKEN}}
         path = os.path.join(self.folder, "config.json")
         with open(path, "w", encoding="utf-8") as file:
             json.dump({"Velmora": settings}, file)
+        return path
+
+    def upload(self, provider, url, **environment):
+        """Runs an upload. @return its last line, and its exit code"""
+        path = self.configure(url)
         done = subprocess.run([PROGRAM, "export", "-c", path, "-p", provider, "-minimal-display"], check=False,
                               stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=120,
                               env={**self.environment, **environment})
@@ -232,6 +237,23 @@ class Upload(unittest.TestCase):
                          [('[Error] [Sdui] The address of the service is missing: set "sduiUrl" in "sduiExport".', 1),
                           ('[Error] [IServ] The address of the server is missing: set "iServUrl" in "iServExport".', 1)])
 
+    def test_memory(self):
+        """An upload to Sdui takes less than twice the memory of an export: the document is there once."""
+        service = self.service()
+        plan = os.path.join(self.folder, "plan.velmora")
+        subprocess.run([GENERATOR, "--scale", "2", plan], check=True, timeout=120)
+        taken = []
+        for arguments in (["-s", "file", "-fn", plan, "-o", os.path.join(self.folder, "out")],
+                          ["-c", self.configure(service.url, plan), "-p", "sdui"]):
+            # The counted size of a child begins with that of its parent: this one is small.
+            code = "import os, resource, sys; os.spawnv(os.P_WAIT, sys.argv[1], sys.argv[1:]); " \
+                   "print(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss)"
+            done = subprocess.run([sys.executable, "-c", code, PROGRAM, "export", *arguments], check=True, timeout=120,
+                                  stdout=subprocess.PIPE, env=self.environment)
+            taken.append(int(done.stdout.split()[-1]))
+        self.assertEqual(service.paths(), [LOGIN, UPLOAD])
+        self.assertLess(taken[1], 2 * taken[0])
+
     def test_secrets(self):
         """The output holds no secret (upload looks for them), whatever a service answers."""
         service = self.service()
@@ -248,5 +270,5 @@ class Upload(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    PROGRAM, SAMPLE = (os.path.abspath(path) for path in sys.argv[1:3])
+    PROGRAM, SAMPLE, GENERATOR = (os.path.abspath(path) for path in sys.argv[1:4])
     unittest.main(argv=sys.argv[:1])
