@@ -15,7 +15,8 @@ from email.policy import HTTP
 def answer(status="200 OK", body=b"", **headers):
     """A whole answer; a body that is no bytes goes as JSON."""
     body = body if isinstance(body, bytes) else json.dumps(body).encode()
-    lines = [f"HTTP/1.1 {status}", f"Content-Length: {len(body)}", *(f"{key}: {value}" for key, value in headers.items())]
+    headers = {"Content-Length": len(body), **headers}
+    lines = [f"HTTP/1.1 {status}", *(f"{key}: {value}" for key, value in headers.items())]
     return "\r\n".join(lines).encode("latin-1") + b"\r\n\r\n" + body
 
 
@@ -92,7 +93,8 @@ class Service:
         if certificate:
             context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
             context.load_cert_chain(*certificate)
-            self.server.socket = context.wrap_socket(self.server.socket, server_side=True, do_handshake_on_connect=False)
+            self.server.socket = context.wrap_socket(self.server.socket, server_side=True,
+                                                     do_handshake_on_connect=False)
         self.port = self.server.server_address[1]
         self.url = f"{'https' if certificate else 'http'}://127.0.0.1:{self.port}"
 
@@ -119,6 +121,6 @@ def make_certificates(folder):
         with open(os.path.join(folder, name + ".ext"), "w", encoding="ascii") as file:
             file.write(f"subjectAltName={subject}\n")
         openssl("req", *key, "-keyout", name + ".key", "-out", name + ".csr", "-subj", f"/CN={name}")
-        openssl("x509", "-req", "-in", name + ".csr", "-CA", "ca.pem", "-CAkey", "ca.key", "-CAcreateserial", "-days", "2",
-                "-extfile", name + ".ext", "-out", name + ".pem")
+        openssl("x509", "-req", "-in", name + ".csr", "-CA", "ca.pem", "-CAkey", "ca.key", "-CAcreateserial",
+                "-days", "2", "-extfile", name + ".ext", "-out", name + ".pem")
     return {name: tuple(os.path.join(folder, name + end) for end in (".pem", ".key")) for name in ("here", "elsewhere")}
