@@ -142,6 +142,24 @@ std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian) {
   return Text;
 }
 
+std::string OneLine(std::string_view AText) {
+  constexpr unsigned char Delete = 0x7F;
+  std::string Line;
+  Line.reserve(AText.size());
+  bool IsInBreak = false;
+  for (const char C : AText) {
+    const auto Byte = static_cast<unsigned char>(C);
+    const bool IsControl = Byte < ' ' || Byte == Delete;
+    if (!IsControl) {
+      Line.push_back(C);
+    } else if (!IsInBreak) {
+      Line.push_back(' ');
+    }
+    IsInBreak = IsControl;
+  }
+  return Line;
+}
+
 std::string CutAtCharacter(std::string_view AText, std::size_t ALength) {
   constexpr std::size_t MostContinuations = 3;
   const auto IsContinuation = [](char C) { return (static_cast<unsigned char>(C) & 0xC0) == 0x80; };

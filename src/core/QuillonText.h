@@ -31,6 +31,9 @@ char32_t TakeCharacter(std::string_view& AText);
 /// become U+FFFD.
 std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian);
 
+/// The text with each run of control characters, line breaks among them, turned into one blank.
+std::string OneLine(std::string_view AText);
+
 /// The begin of the text, of at most ALength bytes, without a part of a character at its end.
 std::string CutAtCharacter(std::string_view AText, std::size_t ALength);
 
