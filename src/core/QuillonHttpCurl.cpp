@@ -55,7 +55,7 @@ class TUrl {
         AText.find('\0') == std::string::npos && curl_url_set(FUrl.get(), CURLUPART_URL, AText.c_str(), 0) == CURLUE_OK;
     const std::string Scheme = IsUrl ? Part(CURLUPART_SCHEME) : "";
     if (Scheme != "http" && Scheme != "https") {
-      throw EQuillonHttpError("An address of a service must begin with https:// or http:// and a host.");
+      throw EQuillonHttpError("An address of a service must have the form \"https://host/path\".");
     }
   }
 
@@ -169,7 +169,7 @@ THeaders MakeHeaders(const TQuillonHttpRequest& ARequest) {
     List.reset(Longer);
   };
   for (const auto& [Name, Value] : ARequest.Headers) {
-    Append(Name + ": " + Value);
+    Append(std::string(Name).append(": ").append(Value));
   }
   // A service that knows no "100 Continue" would be waited for.
   Append("Expect:");

@@ -142,16 +142,6 @@ std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian) {
   return Text;
 }
 
-std::string CutAtCharacter(std::string_view AText, std::size_t ALength) {
-  constexpr std::size_t MostContinuations = 3;
-  const auto IsContinuation = [](char C) { return (static_cast<unsigned char>(C) & 0xC0) == 0x80; };
-  std::size_t End = std::min(ALength, AText.size());
-  while (End < AText.size() && End + MostContinuations > ALength && IsContinuation(AText[End])) {
-    --End;
-  }
-  return std::string(AText.substr(0, End));
-}
-
 std::string OneLine(std::string_view AText) {
   constexpr unsigned char Delete = 0x7F;
   std::string Line;
@@ -168,6 +158,16 @@ std::string OneLine(std::string_view AText) {
     IsInBreak = IsControl;
   }
   return Line;
+}
+
+std::string CutAtCharacter(std::string_view AText, std::size_t ALength) {
+  constexpr std::size_t MostContinuations = 3;
+  const auto IsContinuation = [](char C) { return (static_cast<unsigned char>(C) & 0xC0) == 0x80; };
+  std::size_t End = std::min(ALength, AText.size());
+  while (End < AText.size() && End + MostContinuations > ALength && IsContinuation(AText[End])) {
+    --End;
+  }
+  return std::string(AText.substr(0, End));
 }
 
 std::string Quoted(std::string_view AText) {

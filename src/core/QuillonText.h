@@ -31,11 +31,11 @@ char32_t TakeCharacter(std::string_view& AText);
 /// become U+FFFD.
 std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian);
 
-/// The begin of the text, of at most ALength bytes, without a part of a character at its end.
-std::string CutAtCharacter(std::string_view AText, std::size_t ALength);
-
 /// The text with each run of control characters, line breaks among them, turned into one blank.
 std::string OneLine(std::string_view AText);
+
+/// The begin of the text, of at most ALength bytes, without a part of a character at its end.
+std::string CutAtCharacter(std::string_view AText, std::size_t ALength);
 
 /// The text in double quotes as messages repeat it: of a long one only the first 100 bytes, cut between characters.
 std::string Quoted(std::string_view AText);

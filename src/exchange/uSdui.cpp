@@ -10,7 +10,7 @@ using TJson = nlohmann::json;
 
 constexpr int StatusOk = 200;
 constexpr const char* VersionName = "fileversion.sdui";
-constexpr std::string_view DefaultAddress = VELMORA_SDUI_URL;
+constexpr const char* DefaultAddress = VELMORA_SDUI_URL;
 constexpr std::string_view LoginPath = "auth/login";
 constexpr std::string_view UploadPath = "upload/velmora-6/velmora-upload-1.0.0";
 /// Servers take no longer headers.
@@ -56,7 +56,7 @@ TSduiWriter::TSduiWriter(TVELPlan& APlan, const std::string& ACfgFileName, TQuil
 }
 
 std::string TSduiWriter::AddressOf(std::string_view APath) const {
-  const std::string_view Address = Options().FSduiUrl.empty() ? DefaultAddress : Options().FSduiUrl;
+  const std::string Address = Options().FSduiUrl.empty() ? DefaultAddress : Options().FSduiUrl;
   if (Address.empty()) {
     throw ESduiApiError("The address of the service is missing: set \"sduiUrl\" in \"sduiExport\".");
   }
