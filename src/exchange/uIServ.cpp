@@ -2,6 +2,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "uJSONExport/JSONExport.h"
+#include "uPlandaten/Einstellungen.h"
+
 namespace {
 
 constexpr int StatusOk = 200;
@@ -48,6 +51,17 @@ bool TIServWriter::UploadVelFile() {
 
 namespace uIServ {
 
-std::string WritePublication(TVELPlan& /*APlan*/) { return "\xEF\xBB\xBF{}\r\n"; }
+std::string WritePublication(TVELPlan& APlan) {
+  TVELJSONExport Export(APlan);
+  Export.StudentNames = true;
+  Export.XMLTypes = {xmlLessons, xmlCalEvents, xmlChanges, xmlIndex};
+  Export.DataTypes = {dtKlassen, dtLehrer, dtRaeume, dtFaecher};
+  Export.AlleWochen = true;
+  Export.Start = APlan.FEinstellungen->FGueltigVon;
+  Export.Finish = APlan.FEinstellungen->FGueltigBis;
+  TQuillonMemoryStream Stream;
+  Export.SaveJSONToStream(Stream);
+  return Stream.TakeContent();
+}
 
 }  // namespace uIServ

@@ -67,9 +67,9 @@ TEST(Changes, HangOnAppointmentsAndSupervisions) {
   EXPECT_THAT(Context.Changes().Of(Supervision, Lesson), ElementsAre(Duty));
   const auto Assignments = Context.Concerns().Assignments(Teacher, Lesson);
   ASSERT_EQ(Assignments.size(), 2U);
-  EXPECT_EQ(Context.Changes().Assignment(Termin, Lesson), Assignments.back()) << "the latest one";
+  EXPECT_EQ(Context.Changes().Assignments(Termin, Lesson), Assignments);
   EXPECT_LT(Assignments.front()->FStart, Assignments.back()->FStart);
-  EXPECT_EQ(Context.Changes().Assignment(Termin, {Lesson.Start + 7, Lesson.Finish + 7}), nullptr);
+  EXPECT_THAT(Context.Changes().Assignments(Termin, {Lesson.Start + 7, Lesson.Finish + 7}), IsEmpty());
 }
 
 /// Teacher A teaches class K in room 1, and B class L in room 2, as does C in room 3 the subject F; N is new.

@@ -257,9 +257,8 @@ std::vector<TVELAenderung*> TChanges::Of(const TVELAbstrakterTermin& ASlot, cons
   return ChangesOf(FOfSlot, &ASlot, ASpan);
 }
 
-TVELZuweisung* TChanges::Assignment(const TVELAbstrakterTermin& ASlot, const TSpan& ASpan) const {
-  const std::vector<TVELZuweisung*> Found = ChangesOf(FAssignments, &ASlot, ASpan);
-  return Found.empty() ? nullptr : Found.back();
+std::vector<TVELZuweisung*> TChanges::Assignments(const TVELAbstrakterTermin& ASlot, const TSpan& ASpan) const {
+  return ChangesOf(FAssignments, &ASlot, ASpan);
 }
 
 TConcerns::TConcerns(const TVELPlan& APlan) {

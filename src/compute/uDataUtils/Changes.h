@@ -24,8 +24,8 @@ class TChanges {
 
   /// The changes of the appointment or supervision that overlap the span, forward in time.
   std::vector<TVELAenderung*> Of(const TVELAbstrakterTermin& ASlot, const TSpan& ASpan) const;
-  /// The latest of its assignments that overlap the span; null if there is none.
-  TVELZuweisung* Assignment(const TVELAbstrakterTermin& ASlot, const TSpan& ASpan) const;
+  /// Its assignments that overlap the span, forward in time.
+  std::vector<TVELZuweisung*> Assignments(const TVELAbstrakterTermin& ASlot, const TSpan& ASpan) const;
 
  private:
   TSpanIndex<TVELAenderung*> FOfSlot;

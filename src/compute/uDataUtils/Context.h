@@ -5,6 +5,7 @@
 
 #include "uDataUtils/Absences.h"
 #include "uDataUtils/Changes.h"
+#include "uDataUtils/Classes.h"
 #include "uDataUtils/Occurrences.h"
 #include "uDataUtils/SchoolDays.h"
 #include "uDataUtils/Spans.h"
@@ -36,6 +37,7 @@ class TPlanContext {
   const TAbsences& Absences() const { return FAbsences.Get(FPlan); }
   const TChanges& Changes() const { return FChanges.Get(FPlan); }
   const TConcerns& Concerns() const { return FConcerns.Get(FPlan); }
+  const TIntegratedClasses& IntegratedClasses() const { return FIntegratedClasses.Get(FPlan); }
 
  private:
   template <class T>
@@ -68,6 +70,7 @@ class TPlanContext {
   TPart<TAbsences> FAbsences;
   TPart<TChanges> FChanges;
   TPart<TConcerns> FConcerns;
+  TPart<TIntegratedClasses> FIntegratedClasses;
   TPart<TLastPublicDay> FLastPublicDay;
 };
 

@@ -38,6 +38,7 @@ struct TPlace {
 void Read(const nlohmann::json& AValue, std::string& ATarget, const TPlace& APlace);
 void Read(const nlohmann::json& AValue, bool& ATarget, const TPlace& APlace);
 void Read(const nlohmann::json& AValue, std::uint16_t& ATarget, const TPlace& APlace);
+void Read(const nlohmann::json& AValue, std::int32_t& ATarget, const TPlace& APlace);
 
 /// Row of a class's table: the field's name and the reader of its value.
 template <class TObject>

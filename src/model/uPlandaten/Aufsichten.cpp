@@ -46,7 +46,11 @@ void TVELAufsicht::SetLehrer(TVELLehrer* AValue) {
   Change();
 }
 
+TVELAufsichtsbereich* TVELAufsicht::Bereich() const {
+  return dynamic_cast<TVELAufsichtsbereich*>(HasOwner() ? FOwner->FOwner : nullptr);
+}
+
 TVELZeitrahmen* TVELAufsicht::Zeitrahmen() const {
-  const auto* Area = dynamic_cast<const TVELAufsichtsbereich*>(HasOwner() ? FOwner->FOwner : nullptr);
+  const TVELAufsichtsbereich* const Area = Bereich();
   return Area != nullptr ? Area->FZeitrahmen : nullptr;
 }

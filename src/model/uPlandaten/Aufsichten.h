@@ -31,6 +31,8 @@ class TVELAufsicht : public TVELAbstrakterTermin {
 
   /// Changes the teacher; the supervision moves into the FAufsichten of the new one.
   void SetLehrer(TVELLehrer* AValue);
+  /// The area that owns it; null for one that stands in no list.
+  TVELAufsichtsbereich* Bereich() const;
   bool Reoccur() const override { return FWochentag != velNoDay; }
   /// That of the area; null without area.
   TVELZeitrahmen* Zeitrahmen() const override;
