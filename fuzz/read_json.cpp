@@ -21,8 +21,11 @@ TValue Parse(std::string_view AText, bool AnIsUtf8) {
   return Value;
 }
 
-/// What a parser that knows only the standard makes of a text.
+/// What a parser that knows only the standard makes of a text. A NUL byte counts there as the end of the text.
 std::optional<nlohmann::json> Judge(std::string_view AText) {
+  if (AText.find('\0') != std::string_view::npos) {
+    return std::nullopt;
+  }
   nlohmann::json Value = nlohmann::json::parse(AText.begin(), AText.end(), nullptr, false);
   return Value.is_discarded() ? std::nullopt : std::optional(std::move(Value));
 }

@@ -92,5 +92,8 @@ struct TLogin {
 /// The login in an address; none where it holds no password.
 /// @throws EQuillonHttpError for what is no http or https address
 std::optional<TLogin> LoginIn(const std::string& AUrl);
+/// The address without a login.
+/// @throws EQuillonHttpError for what is no http or https address
+std::string WithoutLogin(const std::string& AUrl);
 
 }  // namespace QuillonHttp

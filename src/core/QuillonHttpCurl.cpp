@@ -78,6 +78,7 @@ class TUrl {
       curl_url_set(FUrl.get(), APart, Value.empty() ? nullptr : Value.c_str(), 0);
     }
   }
+  void Remove(CURLUPart APart) { curl_url_set(FUrl.get(), APart, nullptr, 0); }
   CURLU* Handle() const { return FUrl.get(); }
 
  private:
@@ -321,6 +322,13 @@ std::optional<TLogin> LoginIn(const std::string& AUrl) {
   TLogin Login{Url.Part(CURLUPART_USER, CURLU_URLDECODE), Url.Part(CURLUPART_PASSWORD, CURLU_URLDECODE),
                Url.Part(CURLUPART_PASSWORD)};
   return Login.EncodedPassword.empty() ? std::nullopt : std::optional(std::move(Login));
+}
+
+std::string WithoutLogin(const std::string& AUrl) {
+  TUrl Url(AUrl);
+  Url.Remove(CURLUPART_USER);
+  Url.Remove(CURLUPART_PASSWORD);
+  return Url.Part(CURLUPART_URL);
 }
 
 }  // namespace QuillonHttp

@@ -20,11 +20,11 @@ constexpr std::int64_t MaxSize = std::int64_t{16} << 20;
 /// Levels below the document element; the removal of a key is recursive.
 constexpr std::size_t MaxLevels = 64;
 
-bool IsValue(const pugi::xml_node& AnElement) { return AnElement.attribute(ValueAttribute); }
+bool IsValue(const pugi::xml_node& AnElement) { return !AnElement.attribute(ValueAttribute).empty(); }
 
 bool IsKey(const pugi::xml_node& AnElement) {
-  return !IsValue(AnElement) ||
-         AnElement.find_child([](const pugi::xml_node& AChild) { return AChild.type() == pugi::node_element; });
+  const auto IsElement = [](const pugi::xml_node& AChild) { return AChild.type() == pugi::node_element; };
+  return !IsValue(AnElement) || !AnElement.find_child(IsElement).empty();
 }
 
 bool IsDeeperThan(const pugi::xml_node& ARoot, std::size_t ALevels) {
@@ -74,7 +74,7 @@ class TQuillonXMLPreferences::TDocument {
   /// @return no node without such an element
   pugi::xml_node Find(const TPath& APath) const {
     pugi::xml_node Node = FDocument.document_element();
-    for (auto Segment = APath.begin(); Node && Segment != APath.end(); ++Segment) {
+    for (auto Segment = APath.begin(); !Node.empty() && Segment != APath.end(); ++Segment) {
       Node = ChildOf(Node, *Segment);
     }
     return Node;
@@ -198,7 +198,9 @@ bool TQuillonXMLPreferences::OpenKey(std::string_view AKey, bool CanCreate) {
   return true;
 }
 
-bool TQuillonXMLPreferences::KeyExists(std::string_view AKey) const { return FXMLDocument->Find(PathOf(AKey)); }
+bool TQuillonXMLPreferences::KeyExists(std::string_view AKey) const {
+  return !FXMLDocument->Find(PathOf(AKey)).empty();
+}
 
 bool TQuillonXMLPreferences::ValueExists(std::string_view AName) const {
   return !AName.empty() && IsValue(FXMLDocument->Find(PathOfValue(AName)));
@@ -261,7 +263,7 @@ bool TQuillonXMLPreferences::Apply(TDocument& ADocument, const TChange& AChange)
     return true;
   }
   pugi::xml_node Element = ADocument.Find(AChange.Path);
-  const bool IsThere = AChange.Act == TAct::DeleteKey ? bool(Element) : IsValue(Element);
+  const bool IsThere = AChange.Act == TAct::DeleteKey ? !Element.empty() : IsValue(Element);
   if (IsThere && AChange.Act == TAct::DeleteValue && IsKey(Element)) {
     Element.remove_attribute(ValueAttribute);
   } else if (IsThere) {

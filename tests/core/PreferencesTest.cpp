@@ -84,7 +84,7 @@ TEST_F(PreferencesTest, NamesAreEscapedSoThatTheyComeBack) {
                                                         {"a:b", "a_x003A_b"},
                                                         {"_x0020_", "_x005F_x0020_"},
                                                         {"_x0041 ", "_x005F_x0041_x0020_"},
-           {"_x00", "_x00"},
+                                                        {"_x00", "_x00"},
                                                         {"x\U0010FFFFy", "x_xDBFF__xDFFF_y"}}) {
     EXPECT_EQ(QuillonXMLText::EscapeName(Name), Element);
     EXPECT_EQ(QuillonXMLText::UnescapeName(Element), Name);

@@ -4,8 +4,10 @@
 Usage: upload_test.py PROGRAM SAMPLE SCHOOL-GENERATOR
 """
 
+import csv
 import json
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -239,7 +241,32 @@ class Upload(unittest.TestCase):
         for provider, line in (("sdui", 'service is missing: set "sduiUrl" in "sduiExport".'),
                                ("iserv", 'server is missing: set "iServUrl" in "iServExport".')):
             last, code = self.upload(provider, "")
-            self.assertTrue(last.startswith("[Error] [") and last.endswith("] The address of the " + line) and code == 1)
+            self.assertEqual((last.split("] ", 2)[2], code), ("The address of the " + line, 1))
+
+    def test_log(self):
+        """A log tells each call and no secret."""
+        service = self.service()
+        program, log = (os.path.join(self.folder, name) for name in ("velmora", "log.csv"))
+        shutil.copy(PROGRAM, program)
+        with open(program + ".log.config", "w", encoding="utf-8") as file:
+            file.write(f'<Preferences><Logs><CSVLog><FileName Value="{log}"/></CSVLog></Logs>'
+                       '<Namespaces><Velmora.Upload Value=""/></Namespaces></Preferences>')
+        service.answers[f"/{API_TOKEN}{LOGIN}"] = answer("401 No " + PASSWORD, {})
+        with Service() as gone:
+            pass
+        for provider, url in (("sdui", service.url), ("iserv", service.url), ("iserv", gone.url)):
+            self.forget()
+            url = url.replace("//", f"//me:{PASSWORD}@") + "/" + API_TOKEN
+            subprocess.run([program, "export", "-c", self.configure(url), "-p", provider], check=False, timeout=120,
+                           stdout=subprocess.DEVNULL, env=self.environment)
+        with open(log, encoding="utf-8-sig", newline="") as file:
+            told = [row[2:] for row in csv.reader(file, delimiter=";")]
+        words = ("INFO", "INFO", "ERROR")
+        self.assertEqual([row[:3] for row in told], [["Velmora.Upload", "", word] for word in words])
+        for row, line in zip(told, (rf"{service.url}/{API_TOKEN}{LOGIN} \(\d\d bytes\): 401 No \*\*\* \(2 bytes\)",
+                                    rf"{service.url}/\*\*\*{IMPORT} \(\d+ bytes\): 404 Not Found \(0 bytes\)",
+                                    rf'{gone.url}/\*\*\*{IMPORT}: HTTP request to "127\.0\.0\.1" failed: .*')):
+            self.assertRegex(row[3], f"^POST {line}$")
 
     def test_memory(self):
         """An upload to Sdui takes less than twice the memory of an export: the document is there once."""

@@ -23,6 +23,15 @@ bool StartsWith(std::string_view AText, std::string_view ABegin) {
          std::equal(ABegin.begin(), ABegin.end(), AText.begin(), [](char A, char B) { return Fold(A) == Fold(B); });
 }
 
+/// Of the body or the contents of the form, in bytes.
+std::size_t SizeOf(const TQuillonHttpRequest& ARequest) {
+  std::size_t Size = ARequest.Body.size();
+  for (const TQuillonHttpPart& Part : ARequest.Form) {
+    Size += Part.Content.size();
+  }
+  return Size;
+}
+
 }  // namespace
 
 void TVELUploadConnection::Hide(std::string_view ASecret) {
@@ -46,13 +55,23 @@ TQuillonHttpResponse TVELUploadConnection::Post(TQuillonHttpRequest ARequest) {
   }
   ARequest.UserAgent = "Velmora HTTP Client";
   ARequest.Headers.emplace_back("Accept", "application/json");
+  const std::string Url = QuillonHttp::WithoutLogin(ARequest.Url);
   try {
     TQuillonHttpResponse Response = FClient.Post(ARequest);
     Response.StatusText = Clean(Response.StatusText);
+    Log(letInfo, "POST " + Url + " (" + std::to_string(SizeOf(ARequest)) +
+                     " bytes): " + std::to_string(Response.Status) + " " + Response.StatusText + " (" +
+                     std::to_string(Response.Body.size()) + " bytes)");
     return Response;
   } catch (const EQuillonHttpError& Error) {
-    throw EQuillonHttpError(Clean(Error.what()));
+    const std::string Reason = Clean(Error.what());
+    Log(letError, "POST " + Url + ": " + Reason);
+    throw EQuillonHttpError(Reason);
   }
+}
+
+void TVELUploadConnection::Log(TQuillonLogEventType AnEventType, std::string_view AText) const {
+  QuillonLogs::TheLog().AddEntry(AnEventType, Clean(AText), "Velmora.Upload");
 }
 
 nlohmann::json TVELUploadConnection::CleanObjectIn(const TQuillonHttpResponse& AResponse) const {

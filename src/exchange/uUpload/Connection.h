@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "QuillonHttp.h"
+#include "QuillonLogs/Manager.h"
 
 /// The calls of an upload to its service. What comes back for people to read never tells a secret of the upload,
 /// whatever the service answers: it is masked by "***".
@@ -16,8 +17,8 @@ class TVELUploadConnection {
   /// Keeps a text from being told; an empty one is none.
   void Hide(std::string_view ASecret);
 
-  /// Sends the request with the user agent and the headers that every call to a service has. Hides the user and the
-  /// password in its address.
+  /// Sends the request with the user agent and the headers that every call to a service has, and logs it, under
+  /// "Velmora.Upload". Hides the password in its address.
   /// @throws EQuillonHttpError
   TQuillonHttpResponse Post(TQuillonHttpRequest ARequest);
 
@@ -29,6 +30,8 @@ class TVELUploadConnection {
   std::string Clean(std::string_view AText) const;
 
  private:
+  void Log(TQuillonLogEventType AnEventType, std::string_view AText) const;
+
   TQuillonHttpClient& FClient;
   std::vector<std::string> FSecrets;  ///< the longest first
 };
