@@ -1,11 +1,14 @@
 #include <filesystem>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "Plans.h"
 #include "QuillonCSV.h"
 #include "core/TestFiles.h"
+#include "uJSONExport/JSONExport.h"
 #include "uOstrel/CsvWriter.h"
+#include "uPlandaten/Einstellungen.h"
 
 namespace {
 
@@ -61,10 +64,28 @@ void RequireSet(const TVELPlan& APlan, const TFiles& AFiles) {
   }
 }
 
+/// Publishes the plan with and without dates. Each document is JSON; the one without tells all courses.
+void RequirePublications(TVELPlan& APlan) {
+  TVELJSONExport Export(APlan);
+  Export.StudentNames = true;
+  Export.XMLTypes = {xmlLessons, xmlChanges, xmlAbsences};
+  Export.DataTypes = {dtAlle};
+  const auto Dated = nlohmann::json::parse("{" + Export.CreateJSONText(0, 0) + "}", nullptr, false);
+  Fuzz::Require(!Dated.is_discarded(), "a document with dates is no JSON");
+  Export.AlleWochen = true;
+  Export.Start = APlan.FEinstellungen->FGueltigVon;
+  Export.Finish = APlan.FEinstellungen->FGueltigBis;
+  TQuillonMemoryStream Stream;
+  Export.SaveJSONToStream(Stream);
+  const auto Whole = nlohmann::json::parse(Stream.Content(), nullptr, false);
+  Fuzz::Require(Whole.is_object(), "a document of all weeks is no JSON");
+  Fuzz::Require(Whole["result"]["courses"].size() == APlan.FVeranstaltungen.Items().size(), "a course is not told");
+}
+
 }  // namespace
 
-/// Exports a plan over the set of the one before. The set is well-formed and whole, and the plan as it was; an export
-/// that fails leaves the set of before.
+/// Exports a plan over the set of the one before, and publishes it. The set is well-formed and whole, and the plan as
+/// it was; an export that fails leaves the set of before.
 void Fuzz::Run(std::string_view AnInput) {
   static const TemporaryFolder Folder;
   const std::string Target = Folder.Path("out");
@@ -89,4 +110,5 @@ void Fuzz::Run(std::string_view AnInput) {
     Require(FilesIn(Target) == Earlier, "an export that failed has changed the set of before");
   }
   RequireSame(Before, Plan->SaveToXML(), "an export has changed the plan");
+  RequirePublications(*Plan);
 }

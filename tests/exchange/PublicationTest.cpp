@@ -319,7 +319,7 @@ TEST_F(Publication, FollowsTheProfilesOfItsReaders) {
 }
 
 TEST_F(Publication, TellsWhoTheReaderIs) {
-  TVELSchueler& Student = Named<TVELSchueler>(Plan->FSchueler, "Pupil");
+  auto& Student = Named<TVELSchueler>(Plan->FSchueler, "Pupil");
   Student.FSchuelerNr = "17";
   Student.FKlasse = &Class;
   TVELJSONUserData User;

@@ -27,10 +27,10 @@ constexpr std::array<TNumber, 7> DisplayNumbers = {{
     {"posLabel", [](const TSettings& S) { return std::int64_t{S.FStdAnzeige}; }},
     {"lessonColor", [](const TSettings& S) { return std::int64_t{S.FTerminfarbe}; }},
     {"lessonGradient", [](const TSettings& S) { return std::int64_t{S.FTerminfarbverlauf}; }},
-    {"alwaysLessonTime", [](const TSettings& S) { return std::int64_t{S.FShowAlwaysTime}; }},
+    {"alwaysLessonTime", [](const TSettings& S) { return std::int64_t{S.FShowAlwaysTime ? 1 : 0}; }},
     {"absenceReasons", [](const TSettings& S) { return std::int64_t{S.FFehlgruendeAnzeigen}; }},
-    {"absReasonCaption", [](const TSettings& S) { return std::int64_t{S.FFehlgrundInCaption}; }},
-    {"lessonLayout", [](const TSettings& S) { return std::int64_t{S.FLineWrap}; }},
+    {"absReasonCaption", [](const TSettings& S) { return std::int64_t{S.FFehlgrundInCaption ? 1 : 0}; }},
+    {"lessonLayout", [](const TSettings& S) { return std::int64_t{S.FLineWrap ? 1 : 0}; }},
 }};
 
 constexpr std::array<TColour, 12> DisplayColours = {{
