@@ -107,7 +107,7 @@ void Tell(benchmark::State& AState, const TSchool& ASchool, const Bench::TResult
   AState.counters["file_MB"] = ASchool.Bytes / Mega;
   AState.counters["peak_MB"] = Peak / Mega;
   if (AResult.Value != 0) {
-    AState.counters["value"] = static_cast<double>(AResult.Value);
+    AState.counters["result"] = static_cast<double>(AResult.Value);
   }
   AState.counters["peak_to_aim"] = Peak / (static_cast<double>(ASchool.Parse.PeakBytes) + ASchool.Bytes);
 }
