@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "Fuzz.h"
+#include "QuillonBase64.h"
 #include "QuillonDataObjects/XMLValues.h"
 #include "QuillonDateTime.h"
 #include "QuillonGuid.h"
@@ -51,8 +52,7 @@ constexpr std::array Forms = {
     TForm{"span", RewriteSpan<tsfMinSecMSec>},
     TForm{"span of seconds", RewriteSpan<tsfMinSec>},
     TForm{"guid", Rewrite<QuillonGuid::Parse, QuillonGuid::AppendBraced>},
-    TForm{"base64",
-          [](std::string_view AText) { return QuillonXMLValues::EncodeBase64(QuillonXMLValues::DecodeBase64(AText)); }},
+    TForm{"base64", [](std::string_view AText) { return QuillonBase64::Encode(QuillonBase64::Decode(AText)); }},
     TForm{"strings",
           [](std::string_view AText) { return QuillonXMLValues::JoinStrings(QuillonXMLValues::SplitStrings(AText)); }},
 };

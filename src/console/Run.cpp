@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "QuillonNumbers.h"
+#include "QuillonText.h"
 
 TConsoleRun::TConsoleRun(TLineSink AnOutput, bool AnIsMinimal)
     : FOutput(std::move(AnOutput)), FIsMinimal(AnIsMinimal), Stopwatch(std::chrono::steady_clock::now()) {}
@@ -32,7 +33,7 @@ bool TConsoleRun::Attempt(const TStep& AStep) {
 void TConsoleRun::ReportError(std::string_view AMessage) {
   try {
     FOutput("");
-    FOutput("[Error] " + ConsoleRun::OneLine(AMessage));
+    FOutput("[Error] " + QuillonText::OneLine(AMessage));
   } catch (...) {
     // An output that fails here has no other place to say so; the exit code tells it.
     return;
@@ -81,24 +82,6 @@ std::string ElapsedText(std::int64_t ATicks) {
     QuillonNumbers::AppendPadded(Text, Fraction, 7);
   }
   return Text;
-}
-
-std::string OneLine(std::string_view AText) {
-  constexpr unsigned char Delete = 0x7F;
-  std::string Line;
-  Line.reserve(AText.size());
-  bool IsInBreak = false;
-  for (const char C : AText) {
-    const auto Byte = static_cast<unsigned char>(C);
-    const bool IsControl = Byte < ' ' || Byte == Delete;
-    if (!IsControl) {
-      Line.push_back(C);
-    } else if (!IsInBreak) {
-      Line.push_back(' ');
-    }
-    IsInBreak = IsControl;
-  }
-  return Line;
 }
 
 }  // namespace ConsoleRun

@@ -39,7 +39,4 @@ namespace ConsoleRun {
 /// @param ATicks units of 100 nanoseconds, not negative
 std::string ElapsedText(std::int64_t ATicks);
 
-/// The text with each run of control characters, line breaks among them, turned into one blank.
-std::string OneLine(std::string_view AText);
-
 }  // namespace ConsoleRun

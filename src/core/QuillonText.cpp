@@ -121,6 +121,15 @@ std::size_t FindInvalidUtf8(std::string_view AText) {
   return std::string_view::npos;
 }
 
+char32_t TakeCharacter(std::string_view& AText) {
+  constexpr char32_t Replacement = 0xFFFD;
+  utf8proc_int32_t Char = 0;
+  const utf8proc_ssize_t Length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(AText.data()),
+                                                   static_cast<utf8proc_ssize_t>(AText.size()), &Char);
+  AText.remove_prefix(Length > 0 ? static_cast<std::size_t>(Length) : 1);
+  return Length > 0 ? static_cast<char32_t>(Char) : Replacement;
+}
+
 std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian) {
   constexpr std::size_t BufferSize = 65'536;
   TQuillonMemoryStream Stream{std::string(ABytes)};
@@ -131,6 +140,24 @@ std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian) {
     utf8::append(Char, std::back_inserter(Text));
   }
   return Text;
+}
+
+std::string OneLine(std::string_view AText) {
+  constexpr unsigned char Delete = 0x7F;
+  std::string Line;
+  Line.reserve(AText.size());
+  bool IsInBreak = false;
+  for (const char C : AText) {
+    const auto Byte = static_cast<unsigned char>(C);
+    const bool IsControl = Byte < ' ' || Byte == Delete;
+    if (!IsControl) {
+      Line.push_back(C);
+    } else if (!IsInBreak) {
+      Line.push_back(' ');
+    }
+    IsInBreak = IsControl;
+  }
+  return Line;
 }
 
 std::string CutAtCharacter(std::string_view AText, std::size_t ALength) {

@@ -24,9 +24,15 @@ std::string ToUpper(std::string_view AText);
 /// Offset of the first byte that is no well-formed UTF-8, or npos.
 std::size_t FindInvalidUtf8(std::string_view AText);
 
+/// Takes the first character off a text that is not empty; a byte that is no UTF-8 counts as U+FFFD.
+char32_t TakeCharacter(std::string_view& AText);
+
 /// UTF-16 in bytes, with or without its byte order mark, as UTF-8; half a surrogate pair and half a unit at the end
 /// become U+FFFD.
 std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian);
+
+/// The text with each run of control characters, line breaks among them, turned into one blank.
+std::string OneLine(std::string_view AText);
 
 /// The begin of the text, of at most ALength bytes, without a part of a character at its end.
 std::string CutAtCharacter(std::string_view AText, std::size_t ALength);

@@ -8,6 +8,7 @@ import fcntl
 import os
 import re
 import resource
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -108,6 +109,17 @@ class Console(unittest.TestCase):
             self.assertEqual(process.wait(60), 0)
         self.assertEqual(lines[0], b"VELMORA 6 CONSOLE")
         self.assertEqual(len(lines), 6)
+
+    def test_a_log_that_cannot_be_written_ends_no_job(self):
+        program = os.path.join(self.folder, "console")
+        shutil.copy(PROGRAM, program)
+        for text in ("<Preferences>", '<Preferences><Logs><TextLog><FileName Value="/no/such/folder/x.log"/></TextLog>'
+                     '<CSVLog><FileName Value="/no/such/folder/x.csv"/></CSVLog></Logs></Preferences>'):
+            with open(program + ".log.config", "w", encoding="utf-8") as config:
+                config.write(text)
+            done = subprocess.run([program, "export", "-s", "ftp"], capture_output=True, timeout=60, check=False)
+            self.assertEqual(done.returncode, 0)
+            self.assertRegex(done.stderr.decode("utf-8"), r"\ALog: [^\n]+\n\Z")
 
 
 if __name__ == "__main__":

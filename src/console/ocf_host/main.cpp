@@ -7,6 +7,7 @@
 #include "Jobs.h"
 #include "OcfConfiguration.h"
 #include "Program.h"
+#include "QuillonLogs/Manager.h"
 #include "QuillonTypes.h"
 #include "Run.h"
 #include "platform/Console.h"
@@ -36,6 +37,7 @@ void RunJob(const std::vector<std::string>& AWords, TJobs& AJobs) {
 /// Runs an OCF job with the settings of a configuration file, which the console's own command line has no way to.
 int main(int ACount, char** AValues) {
   Platform::TConsole Console;
+  const QuillonLogs::TProgramLog Log;
   static TVELGlobals& Globals = *new TVELGlobals;  // never freed, as in the console
   const TLineSink Output = [&Console](std::string_view ALine) { Console.WriteLine(ALine); };
   std::vector<std::string> Words = Console.Arguments(ACount, AValues);

@@ -6,6 +6,11 @@
 
 namespace Platform {
 
+/// Write one line with the platform's line break, past any buffer. Bytes that are no UTF-8 become U+FFFD.
+/// @throws EQuillonWin32Error when standard output, or standard error, does not take it
+void WriteOutputLine(std::string_view ALine);
+void WriteErrorLine(std::string_view ALine);
+
 /// Standard output and the argument list of this process. One object is made per process, before any file is opened.
 class TConsole {
  public:
@@ -17,9 +22,8 @@ class TConsole {
   /// @param ACount, AValues what `main` was given
   std::vector<std::string> Arguments(int ACount, const char* const* AValues) const;
 
-  /// Writes one line with the platform's line break, past any buffer. Bytes that are no UTF-8 become U+FFFD.
-  /// @throws EQuillonWin32Error when standard output does not take it
-  void WriteLine(std::string_view ALine);
+  /// As WriteOutputLine.
+  void WriteLine(std::string_view ALine) { WriteOutputLine(ALine); }
 };
 
 }  // namespace Platform

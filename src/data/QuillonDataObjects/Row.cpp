@@ -1,5 +1,7 @@
 #include "QuillonDataObjects/Row.h"
 
+#include "QuillonDataObjects/DataClass.h"
+
 namespace {
 
 using TRow = TQuillonDataRow;
@@ -36,6 +38,14 @@ void ResetRow(TObject& AnObject, const TRow& ARow) {
                  [](std::monostate) {},
              },
              ARow.Access);
+}
+
+void ResetRows(TObject& AnObject) {
+  for (const TRow& Row : AnObject.DataClass().Rows()) {
+    if (!Row.IsStamp) {
+      ResetRow(AnObject, Row);
+    }
+  }
 }
 
 bool HoldsDefault(const TObject& AnObject, const TRow& ARow) {

@@ -193,6 +193,9 @@ namespace QuillonDataObjects {
 /// Puts the row's default into the field; a nested object stays as it is. A list takes its stamps with it.
 void ResetRow(TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow);
 
+/// The same for all rows of the object's class but its stamps.
+void ResetRows(TQuillonDataAbstractObject& AnObject);
+
 /// True while the field holds what an absent element reads as.
 bool HoldsDefault(const TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow);
 

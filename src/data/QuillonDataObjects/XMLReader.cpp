@@ -59,8 +59,13 @@ std::string_view TextOf(const pugi::xml_node& AnElement, std::string& AScratch) 
 }  // namespace
 
 TQuillonDataObjectXMLReader::TQuillonDataObjectXMLReader(TQuillonDataStorage& AStorage, TQuillonBuffer ADocument,
-                                                         std::string_view ASource)
-    : TQuillonDataObjectReader(AStorage), FDocument(std::move(ADocument), ASource), FCursor(FDocument.Root()) {}
+                                                         std::string_view ASource) try
+    : TQuillonDataObjectReader(AStorage),
+      FDocument(std::move(ADocument), ASource, "Storage"),
+      FCursor(FDocument.Root()) {
+} catch (const EQuillonXMLError& Error) {
+  throw EQuillonDataObjectReaderError(Error.what());
+}
 
 /// The elements of one object's rows, found in one walk over its children.
 ///

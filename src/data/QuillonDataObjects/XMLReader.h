@@ -6,14 +6,15 @@
 #include <vector>
 
 #include "QuillonDataObjects/ReaderWriter.h"
-#include "QuillonDataObjects/XMLDocument.h"
+#include "QuillonXML.h"
 
 struct TQuillonDataRow;
 
 /// Reads a storage from its XML form: a child element a row, named by the row, the first match counting.
 class TQuillonDataObjectXMLReader : public TQuillonDataObjectReader {
  public:
-  /// @param ADocument, ASource as for the document, whose errors are raised here
+  /// @param ADocument, ASource as for the document
+  /// @throws EQuillonDataObjectReaderError for what is no document of a storage
   TQuillonDataObjectXMLReader(TQuillonDataStorage& AStorage, TQuillonBuffer ADocument, std::string_view ASource);
 
   void ReadRows(TQuillonDataAbstractObject& AnObject) override;

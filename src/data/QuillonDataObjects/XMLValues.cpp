@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "QuillonBase64.h"
 #include "QuillonDataObjects/Row.h"
 #include "QuillonDateTime.h"
 #include "QuillonNumbers.h"
@@ -13,7 +14,6 @@ namespace {
 
 using TRow = TQuillonDataRow;
 
-constexpr std::string_view Base64Alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 constexpr char IntegerSeparator = ';';
 
 bool NeedsQuotes(std::string_view AText) {
@@ -87,69 +87,28 @@ void Read(TQuillonDataAbstractObject& AnObject, const TRow& ARow, std::string_vi
                  [&](const TRow::TGuid& AnAccess) { AnAccess.Field(AnObject) = QuillonGuid::Parse(AText); },
                  [&](const TRow::TIntegers& AnAccess) { AnAccess.Field(AnObject) = SplitIntegers(AText); },
                  [&](const TRow::TStrings& AnAccess) { AnAccess.Field(AnObject) = SplitStrings(AText); },
-                 [&](const TRow::TPicture& AnAccess) { AnAccess.Field(AnObject).Image = DecodeBase64(AText); },
+                 [&](const TRow::TPicture& AnAccess) { AnAccess.Field(AnObject).Image = QuillonBase64::Decode(AText); },
                  [](const auto&) {},
              },
              ARow.Access);
 }
 
 void Append(std::string& ATarget, const TQuillonDataAbstractObject& AnObject, const TRow& ARow) {
-  std::visit(TQuillonCases{
-                 [&](const TRow::TNumber& AnAccess) { QuillonNumbers::AppendInteger(ATarget, AnAccess.Get(AnObject)); },
-                 [&](const TRow::TFloat& AnAccess) { AppendFloatRow(ATarget, ARow.Kind, AnAccess.Get(AnObject)); },
-                 [&](const TRow::TText& AnAccess) {
-                   std::string Scratch;
-                   ATarget.append(ARow.WrittenText.empty() ? AnAccess.Get(AnObject, Scratch) : ARow.WrittenText);
-                 },
-                 [&](const TRow::TGuid& AnAccess) { QuillonGuid::AppendBraced(ATarget, AnAccess.Get(AnObject)); },
-                 [&](const TRow::TIntegers& AnAccess) { AppendIntegers(ATarget, AnAccess.Get(AnObject)); },
-                 [&](const TRow::TStrings& AnAccess) { ATarget.append(JoinStrings(AnAccess.Get(AnObject))); },
-                 [&](const TRow::TPicture& AnAccess) { ATarget.append(EncodeBase64(AnAccess.Get(AnObject).Image)); },
-                 [](const auto&) {},
-             },
-             ARow.Access);
-}
-
-std::string EncodeBase64(std::string_view ABytes) {
-  std::string Text;
-  Text.reserve((ABytes.size() + 2) / 3 * 4);
-  for (std::size_t I = 0; I < ABytes.size(); I += 3) {
-    const std::size_t Count = std::min<std::size_t>(3, ABytes.size() - I);
-    std::uint32_t Group = 0;
-    for (std::size_t J = 0; J < 3; ++J) {
-      Group = (Group << 8) | (J < Count ? static_cast<std::uint8_t>(ABytes[I + J]) : 0U);
-    }
-    for (std::size_t J = 0; J < 4; ++J) {
-      Text.push_back(J <= Count ? Base64Alphabet[(Group >> (18 - 6 * J)) & 0x3F] : '=');
-    }
-  }
-  return Text;
-}
-
-std::string DecodeBase64(std::string_view AText) {
-  std::string Bytes;
-  std::uint32_t Group = 0;
-  int Bits = 0;
-  bool IsPadded = false;
-  for (const char C : AText) {
-    if (C == ' ' || C == '\t' || C == '\r' || C == '\n') {
-      continue;
-    }
-    const std::size_t Value = Base64Alphabet.find(C);
-    if (C == '=') {
-      IsPadded = true;
-    } else if (Value == std::string_view::npos || IsPadded) {
-      throw EQuillonConvertError("der Text ist kein gültiges Base64.");
-    } else {
-      Group = (Group << 6) | static_cast<std::uint32_t>(Value);
-      Bits += 6;
-      if (Bits >= 8) {
-        Bits -= 8;
-        Bytes.push_back(static_cast<char>((Group >> Bits) & 0xFF));
-      }
-    }
-  }
-  return Bytes;
+  std::visit(
+      TQuillonCases{
+          [&](const TRow::TNumber& AnAccess) { QuillonNumbers::AppendInteger(ATarget, AnAccess.Get(AnObject)); },
+          [&](const TRow::TFloat& AnAccess) { AppendFloatRow(ATarget, ARow.Kind, AnAccess.Get(AnObject)); },
+          [&](const TRow::TText& AnAccess) {
+            std::string Scratch;
+            ATarget.append(ARow.WrittenText.empty() ? AnAccess.Get(AnObject, Scratch) : ARow.WrittenText);
+          },
+          [&](const TRow::TGuid& AnAccess) { QuillonGuid::AppendBraced(ATarget, AnAccess.Get(AnObject)); },
+          [&](const TRow::TIntegers& AnAccess) { AppendIntegers(ATarget, AnAccess.Get(AnObject)); },
+          [&](const TRow::TStrings& AnAccess) { ATarget.append(JoinStrings(AnAccess.Get(AnObject))); },
+          [&](const TRow::TPicture& AnAccess) { ATarget.append(QuillonBase64::Encode(AnAccess.Get(AnObject).Image)); },
+          [](const auto&) {},
+      },
+      ARow.Access);
 }
 
 std::string JoinStrings(const std::vector<std::string>& AStrings) {

@@ -17,12 +17,6 @@ void Read(TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow, std
 /// Appends the text of the row's field, without the escapes of XML.
 void Append(std::string& ATarget, const TQuillonDataAbstractObject& AnObject, const TQuillonDataRow& ARow);
 
-/// Base64 (RFC 4648, section 4) without line breaks.
-std::string EncodeBase64(std::string_view ABytes);
-/// White space is passed over.
-/// @throws EQuillonConvertError for what is no Base64
-std::string DecodeBase64(std::string_view AText);
-
 /// Items joined by ",", one with a blank, comma, quote or control character in double quotes, inner quotes doubled.
 std::string JoinStrings(const std::vector<std::string>& AStrings);
 std::vector<std::string> SplitStrings(std::string_view AText);

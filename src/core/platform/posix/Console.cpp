@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr std::string_view OutputName = "standard output";
-
 /// Opens the null device in place of a closed standard handle, in the direction in which its use fails.
 void OccupyIfClosed(int AHandle, int AMode) {
   if (fcntl(AHandle, F_GETFD) != -1 || errno != EBADF) {
@@ -27,12 +25,30 @@ void OccupyIfClosed(int AHandle, int AMode) {
   }
 }
 
-/// Waits until a non-blocking standard output takes bytes again.
-void AwaitWritable() {
-  pollfd Output{.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
+/// Waits until a non-blocking output takes bytes again.
+void AwaitWritable(int AHandle, std::string_view AName) {
+  pollfd Output{.fd = AHandle, .events = POLLOUT, .revents = 0};
   constexpr int NoTimeOut = -1;
   if (poll(&Output, 1, NoTimeOut) == -1 && errno != EINTR) {
-    throw EQuillonWin32Error(errno, OutputName);
+    throw EQuillonWin32Error(errno, AName);
+  }
+}
+
+void WriteLineTo(int AHandle, std::string_view AName, std::string_view ALine) {
+  std::string Text;
+  Text.reserve(ALine.size() + 1);
+  utf8::replace_invalid(ALine.begin(), ALine.end(), std::back_inserter(Text));
+  Text.push_back('\n');
+  std::string_view Left = Text;
+  while (!Left.empty()) {
+    const ssize_t Written = write(AHandle, Left.data(), Left.size());
+    if (Written >= 0) {
+      Left.remove_prefix(static_cast<std::size_t>(Written));
+    } else if (errno == EAGAIN || errno == EWOULDBLOCK) {
+      AwaitWritable(AHandle, AName);
+    } else if (errno != EINTR) {
+      throw EQuillonWin32Error(errno, AName);
+    }
   }
 }
 
@@ -53,22 +69,8 @@ std::vector<std::string> TConsole::Arguments(int ACount, const char* const* AVal
   return ACount > 0 ? std::vector<std::string>(AValues + 1, AValues + ACount) : std::vector<std::string>();
 }
 
-void TConsole::WriteLine(std::string_view ALine) {
-  std::string Text;
-  Text.reserve(ALine.size() + 1);
-  utf8::replace_invalid(ALine.begin(), ALine.end(), std::back_inserter(Text));
-  Text.push_back('\n');
-  std::string_view Left = Text;
-  while (!Left.empty()) {
-    const ssize_t Written = write(STDOUT_FILENO, Left.data(), Left.size());
-    if (Written >= 0) {
-      Left.remove_prefix(static_cast<std::size_t>(Written));
-    } else if (errno == EAGAIN || errno == EWOULDBLOCK) {
-      AwaitWritable();
-    } else if (errno != EINTR) {
-      throw EQuillonWin32Error(errno, OutputName);
-    }
-  }
-}
+void WriteOutputLine(std::string_view ALine) { WriteLineTo(STDOUT_FILENO, "standard output", ALine); }
+
+void WriteErrorLine(std::string_view ALine) { WriteLineTo(STDERR_FILENO, "standard error", ALine); }
 
 }  // namespace Platform

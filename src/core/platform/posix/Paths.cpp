@@ -5,6 +5,9 @@
 
 #include <array>
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
+#include <utility>
 
 namespace {
 
@@ -24,6 +27,15 @@ std::string HomeFolder() {
   return IsKnown && Found->pw_dir != nullptr ? Found->pw_dir : "";
 }
 
+/// Our folder in one of the user's base directories (XDG), where a relative one is to be passed over.
+std::string OwnFolder(const char* AVariable, const char* AnUsualPlace) {
+  if (const std::string Folder = Variable(AVariable); Folder.starts_with('/')) {
+    return Folder + "/velmora";
+  }
+  const std::string Home = HomeFolder();
+  return Home.empty() ? std::string() : Home + AnUsualPlace + "/velmora";
+}
+
 }  // namespace
 
 namespace Platform {
@@ -32,17 +44,23 @@ bool PathsBeginWithSlash() { return true; }
 
 std::vector<std::string> FoldersToKeepFilesIn() {
   std::vector<std::string> Folders;
-  // A relative state folder is to be passed over (XDG base directories).
-  if (const std::string State = Variable("XDG_STATE_HOME"); State.starts_with('/')) {
-    Folders.push_back(State + "/velmora");
-  } else if (const std::string Home = HomeFolder(); !Home.empty()) {
-    Folders.push_back(Home + "/.local/state/velmora");
+  if (std::string State = OwnFolder("XDG_STATE_HOME", "/.local/state"); !State.empty()) {
+    Folders.push_back(std::move(State));
   }
   if (const std::string Temporary = Variable("TMPDIR"); !Temporary.empty()) {
     Folders.push_back(Temporary);
   }
   Folders.emplace_back("/tmp");
   return Folders;
+}
+
+std::string UserSettingsFolder() { return OwnFolder("XDG_CONFIG_HOME", "/.config"); }
+
+std::string MachineSettingsFolder() { return "/etc/velmora"; }
+
+std::string ProgramFile() {
+  std::error_code Ignored;
+  return std::filesystem::read_symlink("/proc/self/exe", Ignored).string();
 }
 
 }  // namespace Platform

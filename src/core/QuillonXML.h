@@ -6,7 +6,13 @@
 
 #include "QuillonIO.h"
 
-/// The parsed document of a storage, with the bytes that its nodes lie in.
+/// Bytes that are no XML document of the kind that was asked for; the message names the document.
+class EQuillonXMLError : public EQuillonException {
+ public:
+  using EQuillonException::EQuillonException;
+};
+
+/// A parsed document of one of our files, with the bytes that its nodes lie in.
 class TQuillonXMLDocument {
  public:
   /// Parses the whole document.
@@ -16,17 +22,17 @@ class TQuillonXMLDocument {
   /// stays the text that it is.
   /// @param ADocument the document's bytes, in UTF-8 or UTF-16; parsed in place
   /// @param ASource what messages call the document
-  /// @throws EQuillonDataObjectReaderError for what is no well-formed document of a storage, for one of another
-  /// encoding
-  ///   and for one with entities of its own
-  TQuillonXMLDocument(TQuillonBuffer ADocument, std::string_view ASource);
+  /// @param ADocumentElement the name that its document element must have
+  /// @throws EQuillonXMLError for what is no well-formed document with that element, for one of another encoding and
+  ///   for one with entities of its own
+  TQuillonXMLDocument(TQuillonBuffer ADocument, std::string_view ASource, std::string_view ADocumentElement);
 
   /// The document element.
   pugi::xml_node Root() const { return FDocument.document_element(); }
 
  private:
   void Parse(std::string_view ASource);
-  void CheckDocument(std::string_view ASource) const;
+  void CheckDocument(std::string_view ASource, std::string_view ADocumentElement) const;
 
   TQuillonBuffer FBuffer;
   pugi::xml_document FDocument;

@@ -1,16 +1,14 @@
-#include "QuillonDataObjects/XMLDocument.h"
+#include "QuillonXML.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <string>
 
-#include "QuillonDataObjects/ReaderWriter.h"
 #include "QuillonText.h"
 
 namespace {
 
-constexpr const char* DocumentElement = "Storage";
 constexpr std::string_view Replacement = "\uFFFD";
 
 /// Values of blanks only are values; the blanks between elements are none. An element's first text is kept in the
@@ -22,7 +20,7 @@ constexpr unsigned ParseOptionsOfPieces =
     (ParseOptions & ~pugi::parse_ws_pcdata_single) | pugi::parse_ws_pcdata | pugi::parse_doctype;
 
 [[noreturn]] void Refuse(std::string_view ASource, const std::string& AReason) {
-  throw EQuillonDataObjectReaderError("\"" + std::string(ASource) + "\" ist kein gültiges XML-Dokument: " + AReason);
+  throw EQuillonXMLError("\"" + std::string(ASource) + "\" ist kein gültiges XML-Dokument: " + AReason);
 }
 
 /// True if the text at the begin is a reference by number, to what is no character of XML. @param ALength its length
@@ -179,10 +177,11 @@ TQuillonBuffer ToUtf8(TQuillonBuffer ADocument) {
 
 }  // namespace
 
-TQuillonXMLDocument::TQuillonXMLDocument(TQuillonBuffer ADocument, std::string_view ASource)
+TQuillonXMLDocument::TQuillonXMLDocument(TQuillonBuffer ADocument, std::string_view ASource,
+                                         std::string_view ADocumentElement)
     : FBuffer(ToUtf8(std::move(ADocument))) {
   Parse(ASource);
-  CheckDocument(ASource);
+  CheckDocument(ASource, ADocumentElement);
 }
 
 void TQuillonXMLDocument::Parse(std::string_view ASource) {
@@ -210,11 +209,11 @@ void TQuillonXMLDocument::Parse(std::string_view ASource) {
   }
 }
 
-void TQuillonXMLDocument::CheckDocument(std::string_view ASource) const {
+void TQuillonXMLDocument::CheckDocument(std::string_view ASource, std::string_view ADocumentElement) const {
   const pugi::xml_node Element = Root();
-  if (std::strcmp(Element.name(), DocumentElement) != 0) {
-    Refuse(ASource,
-           "das Dokumentelement ist " + QuillonText::Quoted(Element.name()) + " statt \"" + DocumentElement + "\".");
+  if (Element.name() != ADocumentElement) {
+    Refuse(ASource, "das Dokumentelement ist " + QuillonText::Quoted(Element.name()) + " statt \"" +
+                        std::string(ADocumentElement) + "\".");
   }
   for (const pugi::xml_node& Node : FDocument.children()) {
     if (Node.type() == pugi::node_element && Node != Element) {
