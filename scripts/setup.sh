@@ -3,9 +3,9 @@
 # Usage: setup.sh [FURTHER-PACKAGE...]
 set -eu
 
-set -- g++ cmake ninja-build python3 libxml2-utils tzdata \
+set -- g++ cmake ninja-build python3 libxml2-utils openssl tzdata \
   libpugixml-dev nlohmann-json3-dev libzip-dev zlib1g-dev libutfcpp-dev libutf8proc-dev nettle-dev \
-  libgtest-dev libgmock-dev libbenchmark-dev "$@"
+  libcurl4-openssl-dev libgtest-dev libgmock-dev libbenchmark-dev "$@"
 
 if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
   echo "setup: this system has no apt-get; install the counterparts of these Debian packages by hand: $*" >&2

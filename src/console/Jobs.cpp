@@ -2,15 +2,15 @@
 
 #include <utility>
 
+#include "QuillonHttp.h"
+#include "uIServ.h"
 #include "uOstrel/CsvReader.h"
 #include "uOstrel/CsvWriter.h"
+#include "uSdui.h"
 #include "uTransformator.h"
+#include "uUpload/State.h"
 
 namespace {
-
-[[noreturn]] void ThrowMissing(std::string_view AJob) {
-  throw EQuillonException("The " + std::string(AJob) + " is not part of this version yet.");
-}
 
 constexpr std::string_view OpenLine = "Open VELMORA file...";
 constexpr std::string_view SaveLine = "Save VELMORA file...";
@@ -35,9 +35,25 @@ void TExchangeJobs::ExportToOcf(std::unique_ptr<TOcfConfiguration> AConfiguratio
 
 void TExchangeJobs::ExportToOcf(const std::string& AConfigFileName) { RunExport(AConfigFileName); }
 
-void TExchangeJobs::UploadToSdui(const std::string& /*AConfigFileName*/) { ThrowMissing("upload to Sdui"); }
+template <class TWriter>
+void TExchangeJobs::RunUpload(const std::string& AConfigFileName, const std::string& AService) {
+  const auto Client = QuillonHttp::CreateClient();
+  const auto State = uUpload::UserState();
+  TWriter Writer(FPlan, AConfigFileName, *Client, *State);
+  FOutput(OpenLine);
+  Writer.LoadVelFile();
+  FOutput("Start Upload to " + AService + "...");
+  const bool IsSent = Writer.UploadVelFile();
+  FOutput(IsSent ? "Upload successfully finished." : "No changes detected since last upload. No Upload.");
+}
 
-void TExchangeJobs::UploadToIServ(const std::string& /*AConfigFileName*/) { ThrowMissing("upload to IServ"); }
+void TExchangeJobs::UploadToSdui(const std::string& AConfigFileName) {
+  RunUpload<TSduiWriter>(AConfigFileName, "Sdui");
+}
+
+void TExchangeJobs::UploadToIServ(const std::string& AConfigFileName) {
+  RunUpload<TIServWriter>(AConfigFileName, "IServ");
+}
 
 template <class TConfiguration>
 void TExchangeJobs::RunImport(TConfiguration&& AConfiguration) {

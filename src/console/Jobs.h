@@ -3,7 +3,7 @@
 #include "Program.h"
 #include "uPlandaten/Plan.h"
 
-/// The jobs of this program on the global plan. One that does not exist yet raises a sentence that says so.
+/// The jobs of this program on the global plan.
 class TExchangeJobs : public TJobs {
  public:
   /// @param AnOutput receives the jobs' progress lines
@@ -20,6 +20,8 @@ class TExchangeJobs : public TJobs {
  private:
   template <class TConfiguration>
   void RunExport(TConfiguration&& AConfiguration);
+  template <class TWriter>
+  void RunUpload(const std::string& AConfigFileName, const std::string& AService);
   template <class TConfiguration>
   void RunImport(TConfiguration&& AConfiguration);
 

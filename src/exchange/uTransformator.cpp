@@ -1,15 +1,13 @@
 #include "uTransformator.h"
 
-#include "QuillonFileSystem.h"
+#include "LocalSource.h"
 #include "uPlandaten/Aenderungen.h"
 #include "uPlandaten/Klassen.h"
 #include "uPlandaten/Termine.h"
 #include "uPlandaten/Veranstaltungen.h"
 
 void TVELTransformator::LoadFromFile(const std::string& AFileName) {
-  if (!TQuillonFileSystem::IsFile(AFileName)) {
-    throw EQuillonException("Local Velmora file does not exist.");
-  }
+  LocalSource::RequireFile(AFileName);
   FPlan.OpenFileToChange(AFileName);
 }
 

@@ -22,7 +22,7 @@ bool IsOpen(const TPlanContext& AContext, const TVELAenderung& AChange) {
   return !AChange.IsAddition() && AChange.Status() == aeOpen && !AllClassesAbsent(AContext, AChange);
 }
 
-bool HasNoEffect(const TPlanContext& AContext, const TVELVertretung& ASubstitution) {
+bool ChangesNothing(const TVELVertretung& ASubstitution) {
   const auto MissesTeacher = [&] {
     const TItemSet Missing(ASubstitution.FFehlend);
     return std::ranges::any_of(ASubstitution.FOriginal.Items(), [&](const TQuillonDataObject* AnObject) {
@@ -31,8 +31,12 @@ bool HasNoEffect(const TPlanContext& AContext, const TVELVertretung& ASubstituti
   };
   return (ASubstitution.FVertretungsmerkmal == vmKein || ASubstitution.FVertretungsmerkmal == vmKlasseFehlt) &&
          ASubstitution.FNeuerTermin == nullptr && ASubstitution.FTauschTermin == nullptr &&
-         ASubstitution.FNeuesFach == nullptr && ASubstitution.FNeu.IsEmpty() &&
-         ASubstitution.FVertretungsentfall == nullptr && !MissesTeacher() && !AllClassesAbsent(AContext, ASubstitution);
+         ASubstitution.FNeuesFach == nullptr && ASubstitution.FNeu.IsEmpty() && !MissesTeacher();
+}
+
+bool HasNoEffect(const TPlanContext& AContext, const TVELVertretung& ASubstitution) {
+  return ASubstitution.FVertretungsentfall == nullptr && ChangesNothing(ASubstitution) &&
+         !AllClassesAbsent(AContext, ASubstitution);
 }
 
 bool IsPublished(const TPlanContext& AContext, const TVELAenderung* AChange) {

@@ -225,7 +225,8 @@ void GetBereichEintraege(const TPlanContext& AContext, TVELPlanobjekt* AnObject,
 void GetVertretungen(const TPlanContext& AContext, TVELPlanobjekt* AnObject, std::uint8_t AMode, bool APublicOnly,
                      TVELPlanEintragListe& AList, const TSpan& ARange) {
   const TVELPlanobjekt* const Object = AnObject;
-  uDataUtils::TSubstitutionFilter Filter{.Span = ARange, .PublishedOnly = APublicOnly, .Mode = AMode};
+  uDataUtils::TSubstitutionFilter Filter{
+      .Span = ARange, .PublishedOnly = APublicOnly, .WithAbsentClasses = true, .Mode = AMode};
   if (AnObject != nullptr) {
     Filter.Objects = std::span(&Object, 1);
   }

@@ -93,7 +93,8 @@ struct TRangeOptions {
 void GetBereichEintraege(const TPlanContext& AContext, TVELPlanobjekt* AnObject, const TRangeOptions& AnOptions,
                          TSeen& ASeen, TVELPlanEintragListe& AList, const TSpan& ARange);
 
-/// The list of substitutions of an object, or of all for null, as entries in the order of time.
+/// The list of substitutions of an object, or of all for null, as entries in the order of time; also of lessons whose
+/// classes are all absent.
 /// @param AMode see uDataUtils::TSubstitutionMode
 void GetVertretungen(const TPlanContext& AContext, TVELPlanobjekt* AnObject, std::uint8_t AMode, bool APublicOnly,
                      TVELPlanEintragListe& AList, const TSpan& ARange);

@@ -4,6 +4,23 @@
 
 namespace JsonMapping {
 
+namespace {
+
+template <class TInteger>
+void ReadWhole(const nlohmann::json& AValue, TInteger& ATarget, const TPlace& APlace) {
+  constexpr auto Min = std::numeric_limits<TInteger>::min();
+  constexpr auto Max = std::numeric_limits<TInteger>::max();
+  // Numbers that are not negative are what the parser holds as unsigned; it holds no others that are.
+  const bool IsWithin = AValue.is_number_unsigned() ? AValue.get<std::uint64_t>() <= std::uint64_t{Max}
+                                                    : AValue.is_number_integer() && AValue.get<std::int64_t>() >= Min;
+  if (!IsWithin) {
+    ThrowWrongType(APlace, "a whole number from " + std::to_string(Min) + " to " + std::to_string(Max));
+  }
+  ATarget = AValue.get<TInteger>();
+}
+
+}  // namespace
+
 void ThrowWrongType(const TPlace& APlace, std::string_view AWanted) {
   throw EQuillonException("Key \"" + APlace.KeyPath + "\" in file \"" + APlace.FileName + "\" must be " +
                           std::string(AWanted) + ".");
@@ -24,12 +41,11 @@ void Read(const nlohmann::json& AValue, bool& ATarget, const TPlace& APlace) {
 }
 
 void Read(const nlohmann::json& AValue, std::uint16_t& ATarget, const TPlace& APlace) {
-  constexpr std::uint64_t Max = std::numeric_limits<std::uint16_t>::max();
-  // Whole numbers that are not negative are what the parser holds as unsigned.
-  if (!AValue.is_number_unsigned() || AValue.get<std::uint64_t>() > Max) {
-    ThrowWrongType(APlace, "a whole number from 0 to " + std::to_string(Max));
-  }
-  ATarget = static_cast<std::uint16_t>(AValue.get<std::uint64_t>());
+  ReadWhole(AValue, ATarget, APlace);
+}
+
+void Read(const nlohmann::json& AValue, std::int32_t& ATarget, const TPlace& APlace) {
+  ReadWhole(AValue, ATarget, APlace);
 }
 
 }  // namespace JsonMapping

@@ -4,11 +4,14 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Configuration.h"
+#include "JsonUtils.h"
 #include "QuillonText.h"
 #include "QuillonTypes.h"
 
@@ -35,6 +38,7 @@ struct TPlace {
 void Read(const nlohmann::json& AValue, std::string& ATarget, const TPlace& APlace);
 void Read(const nlohmann::json& AValue, bool& ATarget, const TPlace& APlace);
 void Read(const nlohmann::json& AValue, std::uint16_t& ATarget, const TPlace& APlace);
+void Read(const nlohmann::json& AValue, std::int32_t& ATarget, const TPlace& APlace);
 
 /// Row of a class's table: the field's name and the reader of its value.
 template <class TObject>
@@ -99,7 +103,7 @@ constexpr auto Join(const std::array<TField<TObject>, BaseCount>& ABase,
   return Joined;
 }
 
-/// The rows that all exchange options share: the data server, its file, and the local file.
+/// The rows of TVELServerOptions, for a class on top of it.
 template <class TObject>
 constexpr std::array ServerFields{
     Field<TObject, &TObject::FServerName>("FServerName"),
@@ -110,4 +114,20 @@ constexpr std::array ServerFields{
     Field<TObject, &TObject::FFileName>("FFileName"),
 };
 
+/// The rows of TVELSourceOptions, for a class on top of it.
+template <class TObject>
+constexpr auto SourceFields = Join(ServerFields<TObject>,
+                                   std::array{
+                                       Field<TObject, &TObject::FSourceFileName>("FSourceFileName"),
+                                       Field<TObject, &TObject::FSourceProvider>("FSourceProvider"),
+                                   });
+
 }  // namespace JsonMapping
+
+template <class TConfiguration>
+std::unique_ptr<TConfiguration> LoadConfiguration(const std::string& AFileName) {
+  const auto Settings = TJsonUtils::LoadSettings(AFileName);
+  auto Configuration = std::make_unique<TConfiguration>();
+  JsonMapping::Read(Settings, *Configuration, {AFileName, ""});
+  return Configuration;
+}

@@ -3,7 +3,6 @@
 #include <array>
 
 #include "JsonMapping.h"
-#include "JsonUtils.h"
 
 namespace JsonMapping {
 
@@ -43,9 +42,4 @@ constexpr std::array Fields<TOcfConfiguration>{
 
 }  // namespace JsonMapping
 
-std::unique_ptr<TOcfConfiguration> TOcfConfigurationManager::LoadConfig(const std::string& AFileName) {
-  const auto Settings = TJsonUtils::LoadSettings(AFileName);
-  auto Configuration = std::make_unique<TOcfConfiguration>();
-  JsonMapping::Read(Settings, *Configuration, {AFileName, ""});
-  return Configuration;
-}
+template std::unique_ptr<TOcfConfiguration> LoadConfiguration(const std::string& AFileName);

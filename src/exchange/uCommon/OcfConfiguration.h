@@ -1,19 +1,13 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
-/// Settings that every OCF job has: the data server and the file there.
-struct TOcfOptions {
-  std::string FServerName = "localhost";
-  std::uint16_t FServerPort = 111;
-  std::string FServerUserName;
-  std::string FServerPassword;
-  std::string FServerFileId;  ///< GUID with braces; empty means the all-zero GUID
-  std::string FFileName;      ///< part of the file format, read by no job
-};
+#include "Configuration.h"
+#include "JobOptions.h"
+
+struct TOcfOptions : TVELServerOptions {};
 
 struct TOcfExportFile {
   std::string FName;
@@ -44,12 +38,14 @@ struct TOcfConfiguration {
   TOcfImportOptions FOcfImport;
 };
 
+extern template std::unique_ptr<TOcfConfiguration> LoadConfiguration(const std::string& AFileName);
+
 class TOcfConfigurationManager {
  public:
   TOcfConfigurationManager() = delete;
 
-  /// Reads the member "Velmora" of a JSON file. Keys that are missing leave the defaults, unknown ones are ignored.
-  /// @throws EQuillonException for a value of another JSON type than its key takes, naming key and file, and for a
-  ///         file that cannot be read or holds no such settings
-  static std::unique_ptr<TOcfConfiguration> LoadConfig(const std::string& AFileName);
+  /// As LoadConfiguration.
+  static std::unique_ptr<TOcfConfiguration> LoadConfig(const std::string& AFileName) {
+    return LoadConfiguration<TOcfConfiguration>(AFileName);
+  }
 };

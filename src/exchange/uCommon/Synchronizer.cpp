@@ -3,19 +3,8 @@
 #include <cmath>
 #include <utility>
 
-#include "QuillonFileSystem.h"
-#include "QuillonText.h"
+#include "LocalSource.h"
 #include "uPlandaten/Einstellungen.h"
-
-namespace {
-
-constexpr std::string_view ServerProvider = "Server";
-
-bool IsServer(std::string_view AProvider) { return QuillonText::EqualsIgnoreCase(AProvider, ServerProvider); }
-
-[[noreturn]] void ThrowNoServer() { throw EQuillonException("The data server is not part of this version yet."); }
-
-}  // namespace
 
 TVELOstrelService::TVELOstrelService(std::unique_ptr<TOcfConfiguration> AConfiguration)
     : FConfiguration(std::move(AConfiguration)) {}
@@ -43,20 +32,14 @@ void TVELOstrelSynchronizer::TakeValidRange() {
 
 void TVELOstrelSynchronizer::LoadVelFile() {
   // The export's provider decides for the import too.
-  if (IsServer(Configuration().FOcfExport.FSourceProvider)) {
-    ThrowNoServer();
-  }
+  LocalSource::RequireLocal(Configuration().FOcfExport.FSourceProvider);
   const std::string FileName = GetFileName();
-  if (!TQuillonFileSystem::IsFile(FileName)) {
-    throw EQuillonException("Local Velmora file does not exist.");
-  }
+  LocalSource::RequireFile(FileName);
   OpenPlan(FileName);
   TakeValidRange();
 }
 
 void TVELOstrelSynchronizer::SaveVelFile() {
-  if (IsServer(Configuration().FOcfImport.FTargetProvider)) {
-    ThrowNoServer();
-  }
+  LocalSource::RequireLocal(Configuration().FOcfImport.FTargetProvider);
   FPlan.SaveToFile(GetFileName());
 }

@@ -3,9 +3,40 @@
 #include <memory>
 #include <string>
 
+#include "Configuration.h"
+#include "LocalSource.h"
 #include "OcfConfiguration.h"
 #include "uPlandaten/Plan.h"
 #include "uPlandaten/Werte.h"
+
+/// Base of a job with a configuration file of its own, which reads a data file into the global plan.
+/// @tparam TConfiguration the settings that the file holds
+template <class TConfiguration>
+class TVELSynchronizer {
+ public:
+  TVELSynchronizer(const TVELSynchronizer&) = delete;
+  TVELSynchronizer& operator=(const TVELSynchronizer&) = delete;
+  virtual ~TVELSynchronizer() = default;
+
+  void Abort() { FAborted = true; }
+
+  /// Loads the data file into the plan.
+  /// @throws EQuillonException "Local Velmora file does not exist.", and what the load raises
+  virtual void LoadVelFile() { LocalSource::Load(FPlan, Options()); }
+
+ protected:
+  /// Loads the configuration file.
+  /// @throws EQuillonException as LoadConfiguration
+  TVELSynchronizer(TVELPlan& APlan, const std::string& ACfgFileName)
+      : FPlan(APlan), FConfiguration(LoadConfiguration<TConfiguration>(ACfgFileName)) {}
+
+  /// The part of the settings that tells where the data file is.
+  virtual const TVELSourceOptions& Options() const = 0;
+
+  TVELPlan& FPlan;
+  bool FAborted = false;
+  std::unique_ptr<TConfiguration> FConfiguration;
+};
 
 /// Base of the OCF jobs: their settings, and the data file in the global plan.
 class TVELOstrelService {

@@ -1,0 +1,67 @@
+#include "QuillonHttp.h"
+
+#include <algorithm>
+#include <array>
+
+std::string TQuillonUrlPath::Combine(std::string_view AUrl, std::string_view APath) {
+  if (AUrl.empty() || APath.empty()) {
+    return std::string(AUrl.empty() ? APath : AUrl);
+  }
+  AUrl.remove_suffix(AUrl.size() - (AUrl.find_last_not_of('/') + 1));
+  APath.remove_prefix(std::min(APath.find_first_not_of('/'), APath.size()));
+  return std::string(AUrl).append("/").append(APath);
+}
+
+namespace QuillonHttp {
+
+std::string_view StatusName(int AStatus) {
+  static constexpr auto Names = std::to_array<std::pair<int, std::string_view>>({
+      {200, "OK"},
+      {201, "Created"},
+      {202, "Accepted"},
+      {203, "Non-Authoritative Information"},
+      {204, "No Content"},
+      {205, "Reset Content"},
+      {206, "Partial Content"},
+      {300, "Multiple Choices"},
+      {301, "Moved Permanently"},
+      {302, "Found"},
+      {303, "See Other"},
+      {304, "Not Modified"},
+      {305, "Use Proxy"},
+      {307, "Temporary Redirect"},
+      {308, "Permanent Redirect"},
+      {400, "Bad Request"},
+      {401, "Unauthorized"},
+      {402, "Payment Required"},
+      {403, "Forbidden"},
+      {404, "Not Found"},
+      {405, "Method Not Allowed"},
+      {406, "Not Acceptable"},
+      {407, "Proxy Authentication Required"},
+      {408, "Request Timeout"},
+      {409, "Conflict"},
+      {410, "Gone"},
+      {411, "Length Required"},
+      {412, "Precondition Failed"},
+      {413, "Content Too Large"},
+      {414, "URI Too Long"},
+      {415, "Unsupported Media Type"},
+      {416, "Range Not Satisfiable"},
+      {417, "Expectation Failed"},
+      {421, "Misdirected Request"},
+      {422, "Unprocessable Content"},
+      {426, "Upgrade Required"},
+      {500, "Internal Server Error"},
+      {501, "Not Implemented"},
+      {502, "Bad Gateway"},
+      {503, "Service Unavailable"},
+      {504, "Gateway Timeout"},
+      {505, "HTTP Version Not Supported"},
+  });
+  const auto* const Found =
+      std::find_if(Names.begin(), Names.end(), [=](const auto& AName) { return AName.first == AStatus; });
+  return Found != Names.end() ? Found->second : std::string_view();
+}
+
+}  // namespace QuillonHttp

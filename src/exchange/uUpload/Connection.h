@@ -1,0 +1,50 @@
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "QuillonHttp.h"
+#include "QuillonLogs/Manager.h"
+
+/// The calls of an upload to its service. What comes back for people to read never tells a secret of the upload,
+/// whatever the service answers: it is masked by "***".
+class TVELUploadConnection {
+ public:
+  explicit TVELUploadConnection(TQuillonHttpClient& AClient) : FClient(AClient) {}
+
+  /// Keeps a text from being told; an empty one is none.
+  void Hide(std::string_view ASecret);
+
+  /// Sends the request with the user agent and the headers that every call to a service has, and logs it, under
+  /// "Velmora.Upload". Hides the password in its address.
+  /// @throws EQuillonHttpError
+  TQuillonHttpResponse Post(TQuillonHttpRequest ARequest);
+
+  /// The body of an answer, for messages: the JSON object with its texts and numbers as Clean leaves them, or null for
+  /// what is no JSON object.
+  nlohmann::json CleanObjectIn(const TQuillonHttpResponse& AResponse) const;
+
+  /// The text on one line, without secrets, and of a long one only the begin.
+  std::string Clean(std::string_view AText) const;
+
+ private:
+  void Log(TQuillonLogEventType AnEventType, std::string_view AText) const;
+
+  TQuillonHttpClient& FClient;
+  std::vector<std::string> FSecrets;  ///< the longest first
+};
+
+namespace uUpload {
+
+/// The body of an answer; null for what is no JSON object.
+nlohmann::json ObjectIn(const TQuillonHttpResponse& AResponse);
+
+/// A text or a number as text; empty for another value.
+std::string TextOf(const nlohmann::json& AValue);
+
+/// TextOf a member; empty without it.
+std::string TextIn(const nlohmann::json& AnObject, const char* AKey);
+
+}  // namespace uUpload
