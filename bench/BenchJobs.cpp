@@ -1,5 +1,8 @@
 #include "BenchJobs.h"
 
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
 #include <pugixml.hpp>
 #include <random>
 #include <stdexcept>
@@ -8,10 +11,14 @@
 #include "Globals.h"
 #include "Jobs.h"
 #include "Program.h"
+#include "QuillonFileReplacement.h"
 #include "QuillonIO.h"
 #include "SchoolGenerator.h"
+#include "uDataUtils/Spans.h"
+#include "uJSONExport/Publisher.h"
 #include "uPlandaten/Fehlzeiten.h"
 #include "uPlandaten/Klassen.h"
+#include "uPlandaten/Lehrer.h"
 #include "uPlandaten/Termine.h"
 #include "uPlandaten/Veranstaltungen.h"
 #include "uPlandaten/Vertretungen.h"
@@ -43,8 +50,8 @@ void MakeSchool(const std::string& AFileName, int AScale) {
 }
 
 void MakeChangedSchool(const std::string& AFileName, int ACount) {
-  constexpr unsigned FirstDay = 46'240;  // in August 2026
-  constexpr unsigned Days = 320;
+  constexpr unsigned FirstMonday = 46'237;  // 2026-08-03
+  constexpr unsigned Weeks = 48;
   constexpr unsigned Features = vmKlasseFehlt + 1;
   constexpr int ChangesPerAbsence = 4;
   const auto Plan = SchoolGenerator::Generate({});
@@ -52,21 +59,24 @@ void MakeChangedSchool(const std::string& AFileName, int ACount) {
   std::vector<TVELTermin*> Places;
   for (const TVELVeranstaltung* Lesson : Plan->FVeranstaltungen) {
     if (!Lesson->FKlassen.IsEmpty()) {
-      Places.insert(Places.end(), Lesson->FTermine.begin(), Lesson->FTermine.end());
+      std::copy_if(Lesson->FTermine.begin(), Lesson->FTermine.end(), std::back_inserter(Places),
+                   [](const TVELTermin* ATermin) { return ATermin->Reoccur() && ATermin->Scheduled(); });
     }
   }
+  const auto Teachers = static_cast<unsigned>(Plan->FLehrer.Count());
   std::minstd_rand Random(1);
   for (int I = 0; I < ACount; ++I) {
     TVELTermin* const Place = Places[Random() % Places.size()];
-    const auto Day = static_cast<double>(FirstDay + Random() % Days);
-    const TVELDateTime Start = Day + static_cast<double>(8 + Random() % 8) / 24;
-    const TVELDateTime End = Start + 0.75 / 24;
+    const auto Day = static_cast<double>(FirstMonday + 7 * (Random() % Weeks) + Place->FWochentag - 1);
+    const TVELDateTime Start = Day + uDataUtils::TimeOf(Place->FStart);
+    const TVELDateTime End = Day + uDataUtils::TimeOf(Place->FEnde);
     auto* const Change = QuillonDataObjects::Create<TVELVertretung>(Plan.get());
     Change->FATermin = Place;
     Change->FStart = Start;
     Change->FEnde = End;
     Change->FAenderungsstatus = aePublished;
     Change->FVertretungsmerkmal = static_cast<TVELVertretungsmerkmal>(Random() % Features);
+    Change->FNeu.Append(Plan->FLehrer.GetItem(static_cast<int>(Random() % Teachers)));
     Plan->FAenderungen.Append(Change);
     if (I % ChangesPerAbsence == 0) {
       auto* const Absence = QuillonDataObjects::Create<TVELKlassenfehlzeit>(Plan.get());
@@ -124,6 +134,20 @@ std::uint64_t Import(const std::string& AFileName, const std::string& AFolder) {
     Configuration->FOcfImport.FSourceFolderName = AFolder;
     AJobs.ImportFromOcf(std::move(Configuration));
   });
+}
+
+std::uint64_t Publish(const std::string& AFileName, const std::string& AForm) {
+  const std::string Target = AFileName + "." + AForm;
+  const std::string Settings = Target + ".cfg";
+  QuillonIO::ReplaceFile(Settings, R"({"Velmora": {"jsonExport": {"sourceFileName": ")" + AFileName +
+                                       R"(", "targetFileName": ")" + Target + R"(", "form": ")" + AForm +
+                                       R"(", "start": "2026-08-03", "studentNames": true, "xmlTypes": )" +
+                                       R"(["xmlIndex", "xmlLessons", "xmlChanges", "xmlCalEvents", "xmlAbsences"]}}})");
+  static TVELGlobals& Globals = *new TVELGlobals;
+  TVELJSONPublisher Publisher(Globals.Plan(), Settings);
+  Publisher.LoadVelFile();
+  Publisher.Publish();
+  return std::filesystem::file_size(Target);
 }
 
 std::uint64_t NewGuids(const std::string& AFileName) {

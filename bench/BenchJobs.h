@@ -8,7 +8,8 @@ namespace Bench {
 
 /// Makes the school of a scale and saves it.
 void MakeSchool(const std::string& AFileName, int AScale);
-/// Saves the school of scale 1 with ACount further substitutions, each fourth of them with an absence of the class.
+/// Saves the school of scale 1 with ACount further substitutions over the school year, at the times of lessons, each
+/// fourth of them with an absence of the class.
 void MakeChangedSchool(const std::string& AFileName, int ACount);
 
 /// Reads a file into memory and parses it, with the options of the program's reader.
@@ -28,6 +29,11 @@ std::uint64_t Export(const std::string& AFileName, const std::string& AFolder);
 
 /// Imports an OCF set into the file and saves it.
 std::uint64_t Import(const std::string& AFileName, const std::string& AFolder);
+
+/// Publishes the school as the host program does: load, document, file.
+/// @param AForm "dated", with changes and absences, or "undated"
+/// @returns the document's length in bytes
+std::uint64_t Publish(const std::string& AFileName, const std::string& AForm);
 
 /// Gives the objects of the file new identifiers and saves it.
 std::uint64_t NewGuids(const std::string& AFileName);

@@ -89,6 +89,7 @@ Bench::TResult MeasureBest(benchmark::State& AState, const TSchool& ASchool, con
     static_cast<void>(Round);
     const Bench::TResult Result = Bench::Measure([&] { return AJob(ASchool); });
     AState.SetIterationTime(Result.Seconds);
+    Best.Value = Result.Value;
     const bool IsFirst = Best.Seconds == 0;
     Best.DiskSeconds = IsFirst ? Result.DiskSeconds : std::min(Best.DiskSeconds, Result.DiskSeconds);
     Best.Seconds = IsFirst ? Result.Seconds : std::min(Best.Seconds, Result.Seconds);
@@ -105,6 +106,9 @@ void Tell(benchmark::State& AState, const TSchool& ASchool, const Bench::TResult
   AState.counters["ns_per_object"] = AResult.Seconds * 1e9 / ASchool.Objects;
   AState.counters["file_MB"] = ASchool.Bytes / Mega;
   AState.counters["peak_MB"] = Peak / Mega;
+  if (AResult.Value != 0) {
+    AState.counters["value"] = static_cast<double>(AResult.Value);
+  }
   AState.counters["peak_to_aim"] = Peak / (static_cast<double>(ASchool.Parse.PeakBytes) + ASchool.Bytes);
 }
 
@@ -137,6 +141,10 @@ void Register(const TFolder& AFolder, const TFamily& AFamily, int ASize) {
   Add("export", false,
       [&AFolder](const TSchool& ASchool) { return Bench::Export(ASchool.FileName, AFolder.Path("out")); });
   Add("import", false, [](const TSchool& ASchool) { return Bench::Import(ASchool.FileName, ASchool.SetFolder); });
+  for (const char* Form : {"undated", "dated"}) {
+    Add((std::string("publish_") + Form).c_str(), false,
+        [Form](const TSchool& ASchool) { return Bench::Publish(ASchool.FileName, Form); });
+  }
   Add("newguids", false, [](const TSchool& ASchool) { return Bench::NewGuids(ASchool.FileName); });
 }
 

@@ -46,12 +46,14 @@ TAbsenceSet OpenAbsences(const TRun& ARun) {
   return Open;
 }
 
-TNode Absence(const TRun& ARun, std::string_view AReference, const TVELFehlzeit& AnAbsence) {
+/// @param AReference key of the absent object
+TNode Absence(const TRun& ARun, std::string_view AReference, const TVELPlanobjekt& AnObject,
+              const TVELFehlzeit& AnAbsence) {
   TNode Node;
   Node.Reference("id", &AnAbsence);
   WritePeriod(Node, AnAbsence.FStart, AnAbsence.FEnde);
   Node.Text("note", AnAbsence.FBemerkung);
-  Node.Reference(AReference, AnAbsence.Objekt());
+  Node.Reference(AReference, &AnObject);
   if (!HidesReason(ARun, AnAbsence)) {
     Node.Reference("reasonRef", ReasonOf(AnAbsence));
   }
@@ -70,7 +72,7 @@ void WriteList(TNode& ANode, const TRun& ARun, const TAbsenceSet& AHidden, std::
     }
     ARun.Context.Absences().Visit(Object, ARun.Range(), [&](const TVELFehlzeit& AnAbsence) {
       if (!AnAbsence.FNotPublic && !AHidden.contains(&AnAbsence)) {
-        List.Add(Absence(ARun, Reference, AnAbsence));
+        List.Add(Absence(ARun, Reference, Object, AnAbsence));
       }
       return false;
     });

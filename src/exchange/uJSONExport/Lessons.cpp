@@ -1,4 +1,5 @@
 #include <unordered_set>
+#include <utility>
 
 #include "QuillonDateTime.h"
 #include "QuillonNumbers.h"
@@ -134,7 +135,8 @@ void AddItem(TNodes& AnItems, const TRun& ARun, const TVELPlaneintrag& AnEntry) 
 
 void WriteLessons(TNode& ANode, const TRun& ARun) {
   TNodes Items;
-  for (const auto& Entry : ARun.Export.PlaneintragListe.Items()) {
+  for (auto& Next : ARun.Export.PlaneintragListe.Items()) {
+    const auto Entry = std::move(Next);  // goes as soon as it is written
     if (const TVELMitteilung* const Message = MessageOf(*Entry)) {
       const TVELTime TimeOfDay = uDataUtils::TimeOf(Entry->FStart);
       for (const TVELDate Day : MessageDays(ARun.Context, *Message)) {
@@ -145,6 +147,7 @@ void WriteLessons(TNode& ANode, const TRun& ARun) {
       AddItem(Items, ARun, *Entry);
     }
   }
+  ARun.Export.PlaneintragListe.Clear();
   ANode.List("lessonTimes", std::move(Items));
 }
 
