@@ -99,9 +99,7 @@ void WriteMembers(TNode& ANode, const TRun& ARun, const TVELPlaneintrag& AnEntry
   }
   ANode.Codes("roomCodes", AnEntry.FRaeume);
   ANode.List("buildingCodes", BuildingsOf(AnEntry.FRaeume));
-  if (ARun.Export.StudentNames) {
-    ANode.List("studentRefs", References(AnEntry.FSchueler));
-  }
+  ANode.List("studentRefs", References(AnEntry.FSchueler));
   ANode.Text("newSubjectCode", uPlaneintraege::ListText(AnEntry.FNeueFaecher));
 }
 
