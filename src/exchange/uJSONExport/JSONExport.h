@@ -51,7 +51,7 @@ class TVELJSONExport {
   std::int64_t ETag = 0;                                    ///< file version of the plan at the last build
   bool Admin = false;
   bool NoTeacher = false;         ///< hides names of teachers; their codes stay
-  bool StudentNames = false;      ///< writes students; without it no reference to one stands anywhere
+  bool StudentNames = false;      ///< writes students and their names; references to them stand without it too
   bool OffeneFehlzeiten = true;   ///< keeps absences that nobody has dealt with
   bool AllSubstitutions = false;  ///< without lessons: the list of substitutions
   bool SubstitutionsOnly = false;

@@ -87,7 +87,7 @@ TNodes BuildingsOf(const std::vector<TVELRaum*>& ARooms) {
   return Codes;
 }
 
-void WriteMembers(TNode& ANode, const TRun& ARun, const TVELPlaneintrag& AnEntry) {
+void WriteMembers(TNode& ANode, const TVELPlaneintrag& AnEntry) {
   const TVELMitteilung* const Message = MessageOf(AnEntry);
   ANode.Text("subjectCode", AnEntry.FTermin != nullptr ? std::string(CodeOf(AnEntry.FTermin->Fach()))
                                                        : uPlaneintraege::ListText(AnEntry.FFaecher));
@@ -99,9 +99,7 @@ void WriteMembers(TNode& ANode, const TRun& ARun, const TVELPlaneintrag& AnEntry
   }
   ANode.Codes("roomCodes", AnEntry.FRaeume);
   ANode.List("buildingCodes", BuildingsOf(AnEntry.FRaeume));
-  if (ARun.Export.StudentNames) {
-    ANode.List("studentRefs", References(AnEntry.FSchueler));
-  }
+  ANode.List("studentRefs", References(AnEntry.FSchueler));
   ANode.Text("newSubjectCode", uPlaneintraege::ListText(AnEntry.FNeueFaecher));
 }
 
@@ -119,7 +117,7 @@ TNode LessonItem(const TRun& ARun, const TVELPlaneintrag& AnEntry) {
     Item.Reference("courseRef", Lesson);
   }
   WriteTime(Item, ARun, AnEntry);
-  WriteMembers(Item, ARun, AnEntry);
+  WriteMembers(Item, AnEntry);
   if (AnEntry.Geaendert()) {
     Item.Object("changes", LessonChanges(ARun, AnEntry));
   }

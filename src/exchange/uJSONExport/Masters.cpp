@@ -126,7 +126,7 @@ void WriteList(TNode& ANode, const TRun& ARun, std::string_view AName, const TLi
   ANode.List(AName, std::move(Items));
 }
 
-TNode Course(const TRun& ARun, const TVELVeranstaltung& ALesson) {
+TNode Course(const TVELVeranstaltung& ALesson) {
   TNode Node;
   Node.Reference("id", &ALesson);
   WriteExternalId(Node, ALesson);
@@ -138,9 +138,7 @@ TNode Course(const TRun& ARun, const TVELVeranstaltung& ALesson) {
   Node.Text("remarks", ALesson.FBemerkung);
   Node.Text("courseNr", ALesson.FVeranstaltungsNr);
   Node.Text("group", ALesson.FGruppe);
-  if (ARun.Export.StudentNames) {
-    Node.List("studentRefs", References(ALesson.FSchueler));
-  }
+  Node.List("studentRefs", References(ALesson.FSchueler));
   return Node;
 }
 
@@ -150,7 +148,7 @@ void WriteCourses(TNode& ANode, const TRun& ARun) {
   TNodes Courses;
   for (const TVELVeranstaltung* Lesson : ARun.Plan.FVeranstaltungen) {
     if (ARun.Export.AllLessons || ARun.Export.CourseList.contains(Lesson)) {
-      Courses.Add(Course(ARun, *Lesson));
+      Courses.Add(Course(*Lesson));
       for (TVELSchueler* Student : Lesson->FSchueler) {
         Student->FTag = 1;
       }
