@@ -237,7 +237,13 @@ void GetVertretungen(const TPlanContext& AContext, TVELPlanobjekt* AnObject, std
                  Entry->FNeueFaecher, Entry->FNeueKlassen, Entry->FNeueLehrer, Entry->FNeueRaeume);
   };
   for (TVELAenderung* const Change : uDataUtils::AllSubstitutions(AContext, Filter, HasObjects)) {
-    AList.Add(CreateChangeEintrag(AContext, *Change, AnObject, APublicOnly));
+    if (Change->Kind() == TChangeKind::AufsichtsVertretung) {
+      AList.Add(CreateChangeEintrag(AContext, *Change, AnObject, APublicOnly));
+    } else {
+      // As in the plan of an object, with the appointment that takes the place.
+      CreateEintrag(AContext, AnObject, Change->Termin(), APublicOnly, AList, {Change->FStart, Change->FEnde}, nullptr,
+                    Change);
+    }
   }
 }
 

@@ -331,10 +331,10 @@ std::string AbsenceText(const TPlanContext& AContext, const TVELPlaneintrag& AnE
   if (Absence == nullptr) {
     return {};
   }
-  if (Settings.FFehlgruendeAnzeigen == paAbsent) {
+  if (Settings.FFehlgruendeAnzeigen != paAll) {
     return "Abwesend";
   }
-  if (Settings.FFehlgruendeAnzeigen != paAll || Absence->FFehlgrund == nullptr) {
+  if (Absence->FFehlgrund == nullptr) {
     return {};
   }
   const TVELLehrerfehlgrund& Reason = *Absence->FFehlgrund;

@@ -66,12 +66,11 @@ std::string FachText(const TVELPlaneintrag& AnEntry) {
   const std::vector<TVELFach*>& Missing = AnEntry.FFehlendeFaecher;
   const TVELFach* const Own = AnEntry.FTermin != nullptr ? AnEntry.FTermin->Fach() : nullptr;
   const std::string Title = TitleOf(AnEntry);
-  const std::string MissingText = !Missing.empty() && Missing.front() == Own ? Title : ListText(Missing);
   const TVELVertretung* const Substitution = AnEntry.Vertretung();
   std::string Text;
   if (Substitution != nullptr && Substitution->FNeuerTermin != nullptr && Substitution->FNeuesFach == nullptr) {
     Append(Text, Title);
-    Append(Text, MissingText, "(", ")");
+    Append(Text, ListText(Missing), "(", ")");
     return Text;
   }
   const TVELAenderung* const Change = AnEntry.Aenderung();
@@ -80,7 +79,7 @@ std::string FachText(const TVELPlaneintrag& AnEntry) {
     Append(Text, New->FKuerzel);
   }
   Append(Text, ListText(AnEntry.FNeueFaecher), "+");
-  Append(Text, MissingText, "(", ")");
+  Append(Text, !Missing.empty() && Missing.front() == Own ? Title : ListText(Missing), "(", ")");
   if (!AnEntry.FCompressed.empty()) {
     Append(Text, CompressedSubjects(AnEntry));
   } else if (Own == nullptr || !Holds(Missing, Own)) {

@@ -124,7 +124,7 @@ void TNodes::Text(std::string_view AValue) {
 }
 
 void WriteExternalId(TNode& ANode, const TVELDataObject& AnObject) {
-  if (AnObject.FCustomID.empty()) {
+  if (Escaped(AnObject.FCustomID).empty()) {
     return;
   }
   TNode Id;
