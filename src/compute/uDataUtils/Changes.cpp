@@ -229,8 +229,9 @@ bool TakesPart(const TVELTermin& ATermin, const TVELPlanobjekt& AnObject) {
 std::vector<TVELAenderung*> SelectChanges(const TPlanContext& AContext, const TVELPlanobjekt& AnObject,
                                           const TSpan& ASpan) {
   const TVELPlanobjekt* const Object = &AnObject;
-  std::vector<TVELAenderung*> Found =
-      ChangesFrom(AContext, FindAenderung(AContext.Plan(), ASpan), ASpan, std::span(&Object, 1));
+  // All of them: a long message must not hide behind shorter changes that are over.
+  const int Last = AContext.Plan().FAenderungen.Count() - 1;
+  std::vector<TVELAenderung*> Found = ChangesFrom(AContext, Last, ASpan, std::span(&Object, 1));
   std::erase_if(Found, [&](const TVELAenderung* AChange) { return !IsSelected(*AChange, AnObject); });
   return Found;
 }

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string_view>
 
 #include "QuillonDateTimeFormat.h"
@@ -124,8 +125,8 @@ class TCaption {
   std::string OfSwap(const TVELVertretung& AChange) const;
   std::string OfTeacherRoomSwap(const TVELVertretung& AChange) const;
   std::string OfReason(const TVELVertretung& AChange) const;
-  std::string OfFeature(const TVELVertretung& AChange) const;
-  std::string OfReplacement(const TVELVertretung& AChange) const;
+  std::optional<std::string> OfFeature(const TVELVertretung& AChange) const;
+  std::optional<std::string> OfReplacement(const TVELVertretung& AChange) const;
 
   const TPlanContext& FContext;
   const TVELPlaneintrag& FEntry;
@@ -216,7 +217,7 @@ std::string TCaption::OfReason(const TVELVertretung& AChange) const {
   }
 }
 
-std::string TCaption::OfReplacement(const TVELVertretung& AChange) const {
+std::optional<std::string> TCaption::OfReplacement(const TVELVertretung& AChange) const {
   if (FObject != nullptr) {
     const bool IsReplaced =
         (AChange.FFehlzeit != nullptr && AChange.FFehlzeit->Objekt() == FObject) || AChange.FFehlend.Contains(FObject);
@@ -233,31 +234,32 @@ std::string TCaption::OfReplacement(const TVELVertretung& AChange) const {
   if (AChange.Vertreter() != nullptr) {
     return "Vertreten";
   }
-  return AChange.FNeu.First<TVELRaum>() != nullptr ? "Raumänderung" : "";
+  return AChange.FNeu.First<TVELRaum>() != nullptr ? std::optional("Raumänderung") : std::nullopt;
 }
 
-/// What the feature tells; empty if that is nothing.
-std::string TCaption::OfFeature(const TVELVertretung& AChange) const {
-  const bool HasAppointment = AChange.Termin() != nullptr;
+/// What the feature tells, an empty text too; none if it tells nothing.
+std::optional<std::string> TCaption::OfFeature(const TVELVertretung& AChange) const {
+  const auto OfAppointment = [&](const char* AText) {
+    return AChange.Termin() != nullptr ? std::optional<std::string>(AText) : std::nullopt;
+  };
   switch (AChange.FVertretungsmerkmal) {
     case vmVorgezogen:
       if (AChange.FNeuerTermin != nullptr) {
         return FShort ? "Verschoben" : WithMoment(AChange, "Von ", " verschoben", "Verschoben");
       }
-      return {};
+      return std::nullopt;
     case vmKlasseFehlt: {
       const auto* const Absence = AChange.FFehlzeit != nullptr ? AChange.FFehlzeit->As<TVELKlassenfehlzeit>() : nullptr;
-      const bool IsCourse = Absence != nullptr && Absence->FKurs != nullptr;
-      return HasAppointment ? (IsCourse ? "Kurs fehlt" : "Klasse fehlt") : "";
+      return OfAppointment(Absence != nullptr && Absence->FKurs != nullptr ? "Kurs fehlt" : "Klasse fehlt");
     }
     case vmKlasseFrei:
-      return HasAppointment ? "Klasse frei" : "";
+      return OfAppointment("Klasse frei");
     case vmEntfaellt:
-      return HasAppointment ? "Keine Vertretung" : "";
+      return OfAppointment("Keine Vertretung");
     case vmAenderung:
       return OfReplacement(AChange);
     default:
-      return {};
+      return std::nullopt;
   }
 }
 
@@ -272,13 +274,15 @@ std::string TCaption::Of(const TVELVertretung& AChange) const {
   if (!HasAppointment && AChange.FFehlstellengrund == vaFehlstelle) {
     return OfGap(AChange);
   }
-  std::string Text = OfReason(AChange);
-  Text = Text.empty() ? OfFeature(AChange) : Text;
-  if (Text.empty() && HasAppointment && AChange.FVertretungslehrermerkmal == vlmZusaetzlich &&
-      AChange.FFehlstellengrund == vaKein) {
-    Text = "Zusatzlehrer";
+  if (std::string Text = OfReason(AChange); !Text.empty()) {
+    return Text;
   }
-  return Text.empty() ? MissingText(FEntry) : Text;
+  if (std::optional<std::string> Text = OfFeature(AChange)) {
+    return *Text;
+  }
+  return HasAppointment && AChange.FVertretungslehrermerkmal == vlmZusaetzlich && AChange.FFehlstellengrund == vaKein
+             ? "Zusatzlehrer"
+             : MissingText(FEntry);
 }
 
 std::string TCaption::Of(const TVELAufsichtsVertretung& AChange) const {
