@@ -9,6 +9,7 @@
 #include <new>
 
 #include "QuillonHttp.h"
+#include "QuillonText.h"
 
 namespace {
 
@@ -68,7 +69,8 @@ class TUrl {
   }
   std::string Host() const { return Part(CURLUPART_HOST); }
   bool HasSameOrigin(const TUrl& AnOther) const {
-    return Part(CURLUPART_SCHEME) == AnOther.Part(CURLUPART_SCHEME) && Host() == AnOther.Host() &&
+    return Part(CURLUPART_SCHEME) == AnOther.Part(CURLUPART_SCHEME) &&
+           QuillonText::CompareIgnoreAsciiCase(Host(), AnOther.Host()) == 0 &&
            Part(CURLUPART_PORT, CURLU_DEFAULT_PORT) == AnOther.Part(CURLUPART_PORT, CURLU_DEFAULT_PORT);
   }
   /// Goes to the path of another address, and stays with its own host and user.
@@ -194,7 +196,12 @@ TMime MakeForm(CURL* AHandle, const TQuillonHttpRequest& ARequest, std::vector<T
   return Form;
 }
 
-void SetTimeOuts(CURL* AHandle, const TQuillonHttpTimeOuts& ATimeOuts) {
+using TTime = std::chrono::steady_clock::time_point;
+
+void SetTimeOuts(CURL* AHandle, const TQuillonHttpTimeOuts& ATimeOuts, TTime AnEnd) {
+  // 0 would mean no limit.
+  const auto Left = std::chrono::duration_cast<std::chrono::milliseconds>(AnEnd - std::chrono::steady_clock::now());
+  Set(AHandle, CURLOPT_TIMEOUT_MS, std::max(static_cast<long>(Left.count()), 1L));
   Set(AHandle, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(ATimeOuts.Connect.count()));
   Set(AHandle, CURLOPT_LOW_SPEED_LIMIT, 1L);
   Set(AHandle, CURLOPT_LOW_SPEED_TIME, static_cast<long>(ATimeOuts.Stall.count()));
@@ -222,9 +229,10 @@ class TCurlClient final : public TQuillonHttpClient {
 
   TQuillonHttpResponse Post(const TQuillonHttpRequest& ARequest) override {
     TUrl Url(ARequest.Url);
+    const TTime End = std::chrono::steady_clock::now() + ARequest.TimeOuts.Whole;
     for (int Redirects = 0;; ++Redirects) {
       std::string Target;
-      TQuillonHttpResponse Response = PostOnce(Url, ARequest, Target);
+      TQuillonHttpResponse Response = PostOnce(Url, ARequest, End, Target);
       const bool KeepsMethod = Response.Status == 307 || Response.Status == 308;
       if (!KeepsMethod || Target.empty() || Redirects == QuillonHttp::MaxRedirects || !Follow(Url, Target)) {
         return Response;
@@ -247,8 +255,10 @@ class TCurlClient final : public TQuillonHttpClient {
     }
   }
 
+  /// @param AnEnd when the answer must be there
   /// @param ATarget where the answer redirects to
-  static TQuillonHttpResponse PostOnce(const TUrl& AUrl, const TQuillonHttpRequest& ARequest, std::string& ATarget) {
+  static TQuillonHttpResponse PostOnce(const TUrl& AUrl, const TQuillonHttpRequest& ARequest, TTime AnEnd,
+                                       std::string& ATarget) {
     // All that the handle refers to lives longer than it.
     std::array<char, CURL_ERROR_SIZE> Reason{};
     TAnswer Answer;
@@ -271,7 +281,7 @@ class TCurlClient final : public TQuillonHttpClient {
     Set(Handle, CURLOPT_HEADERDATA, &Answer);
     Set(Handle, CURLOPT_WRITEFUNCTION, &TAnswer::TakeBody);
     Set(Handle, CURLOPT_WRITEDATA, &Answer);
-    SetTimeOuts(Handle, ARequest.TimeOuts);
+    SetTimeOuts(Handle, ARequest.TimeOuts, AnEnd);
     SetTrust(Handle);
     if (ARequest.Form.empty()) {
       Set(Handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(ARequest.Body.size()));

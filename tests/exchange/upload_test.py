@@ -194,6 +194,10 @@ class Upload(unittest.TestCase):
                 self.assertEqual(self.upload("iserv", service.url), expected)
                 self.assertEqual(service.paths(), stations[:4])
                 self.assertEqual(len({str(request.parts()) for request in service.requests}), 1)
+        service.server.answers = {IMPORT: redirect(307, f"http://localhost:{service.port}/a"), "/a": answer()}
+        self.forget()
+        self.assertEqual(self.upload("iserv", f"http://LOCALHOST:{service.port}"), (SENT, 0))
+        self.forget()
         for status, target in ((301, "/a"), (302, "/a"), (303, "/a"), (307, other.url + IMPORT),
                                (307, "https:" + service.url[5:]), (308, f"http://localhost:{service.port}/"),
                                (307, "ftp://127.0.0.1/"), (307, "")):
