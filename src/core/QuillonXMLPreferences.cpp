@@ -27,16 +27,6 @@ bool IsKey(const pugi::xml_node& AnElement) {
   return !IsValue(AnElement) || !AnElement.find_child(IsElement).empty();
 }
 
-/// @return whether the file is there
-/// @throws EQuillonException for what is none: a pipe would be waited for, and a device may have no end
-bool IsFileAt(const std::string& AFileName) {
-  const Platform::EntryKind Kind = Platform::Files().Look(AFileName);
-  if (Kind != Platform::EntryKind::None && Kind != Platform::EntryKind::File) {
-    throw EQuillonException("\"" + AFileName + "\" ist keine Datei.");
-  }
-  return Kind == Platform::EntryKind::File;
-}
-
 bool IsDeeperThan(const pugi::xml_node& ARoot, std::size_t ALevels) {
   std::size_t Level = 0;
   for (pugi::xml_node Node = ARoot; Node;) {
@@ -124,7 +114,7 @@ class TQuillonXMLPreferences::TDocument {
 
 TQuillonXMLPreferences::TQuillonXMLPreferences(std::string AFileName, bool NewFile, TReaders AReaders)
     : FFileName(std::move(AFileName)), FReaders(AReaders), FStartsAfresh(NewFile) {
-  if (NewFile || FFileName.empty() || !IsFileAt(FFileName)) {
+  if (NewFile || FFileName.empty() || !TQuillonFileSystem::HasFile(FFileName)) {
     FXMLDocument = std::make_unique<TDocument>();
     return;
   }
@@ -167,7 +157,7 @@ bool TQuillonXMLPreferences::TryStore() {
   };
   return QuillonIO::OnFile(FFileName, [&] {
     const std::string Target = Platform::Files().FollowLinks(FFileName);
-    if (IsFileAt(Target)) {
+    if (TQuillonFileSystem::HasFile(Target)) {
       const auto Held = QuillonIO::HoldFile(FFileName);
       auto Document = Changed(FStartsAfresh ? std::make_unique<TDocument>() : std::make_unique<TDocument>(*Held));
       QuillonIO::ReplaceFile(*Held, Document->Text());
