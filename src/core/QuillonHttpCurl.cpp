@@ -113,6 +113,8 @@ struct TSource {
 struct TAnswer {
   TQuillonHttpResponse Response;
   std::size_t HeaderSize = 0;
+  /// Whether the empty line behind the headers has come: the library takes their break for their end.
+  bool HasAllHeaders = false;
   const char* Fault = nullptr;
 
   static std::size_t TakeHeader(const char* ABytes, std::size_t ASize, std::size_t ACount, void* AnAnswer) noexcept {
@@ -123,7 +125,7 @@ struct TAnswer {
       Answer.Fault = "the headers of the answer are too large";
       return 0;
     }
-    return Answer.Take(Line.size(), [&] { Answer.TakeStatusLine(Line); });
+    return Answer.Take(Line.size(), [&] { Answer.TakeHeaderLine(Line); });
   }
   static std::size_t TakeBody(const char* ABytes, std::size_t ASize, std::size_t ACount, void* AnAnswer) noexcept {
     auto& Answer = *static_cast<TAnswer*>(AnAnswer);
@@ -146,10 +148,12 @@ struct TAnswer {
       return 0;
     }
   }
-  void TakeStatusLine(std::string_view ALine) {
+  void TakeHeaderLine(std::string_view ALine) {
+    HasAllHeaders = HasAllHeaders || ALine == "\r\n" || ALine == "\n";
     if (!ALine.starts_with("HTTP/")) {
       return;
     }
+    HasAllHeaders = false;
     Response.StatusText.clear();
     ALine = ALine.substr(0, ALine.find_first_of("\r\n"));
     const std::size_t Code = ALine.find(' ');
@@ -292,6 +296,9 @@ class TCurlClient final : public TQuillonHttpClient {
     }
     if (const CURLcode Code = curl_easy_perform(Handle); Code != CURLE_OK) {
       ThrowNoAnswer(AUrl, Code, Answer.Fault, Reason.data());
+    }
+    if (!Answer.HasAllHeaders) {
+      ThrowNoAnswer(AUrl, CURLE_OK, "the answer breaks off in its headers", "");
     }
     return Finish(Handle, Answer, ATarget);
   }

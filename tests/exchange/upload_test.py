@@ -169,6 +169,8 @@ class Upload(unittest.TestCase):
             ("iserv", IMPORT, answer("500 No"), SENT),
             ("iserv", IMPORT, answer("200 OK", {"message": "no matter"}), SENT),
             ("iserv", IMPORT, endless(b"HTTP/1.1 200 OK\r\nX: "), failed),
+            ("iserv", IMPORT, b"HTTP/1.1 200 OK\r\nX", failed + "the answer breaks off in its headers."),
+            ("sdui", UPLOAD, b"HTTP/1.1 200 OK\r\n", failed + "the answer breaks off in its headers."),
             ("iserv", IMPORT, b"SSH-2.0\r\n\r\n", failed),
         ]
         for provider, path, found, line in cases:
