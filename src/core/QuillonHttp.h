@@ -94,6 +94,8 @@ struct TLogin {
 /// The login in an address; none where it holds no password.
 /// @throws EQuillonHttpError for what is no http or https address
 std::optional<TLogin> LoginIn(const std::string& AUrl);
+/// The logins in the addresses of proxies that the environment has.
+std::vector<TLogin> ProxyLogins();
 /// The address without a login.
 /// @throws EQuillonHttpError for what is no http or https address
 std::string WithoutLogin(const std::string& AUrl);

@@ -341,6 +341,26 @@ std::optional<TLogin> LoginIn(const std::string& AUrl) {
   return Login.EncodedPassword.empty() ? std::nullopt : std::optional(std::move(Login));
 }
 
+std::vector<TLogin> ProxyLogins() {
+  constexpr std::string_view SchemeEnd = "://";
+  std::vector<TLogin> Logins;
+  for (const char* const Variable : {"http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"}) {
+    const char* const Value = std::getenv(Variable);
+    const std::string Proxy = Value != nullptr ? Value : "";
+    const std::size_t End = Proxy.find(SchemeEnd);
+    try {
+      // A proxy may have schemes that services do not have, or none.
+      const auto Login = LoginIn("http://" + (End != std::string::npos ? Proxy.substr(End + SchemeEnd.size()) : Proxy));
+      if (Login) {
+        Logins.push_back(*Login);
+      }
+    } catch (const EQuillonHttpError&) {
+      continue;
+    }
+  }
+  return Logins;
+}
+
 std::string WithoutLogin(const std::string& AUrl) {
   TUrl Url(AUrl);
   Url.Remove(CURLUPART_USER);

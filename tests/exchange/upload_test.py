@@ -229,6 +229,11 @@ class Upload(unittest.TestCase):
         proxy, service = self.service(), self.service(certificate=self.certificates["here"])
         proxy.answers["http://school.invalid" + IMPORT] = answer()
         self.assertEqual(self.upload("iserv", "http://school.invalid", http_proxy=proxy.url), (SENT, 0))
+        proxy.answers["http://school.invalid/a" + IMPORT] = answer("407 No", {"message": "no bWU6cDpx, p:q"})
+        self.forget()
+        self.assertEqual(self.upload("iserv", "http://school.invalid/a", http_proxy=proxy.url.replace("//", "//me:p%3Aq@")),
+                         ("[Error] [IServ] no ***, ***", 1))
+        del proxy.requests[1:]
         secured = {"https_proxy": proxy.url, "SSL_CERT_FILE": self.authority}
         self.assertEqual(self.upload("sdui", service.url, **secured), (SENT, 0))
         self.assertEqual(proxy.paths()[1:], [f"127.0.0.1:{service.port}"] * 2)

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 #include <utility>
+#include <vector>
 
 #include "JsonUtils.h"
 #include "QuillonBase64.h"
@@ -22,9 +23,13 @@ std::size_t SizeOf(const TQuillonHttpRequest& ARequest) {
 }  // namespace
 
 TQuillonHttpResponse TVELUploadConnection::Post(TQuillonHttpRequest ARequest) {
-  if (const auto Login = QuillonHttp::LoginIn(ARequest.Url)) {
-    Hide(Login->Password);
-    Hide(QuillonBase64::Encode(Login->User + ":" + Login->Password));
+  std::vector<QuillonHttp::TLogin> Logins = QuillonHttp::ProxyLogins();
+  if (auto Login = QuillonHttp::LoginIn(ARequest.Url)) {
+    Logins.push_back(std::move(*Login));
+  }
+  for (const auto& Login : Logins) {
+    Hide(Login.Password);
+    Hide(QuillonBase64::Encode(Login.User + ":" + Login.Password));
   }
   ARequest.UserAgent = "Velmora HTTP Client";
   ARequest.Headers.emplace_back("Accept", "application/json");

@@ -18,7 +18,7 @@ class TVELUploadConnection {
   void Hide(std::string_view ASecret) { FSecrets.Hide(ASecret); }
 
   /// Sends the request with the user agent and the headers that every call to a service has, and logs it, under
-  /// "Velmora.Upload". Hides the password in its address.
+  /// "Velmora.Upload". Hides the passwords in its address and in those of proxies.
   /// @throws EQuillonHttpError
   TQuillonHttpResponse Post(TQuillonHttpRequest ARequest);
 
