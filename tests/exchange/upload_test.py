@@ -166,6 +166,7 @@ class Upload(unittest.TestCase):
             ("iserv", IMPORT, answer("599", {}), "[Error] [IServ] HTTP status 599"),
             ("iserv", IMPORT, slow(answer("503 ", {"message": "later"})), "[Error] [IServ] later"),
             ("iserv", IMPORT, answer("500 No", b"[" * 100000), SENT),
+            ("iserv", IMPORT, answer("500 No", b"[" + b"{}," * 1000000 + b"{}]"), SENT),
             ("iserv", IMPORT, answer("500 No"), SENT),
             ("iserv", IMPORT, answer("200 OK", {"message": "no matter"}), SENT),
             ("iserv", IMPORT, endless(b"HTTP/1.1 200 OK\r\nX: "), failed),
