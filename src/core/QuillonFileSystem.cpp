@@ -134,6 +134,14 @@ bool TQuillonFileSystem::IsFile(const std::string& APath) {
   return Platform::Files().Look(APath) == Platform::EntryKind::File;
 }
 
+bool TQuillonFileSystem::HasFile(const std::string& APath) {
+  const bool IsThere = IsFile(APath);
+  if (!IsThere && Exists(APath)) {
+    throw EQuillonException("\"" + APath + "\" ist keine Datei.");
+  }
+  return IsThere;
+}
+
 std::int64_t TQuillonFileSystem::GetSize(const std::string& APath) {
   return OnPath(APath, [&] { return Platform::Files().SizeOf(APath); });
 }

@@ -57,6 +57,9 @@ class TQuillonFileSystem {
   static bool IsDirectory(const std::string& APath);
   /// Whether the path names a regular file.
   static bool IsFile(const std::string& APath);
+  /// Whether there is a file to be read whole.
+  /// @throws EQuillonException for what is there and no file: a pipe would be waited for, a device may have no end
+  static bool HasFile(const std::string& APath);
   static std::int64_t GetSize(const std::string& APath);
   /// @param CheckExistence a missing file is no error
   /// @param ALockedFileTimeout above 0: deletion is tried every 100 milliseconds until this time is exceeded

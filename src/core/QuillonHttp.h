@@ -28,6 +28,8 @@ struct TQuillonHttpTimeOuts {
   std::chrono::milliseconds Connect = std::chrono::seconds(60);
   /// How long less than a byte a second may move, whether it is sent or awaited.
   std::chrono::seconds Stall = std::chrono::minutes(5);
+  /// Up to the end of the answer, redirects included; a transfer that crawls all that time is given up too.
+  std::chrono::milliseconds Whole = std::chrono::hours(4);
 };
 
 /// A POST request, with a form or, where that is empty, a body.
@@ -92,6 +94,8 @@ struct TLogin {
 /// The login in an address; none where it holds no password.
 /// @throws EQuillonHttpError for what is no http or https address
 std::optional<TLogin> LoginIn(const std::string& AUrl);
+/// The logins in the addresses of proxies that the environment has.
+std::vector<TLogin> ProxyLogins();
 /// The address without a login.
 /// @throws EQuillonHttpError for what is no http or https address
 std::string WithoutLogin(const std::string& AUrl);

@@ -9,6 +9,7 @@
 #include <new>
 
 #include "QuillonHttp.h"
+#include "QuillonText.h"
 
 namespace {
 
@@ -68,7 +69,8 @@ class TUrl {
   }
   std::string Host() const { return Part(CURLUPART_HOST); }
   bool HasSameOrigin(const TUrl& AnOther) const {
-    return Part(CURLUPART_SCHEME) == AnOther.Part(CURLUPART_SCHEME) && Host() == AnOther.Host() &&
+    return Part(CURLUPART_SCHEME) == AnOther.Part(CURLUPART_SCHEME) &&
+           QuillonText::CompareIgnoreAsciiCase(Host(), AnOther.Host()) == 0 &&
            Part(CURLUPART_PORT, CURLU_DEFAULT_PORT) == AnOther.Part(CURLUPART_PORT, CURLU_DEFAULT_PORT);
   }
   /// Goes to the path of another address, and stays with its own host and user.
@@ -111,6 +113,8 @@ struct TSource {
 struct TAnswer {
   TQuillonHttpResponse Response;
   std::size_t HeaderSize = 0;
+  /// Whether the empty line behind the headers has come: the library takes their break for their end.
+  bool HasAllHeaders = false;
   const char* Fault = nullptr;
 
   static std::size_t TakeHeader(const char* ABytes, std::size_t ASize, std::size_t ACount, void* AnAnswer) noexcept {
@@ -121,7 +125,7 @@ struct TAnswer {
       Answer.Fault = "the headers of the answer are too large";
       return 0;
     }
-    return Answer.Take(Line.size(), [&] { Answer.TakeStatusLine(Line); });
+    return Answer.Take(Line.size(), [&] { Answer.TakeHeaderLine(Line); });
   }
   static std::size_t TakeBody(const char* ABytes, std::size_t ASize, std::size_t ACount, void* AnAnswer) noexcept {
     auto& Answer = *static_cast<TAnswer*>(AnAnswer);
@@ -144,10 +148,12 @@ struct TAnswer {
       return 0;
     }
   }
-  void TakeStatusLine(std::string_view ALine) {
+  void TakeHeaderLine(std::string_view ALine) {
+    HasAllHeaders = HasAllHeaders || ALine == "\r\n" || ALine == "\n";
     if (!ALine.starts_with("HTTP/")) {
       return;
     }
+    HasAllHeaders = false;
     Response.StatusText.clear();
     ALine = ALine.substr(0, ALine.find_first_of("\r\n"));
     const std::size_t Code = ALine.find(' ');
@@ -194,7 +200,12 @@ TMime MakeForm(CURL* AHandle, const TQuillonHttpRequest& ARequest, std::vector<T
   return Form;
 }
 
-void SetTimeOuts(CURL* AHandle, const TQuillonHttpTimeOuts& ATimeOuts) {
+using TTime = std::chrono::steady_clock::time_point;
+
+void SetTimeOuts(CURL* AHandle, const TQuillonHttpTimeOuts& ATimeOuts, TTime AnEnd) {
+  // 0 would mean no limit.
+  const auto Left = std::chrono::duration_cast<std::chrono::milliseconds>(AnEnd - std::chrono::steady_clock::now());
+  Set(AHandle, CURLOPT_TIMEOUT_MS, std::max(static_cast<long>(Left.count()), 1L));
   Set(AHandle, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(ATimeOuts.Connect.count()));
   Set(AHandle, CURLOPT_LOW_SPEED_LIMIT, 1L);
   Set(AHandle, CURLOPT_LOW_SPEED_TIME, static_cast<long>(ATimeOuts.Stall.count()));
@@ -222,9 +233,10 @@ class TCurlClient final : public TQuillonHttpClient {
 
   TQuillonHttpResponse Post(const TQuillonHttpRequest& ARequest) override {
     TUrl Url(ARequest.Url);
+    const TTime End = std::chrono::steady_clock::now() + ARequest.TimeOuts.Whole;
     for (int Redirects = 0;; ++Redirects) {
       std::string Target;
-      TQuillonHttpResponse Response = PostOnce(Url, ARequest, Target);
+      TQuillonHttpResponse Response = PostOnce(Url, ARequest, End, Target);
       const bool KeepsMethod = Response.Status == 307 || Response.Status == 308;
       if (!KeepsMethod || Target.empty() || Redirects == QuillonHttp::MaxRedirects || !Follow(Url, Target)) {
         return Response;
@@ -247,8 +259,10 @@ class TCurlClient final : public TQuillonHttpClient {
     }
   }
 
+  /// @param AnEnd when the answer must be there
   /// @param ATarget where the answer redirects to
-  static TQuillonHttpResponse PostOnce(const TUrl& AUrl, const TQuillonHttpRequest& ARequest, std::string& ATarget) {
+  static TQuillonHttpResponse PostOnce(const TUrl& AUrl, const TQuillonHttpRequest& ARequest, TTime AnEnd,
+                                       std::string& ATarget) {
     // All that the handle refers to lives longer than it.
     std::array<char, CURL_ERROR_SIZE> Reason{};
     TAnswer Answer;
@@ -271,7 +285,7 @@ class TCurlClient final : public TQuillonHttpClient {
     Set(Handle, CURLOPT_HEADERDATA, &Answer);
     Set(Handle, CURLOPT_WRITEFUNCTION, &TAnswer::TakeBody);
     Set(Handle, CURLOPT_WRITEDATA, &Answer);
-    SetTimeOuts(Handle, ARequest.TimeOuts);
+    SetTimeOuts(Handle, ARequest.TimeOuts, AnEnd);
     SetTrust(Handle);
     if (ARequest.Form.empty()) {
       Set(Handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(ARequest.Body.size()));
@@ -282,6 +296,9 @@ class TCurlClient final : public TQuillonHttpClient {
     }
     if (const CURLcode Code = curl_easy_perform(Handle); Code != CURLE_OK) {
       ThrowNoAnswer(AUrl, Code, Answer.Fault, Reason.data());
+    }
+    if (!Answer.HasAllHeaders) {
+      ThrowNoAnswer(AUrl, CURLE_OK, "the answer breaks off in its headers", "");
     }
     return Finish(Handle, Answer, ATarget);
   }
@@ -322,6 +339,26 @@ std::optional<TLogin> LoginIn(const std::string& AUrl) {
   TLogin Login{Url.Part(CURLUPART_USER, CURLU_URLDECODE), Url.Part(CURLUPART_PASSWORD, CURLU_URLDECODE),
                Url.Part(CURLUPART_PASSWORD)};
   return Login.EncodedPassword.empty() ? std::nullopt : std::optional(std::move(Login));
+}
+
+std::vector<TLogin> ProxyLogins() {
+  constexpr std::string_view SchemeEnd = "://";
+  std::vector<TLogin> Logins;
+  for (const char* const Variable : {"http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"}) {
+    const char* const Value = std::getenv(Variable);
+    const std::string Proxy = Value != nullptr ? Value : "";
+    const std::size_t End = Proxy.find(SchemeEnd);
+    try {
+      // A proxy may have schemes that services do not have, or none.
+      const auto Login = LoginIn("http://" + (End != std::string::npos ? Proxy.substr(End + SchemeEnd.size()) : Proxy));
+      if (Login) {
+        Logins.push_back(*Login);
+      }
+    } catch (const EQuillonHttpError&) {
+      continue;
+    }
+  }
+  return Logins;
 }
 
 std::string WithoutLogin(const std::string& AUrl) {

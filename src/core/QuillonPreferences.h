@@ -42,7 +42,10 @@ class TQuillonAbstractPreferences {
   virtual std::string ReadString(std::string_view AName, std::string_view ADefault = {}) const = 0;
   virtual std::int32_t ReadInteger(std::string_view AName, std::int32_t ADefault = 0) const;
   virtual bool ReadBoolean(std::string_view AName, bool ADefault = false) const;
+  virtual char32_t ReadChar(std::string_view AName, char32_t ADefault = 0) const;
   virtual double ReadFloat(std::string_view AName, double ADefault = 0) const;
+  /// In ten-thousandths: an amount has four decimals.
+  virtual std::int64_t ReadCurrency(std::string_view AName, std::int64_t ADefault = 0) const;
   /// In the settings' short form: "24.12.2026 18:30:00".
   virtual TQuillonDateTime ReadDateTime(std::string_view AName, TQuillonDateTime ADefault = {}) const;
   virtual TGUID ReadGuid(std::string_view AName, const TGUID& ADefault = {}) const;
@@ -53,7 +56,10 @@ class TQuillonAbstractPreferences {
   virtual void WriteString(std::string_view AName, std::string_view AValue) = 0;
   virtual void WriteInteger(std::string_view AName, std::int32_t AValue);
   virtual void WriteBoolean(std::string_view AName, bool AValue);
+  /// @throws EQuillonException for what is no character of Unicode
+  virtual void WriteChar(std::string_view AName, char32_t AValue);
   virtual void WriteFloat(std::string_view AName, double AValue);
+  virtual void WriteCurrency(std::string_view AName, std::int64_t AValue);
   virtual void WriteDateTime(std::string_view AName, TQuillonDateTime AValue);
   virtual void WriteGuid(std::string_view AName, const TGUID& AValue);
   virtual void WriteBinary(std::string_view AName, std::string_view ABytes);

@@ -144,17 +144,27 @@ std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian) {
 
 std::string OneLine(std::string_view AText) {
   constexpr unsigned char Delete = 0x7F;
+  // U+0080 to U+009F, which a terminal obeys as it does those of ASCII.
+  constexpr unsigned char LeadOfControl = 0xC2;
+  constexpr unsigned char FirstTrail = 0x80;
+  constexpr unsigned char LastTrail = 0x9F;
   std::string Line;
   Line.reserve(AText.size());
   bool IsInBreak = false;
-  for (const char C : AText) {
-    const auto Byte = static_cast<unsigned char>(C);
-    const bool IsControl = Byte < ' ' || Byte == Delete;
+  const auto ByteAt = [AText](std::size_t AnIndex) {
+    return static_cast<unsigned char>(AnIndex < AText.size() ? AText[AnIndex] : '\0');
+  };
+  for (std::size_t I = 0; I < AText.size(); ++I) {
+    const unsigned char Byte = ByteAt(I);
+    const unsigned char Next = ByteAt(I + 1);
+    const bool IsLong = Byte == LeadOfControl && Next >= FirstTrail && Next <= LastTrail;
+    const bool IsControl = Byte < ' ' || Byte == Delete || IsLong;
     if (!IsControl) {
-      Line.push_back(C);
+      Line.push_back(AText[I]);
     } else if (!IsInBreak) {
       Line.push_back(' ');
     }
+    I += IsLong ? 1 : 0;
     IsInBreak = IsControl;
   }
   return Line;

@@ -95,6 +95,9 @@ class TQuillonXMLPreferences::TDocument {
       void write(const void* AData, std::size_t ASize) override { Text.append(static_cast<const char*>(AData), ASize); }
     } Writer;
     FDocument.save(Writer, "  ", pugi::format_indent | pugi::format_write_bom, pugi::encoding_utf8);
+    if (Writer.Text.size() > std::size_t{MaxSize}) {
+      throw EQuillonXMLError("Die Einstellungen sind zu groß.");
+    }
     return std::move(Writer.Text);
   }
 
@@ -111,7 +114,7 @@ class TQuillonXMLPreferences::TDocument {
 
 TQuillonXMLPreferences::TQuillonXMLPreferences(std::string AFileName, bool NewFile, TReaders AReaders)
     : FFileName(std::move(AFileName)), FReaders(AReaders), FStartsAfresh(NewFile) {
-  if (NewFile || FFileName.empty() || !TQuillonFileSystem::Exists(FFileName)) {
+  if (NewFile || FFileName.empty() || !TQuillonFileSystem::HasFile(FFileName)) {
     FXMLDocument = std::make_unique<TDocument>();
     return;
   }
@@ -154,7 +157,7 @@ bool TQuillonXMLPreferences::TryStore() {
   };
   return QuillonIO::OnFile(FFileName, [&] {
     const std::string Target = Platform::Files().FollowLinks(FFileName);
-    if (Platform::Files().Look(Target) != Platform::EntryKind::None) {
+    if (TQuillonFileSystem::HasFile(Target)) {
       const auto Held = QuillonIO::HoldFile(FFileName);
       auto Document = Changed(FStartsAfresh ? std::make_unique<TDocument>() : std::make_unique<TDocument>(*Held));
       QuillonIO::ReplaceFile(*Held, Document->Text());

@@ -40,8 +40,8 @@ bool TIServWriter::UploadVelFile() {
                   {.Name = "velmora", .Content = Document, .FileName = {}}};
   const TQuillonHttpResponse Response = FConnection.Post(std::move(Request));
   if (Response.Status != StatusOk) {
-    if (const nlohmann::json Answer = FConnection.CleanObjectIn(Response); Answer.is_object()) {
-      const std::string Message = uUpload::TextIn(Answer, "message");
+    if (const nlohmann::json Answer = uUpload::ObjectIn(Response); Answer.is_object()) {
+      const std::string Message = FConnection.Clean(uUpload::TextIn(Answer, "message"));
       throw EIServApiError(Response.Status, Message.empty() ? Response.StatusText : Message);
     }
   }

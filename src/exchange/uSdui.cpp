@@ -67,12 +67,13 @@ void TSduiWriter::Check(const TQuillonHttpResponse& AResponse) const {
   if (AResponse.Status == StatusOk) {
     return;
   }
-  const TJson Answer = FConnection.CleanObjectIn(AResponse);
+  const TJson Answer = uUpload::ObjectIn(AResponse);
   if (!Answer.is_object()) {
     return;
   }
   if (QuillonText::EqualsIgnoreCase(uUpload::TextIn(Answer, "status"), "ERROR")) {
-    throw ESduiApiError(AResponse.Status, Answer);
+    // The texts together: a secret may begin in one and end in the next.
+    throw ESduiApiError(AResponse.Status, FConnection.Clean(ESduiApiError(AResponse.Status, Answer).FStatusText));
   }
   throw ESduiApiError(AResponse.Status, AResponse.StatusText);
 }

@@ -51,15 +51,17 @@ TEST(Http, ServersThatDoNotAnswerAreGivenUp) {
   const std::string Large(std::size_t{64} << 20, 'x');
   // Each takes some seconds, as the speed is a mean over some: all at once.
   std::vector<std::pair<std::future<std::string>, const char*>> Errors;
-  const auto Post = [&](const char* AScheme, std::string_view AContent, const char* AnError) {
+  const auto Post = [&](const char* AScheme, std::string_view AContent, const char* AnError,
+                        TQuillonHttpTimeOuts ATimeOuts = {.Connect = 500ms, .Stall = 1s}) {
     TQuillonHttpRequest Request;
     Request.Url = AScheme + Server.Port;
     Request.Form = {{.Name = "part", .Content = AContent, .FileName = {}}};
-    Request.TimeOuts = {.Connect = 500ms, .Stall = 1s};
+    Request.TimeOuts = ATimeOuts;
     Errors.emplace_back(std::async(std::launch::async, [Request] { return ErrorOf(Request); }), AnError);
   };
   const auto Begin = std::chrono::steady_clock::now();
   Post("http://127.0.0.1:", "small", "too slow");
+  Post("http://127.0.0.1:", Large, "timed out", {.Whole = 500ms});
   Post("http://127.0.0.1:", Large, "too slow");
   Post("https://127.0.0.1:", "small", "timeout");
   for (auto& [Error, Expected] : Errors) {

@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
+#include <limits>
 #include <thread>
 
 #include "QuillonIO.h"
@@ -59,6 +61,7 @@ TEST_F(PreferencesTest, ValuesOfEachKindComeBackAndAnythingElseIsTheDefault) {
   TQuillonXMLPreferences Preferences(FFile);
   Preferences.WriteInteger("i", -7);
   Preferences.WriteBoolean("b", true);
+  Preferences.WriteChar("c", U'\u00e4');
   Preferences.WriteFloat("f", 0.25);
   Preferences.WriteDateTime("d", Time);
   Preferences.WriteGuid("g", ID);
@@ -67,6 +70,8 @@ TEST_F(PreferencesTest, ValuesOfEachKindComeBackAndAnythingElseIsTheDefault) {
   const TQuillonXMLPreferences Again(FFile);
   EXPECT_EQ(Again.ReadInteger("i"), -7);
   EXPECT_TRUE(Again.ReadBoolean("b"));
+  EXPECT_EQ(Again.ReadChar("c"), U'\u00e4');
+  EXPECT_EQ(Again.ReadChar("i", U'?'), U'?');
   EXPECT_EQ(Again.ReadFloat("f"), 0.25);
   EXPECT_EQ(Again.ReadDateTime("d"), Time);
   EXPECT_EQ(Again.ReadGuid("g"), ID);
@@ -74,6 +79,42 @@ TEST_F(PreferencesTest, ValuesOfEachKindComeBackAndAnythingElseIsTheDefault) {
   EXPECT_EQ(Again.ReadInteger("g", 5), 5);
   EXPECT_EQ(Again.ReadGuid("missing", ID), ID);
   EXPECT_THROW(Preferences.WriteString("", "x"), EQuillonException);
+}
+
+TEST_F(PreferencesTest, AmountsKeepFourDecimals) {
+  TQuillonXMLPreferences Preferences(FFile);
+  for (const auto& [Amount, Text] : std::vector<std::pair<std::int64_t, std::string>>{
+           {125'000, "12.5"},
+           {-1, "-0.0001"},
+           {30'000, "3"},
+           {std::numeric_limits<std::int64_t>::max(), "922337203685477.5807"},
+           {std::numeric_limits<std::int64_t>::min(), "-922337203685477.5808"}}) {
+    Preferences.WriteCurrency("a", Amount);
+    EXPECT_EQ(Preferences.ReadString("a"), Text);
+    EXPECT_EQ(Preferences.ReadCurrency("a"), Amount);
+  }
+  for (const char* None : {"", ".", "-", "1.2.3", "1.00001", "1.-5", "922337203685477.5808"}) {
+    Preferences.WriteString("a", None);
+    EXPECT_EQ(Preferences.ReadCurrency("a", 7), 7) << None;
+  }
+}
+
+TEST_F(PreferencesTest, WhatIsNoFileIsRefusedAndNotWaitedFor) {
+  ASSERT_EQ(::mkfifo(FFile.c_str(), 0600), 0);
+  EXPECT_THROW(TQuillonXMLPreferences{FFile}, EQuillonException);
+  TQuillonXMLPreferences Fresh(FFile, true);
+  Fresh.WriteString("a", "b");
+  EXPECT_THROW(Fresh.FlushBuffer(), EQuillonException);
+}
+
+TEST_F(PreferencesTest, AFileThatWouldBeTooLargeToBeReadIsNotWritten) {
+  Put("<Preferences><a Value=\"old\"/></Preferences>");
+  {
+    TQuillonXMLPreferences Preferences(FFile);
+    Preferences.WriteString("a", std::string(std::size_t{17} << 20, 'x'));
+    EXPECT_THROW(Preferences.FlushBuffer(), EQuillonException);
+  }
+  EXPECT_EQ(TQuillonXMLPreferences(FFile).ReadString("a"), "old");
 }
 
 TEST_F(PreferencesTest, NamesAreEscapedSoThatTheyComeBack) {

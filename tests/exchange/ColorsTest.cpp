@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <fstream>
 
@@ -77,6 +78,9 @@ TEST_F(SettingsTest, ADamagedFileIsNamed) {
     }
     return std::string();
   };
+  EXPECT_THAT(Message(uColors::Colors), HasSubstr(FPaths.FColorsFile));
+  FPaths.FColorsFile = FFolder.Path("pipe");
+  ASSERT_EQ(::mkfifo(FPaths.FColorsFile.c_str(), 0600), 0);
   EXPECT_THAT(Message(uColors::Colors), HasSubstr(FPaths.FColorsFile));
   EXPECT_THAT(Message(uSite::Site), HasSubstr(FPaths.FSiteFile));
 }

@@ -60,4 +60,23 @@ TEST(Upload, ErrorsTellTheStatusOfTheService) {
   }
 }
 
+TEST(Upload, SecretsAreMaskedInEveryNotation) {
+  TVELSecrets Secrets;
+  Secrets.Hide("p\"1N\u00e4/+ 7<");
+  for (const std::string Told : {"P\"1N\u00c4/+ 7<", "p\\\"1n\\u00E4\\/+ 7<", "p\\\\\\\"1n\\\\u00e4/+ 7<",
+                                 "p%221N%C3%a4%2F%2B+7%3C", "p&quot;1N&#228;/+&#x20;7&lt;", "p\"1N\xE4/+\r\n7<",
+                                 "p\"1N%E4%2f+ 7<", "cCIxTsOkLysgNzw=", "cCIxTsOkLysgNzw"}) {
+    EXPECT_THAT(Secrets.Clean("no " + Told + " here"), testing::MatchesRegex("no \\*\\*\\*=? here")) << Told;
+  }
+  TVELSecrets Other;
+  Other.Hide("s3rv3r");
+  std::string Often;
+  for (int Time = 0; Time < 1000; ++Time) {
+    Often += "s3rv3r\n";
+  }
+  EXPECT_THAT(Other.Clean(Often), testing::Not(testing::HasSubstr("s3")));
+  EXPECT_THAT(Other.Clean(std::string(4090, '\n') + Often), testing::Not(testing::HasSubstr("s3")));
+  EXPECT_EQ(Other.Clean("100% & \\ + \xC2\x9B[31m %41 &lt; \\u0041"), "100% & \\ +  [31m %41 &lt; \\u0041");
+}
+
 }  // namespace

@@ -155,6 +155,9 @@ class Upload(unittest.TestCase):
             ("sdui", LOGIN, cut, failed),
             ("sdui", LOGIN, endless(b"HTTP/1.1 200 OK\r\n\r\n"), failed + "the answer is larger than 16 MiB."),
             ("sdui", UPLOAD, answer("500 No", told), "[Error] [Sdui] One 2"),
+            ("sdui", UPLOAD, answer("500 No", {**told, "meta": {"errors": PIN.split(" ")}}), "[Error] [Sdui] ***"),
+            ("sdui", UPLOAD, answer("500 No", {**told, "meta": {"errors": ["a" * 999] * 9}}),
+             "[Error] [Sdui] " + " ".join(["a" * 999] * 5)[:4092]),
             ("sdui", UPLOAD, answer("201 Made", {}), "[Error] [Sdui] Made"),
             ("sdui", UPLOAD, answer("500 No", b"["), SENT),
             ("sdui", UPLOAD, b"", failed),
@@ -163,9 +166,12 @@ class Upload(unittest.TestCase):
             ("iserv", IMPORT, answer("599", {}), "[Error] [IServ] HTTP status 599"),
             ("iserv", IMPORT, slow(answer("503 ", {"message": "later"})), "[Error] [IServ] later"),
             ("iserv", IMPORT, answer("500 No", b"[" * 100000), SENT),
+            ("iserv", IMPORT, answer("500 No", b"[" + b"{}," * 1000000 + b"{}]"), SENT),
             ("iserv", IMPORT, answer("500 No"), SENT),
             ("iserv", IMPORT, answer("200 OK", {"message": "no matter"}), SENT),
             ("iserv", IMPORT, endless(b"HTTP/1.1 200 OK\r\nX: "), failed),
+            ("iserv", IMPORT, b"HTTP/1.1 200 OK\r\nX", failed + "the answer breaks off in its headers."),
+            ("sdui", UPLOAD, b"HTTP/1.1 200 OK\r\n", failed + "the answer breaks off in its headers."),
             ("iserv", IMPORT, b"SSH-2.0\r\n\r\n", failed),
         ]
         for provider, path, found, line in cases:
@@ -191,6 +197,10 @@ class Upload(unittest.TestCase):
                 self.assertEqual(self.upload("iserv", service.url), expected)
                 self.assertEqual(service.paths(), stations[:4])
                 self.assertEqual(len({str(request.parts()) for request in service.requests}), 1)
+        service.server.answers = {IMPORT: redirect(307, f"http://localhost:{service.port}/a"), "/a": answer()}
+        self.forget()
+        self.assertEqual(self.upload("iserv", f"http://LOCALHOST:{service.port}"), (SENT, 0))
+        self.forget()
         for status, target in ((301, "/a"), (302, "/a"), (303, "/a"), (307, other.url + IMPORT),
                                (307, "https:" + service.url[5:]), (308, f"http://localhost:{service.port}/"),
                                (307, "ftp://127.0.0.1/"), (307, "")):
@@ -220,6 +230,11 @@ class Upload(unittest.TestCase):
         proxy, service = self.service(), self.service(certificate=self.certificates["here"])
         proxy.answers["http://school.invalid" + IMPORT] = answer()
         self.assertEqual(self.upload("iserv", "http://school.invalid", http_proxy=proxy.url), (SENT, 0))
+        proxy.answers["http://school.invalid/a" + IMPORT] = answer("407 No", {"message": "no bWU6cDpx, p:q"})
+        self.forget()
+        self.assertEqual(self.upload("iserv", "http://school.invalid/a", http_proxy=proxy.url.replace("//", "//me:p%3Aq@")),
+                         ("[Error] [IServ] no ***, ***", 1))
+        del proxy.requests[1:]
         secured = {"https_proxy": proxy.url, "SSL_CERT_FILE": self.authority}
         self.assertEqual(self.upload("sdui", service.url, **secured), (SENT, 0))
         self.assertEqual(proxy.paths()[1:], [f"127.0.0.1:{service.port}"] * 2)

@@ -1,10 +1,14 @@
 #include "uOptions/SettingsFile.h"
 
+#include "QuillonFileSystem.h"
+
 namespace uOptions {
 
 void LoadSettings(TQuillonDataStorage& ASettings, const std::string& AFileName) {
   try {
-    ASettings.LoadFromFile(AFileName);
+    if (TQuillonFileSystem::HasFile(AFileName)) {
+      ASettings.LoadFromFile(AFileName);
+    }
   } catch (const EQuillonException& Error) {
     const std::string Text = Error.what();
     if (Text.find(AFileName) != std::string::npos) {

@@ -19,6 +19,25 @@ constexpr const char* SettingsMember = "Velmora";
   throw EQuillonException("Cannot parse JSON file \"" + AFileName + "\".");
 }
 
+/// Counted ahead of the parser, which with a callback goes through all neighbours of each object.
+bool IsDeeperThan(std::string_view AText, int ALevels) {
+  int Level = 0;
+  bool IsInString = false;
+  for (std::size_t I = 0; I < AText.size() && Level <= ALevels; ++I) {
+    const char C = AText[I];
+    if (C == '"') {
+      IsInString = !IsInString;
+    } else if (IsInString) {
+      I += C == '\\' ? 1 : 0;
+    } else if (C == '[' || C == '{') {
+      ++Level;
+    } else if (C == ']' || C == '}') {
+      --Level;
+    }
+  }
+  return Level > ALevels;
+}
+
 std::string ReadText(const std::string& AFileName) {
   TQuillonFileStream Stream(AFileName, fomOpenRead, famShareDenyWrite);
   std::vector<char> Block(std::size_t{64} << 10);
@@ -39,17 +58,14 @@ nlohmann::json TJsonUtils::Parse(std::string_view AText) {
   if (AText.size() > MaxSize) {
     throw EQuillonException("The JSON text is larger than " + std::to_string(MaxSize >> 20) + " MiB.");
   }
-  bool IsTooDeep = false;
-  const auto CheckDepth = [&IsTooDeep](int ADepth, TJson::parse_event_t, const TJson&) {
-    IsTooDeep = IsTooDeep || ADepth > MaxDepth;
-    return !IsTooDeep;
-  };
-  constexpr bool AllowExceptions = false;
-  TJson Document = TJson::parse(AText, CheckDepth, AllowExceptions);
-  if (IsTooDeep && !Document.is_discarded()) {
+  if (IsDeeperThan(AText, MaxDepth)) {
+    if (!TJson::accept(AText)) {
+      return TJson::value_t::discarded;
+    }
     throw EQuillonException("The JSON text is nested deeper than " + std::to_string(MaxDepth) + " levels.");
   }
-  return Document;
+  constexpr bool AllowExceptions = false;
+  return TJson::parse(AText, nullptr, AllowExceptions);
 }
 
 nlohmann::json TJsonUtils::LoadJson(const std::string& AFileName) {

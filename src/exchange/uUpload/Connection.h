@@ -3,10 +3,10 @@
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "QuillonHttp.h"
 #include "QuillonLogs/Manager.h"
+#include "uUpload/Secrets.h"
 
 /// The calls of an upload to its service. What comes back for people to read never tells a secret of the upload,
 /// whatever the service answers: it is masked by "***".
@@ -15,25 +15,21 @@ class TVELUploadConnection {
   explicit TVELUploadConnection(TQuillonHttpClient& AClient) : FClient(AClient) {}
 
   /// Keeps a text from being told; an empty one is none.
-  void Hide(std::string_view ASecret);
+  void Hide(std::string_view ASecret) { FSecrets.Hide(ASecret); }
 
   /// Sends the request with the user agent and the headers that every call to a service has, and logs it, under
-  /// "Velmora.Upload". Hides the password in its address.
+  /// "Velmora.Upload". Hides the passwords in its address and in those of proxies.
   /// @throws EQuillonHttpError
   TQuillonHttpResponse Post(TQuillonHttpRequest ARequest);
 
-  /// The body of an answer, for messages: the JSON object with its texts and numbers as Clean leaves them, or null for
-  /// what is no JSON object.
-  nlohmann::json CleanObjectIn(const TQuillonHttpResponse& AResponse) const;
-
   /// The text on one line, without secrets, and of a long one only the begin.
-  std::string Clean(std::string_view AText) const;
+  std::string Clean(std::string_view AText) const { return FSecrets.Clean(AText); }
 
  private:
   void Log(TQuillonLogEventType AnEventType, std::string_view AText) const;
 
   TQuillonHttpClient& FClient;
-  std::vector<std::string> FSecrets;  ///< the longest first
+  TVELSecrets FSecrets;
 };
 
 namespace uUpload {
