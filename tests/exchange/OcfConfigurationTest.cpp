@@ -93,6 +93,7 @@ TEST_F(OcfConfiguration, NamesKeyAndFileOfAValueOfTheWrongType) {
   EXPECT_EQ(ErrorOfExport(R"("serverName": 5)"),
             "Key \"ocfExport.serverName\" in file \"" + FFileName + "\" must be a string.");
   EXPECT_THAT(ErrorOfExport(R"("serverName": null)"), HasSubstr("\"ocfExport.serverName\""));
+  EXPECT_THAT(ErrorOfExport(R"("serverName": "a\u0000b")"), HasSubstr("must be a string without NUL characters"));
   for (const auto* Port : {"\"111\"", "65536", "-1", "1.5", "true", "1e99"}) {
     EXPECT_THAT(ErrorOfExport(std::string(R"("serverPort": )") + Port),
                 HasSubstr("\"ocfExport.serverPort\" in file \"" + FFileName + "\" must be a whole number"))

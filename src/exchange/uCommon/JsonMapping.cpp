@@ -31,6 +31,9 @@ void Read(const nlohmann::json& AValue, std::string& ATarget, const TPlace& APla
     ThrowWrongType(APlace, "a string");
   }
   ATarget = AValue.get_ref<const std::string&>();
+  if (ATarget.find('\0') != std::string::npos) {
+    ThrowWrongType(APlace, "a string without NUL characters");
+  }
 }
 
 void Read(const nlohmann::json& AValue, bool& ATarget, const TPlace& APlace) {

@@ -23,6 +23,10 @@ std::size_t SizeOf(const TQuillonHttpRequest& ARequest) {
 }  // namespace
 
 TQuillonHttpResponse TVELUploadConnection::Post(TQuillonHttpRequest ARequest) {
+  // The path of a call stands behind the address of its service.
+  if (ARequest.Url.find_first_of("?#") != std::string::npos) {
+    throw EQuillonHttpError("An address of a service must hold neither \"?\" nor \"#\".");
+  }
   std::vector<QuillonHttp::TLogin> Logins = QuillonHttp::ProxyLogins();
   if (auto Login = QuillonHttp::LoginIn(ARequest.Url)) {
     Logins.push_back(std::move(*Login));
