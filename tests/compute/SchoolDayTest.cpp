@@ -47,6 +47,8 @@ TEST_F(SchoolYear, OnlyWholeDaysForAllAreFree) {
   EXPECT_FALSE(IsSchoolDay("2026-12-24T12:00"));
   EXPECT_FALSE(IsSchoolDay("2027-01-06"));
   EXPECT_TRUE(IsSchoolDay("2027-01-07"));
+  Plan.Free("2027-01-18T08:00", "2027-01-19T23:59");
+  EXPECT_EQ(Move(1, "2027-01-15"), "2027-01-20") << "a whole day has no times of day";
   TVELKalendereintrag& Entry = Plan.Free("2027-01-11", "2027-01-11");
   EXPECT_FALSE(IsSchoolDay("2027-01-11"));
   Entry.FGanztaegig = false;

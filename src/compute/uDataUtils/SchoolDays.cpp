@@ -33,7 +33,8 @@ TSchoolDays::TSchoolDays(const TVELPlan& APlan)
     const auto& Entry = static_cast<const TVELKalendereintrag&>(*Object);
     if (Entry.FUnterrichtsfrei && Entry.FGanztaegig && AppliesTo(Entry, nullptr)) {
       const TSpan Span = SpanOf(APlan, Entry);
-      FFree.push_back({Span.Start, DayOf(Span.Finish)});
+      // Whole days, whatever times of day the entry has.
+      FFree.push_back({DayOf(Span.Start), DayOf(Span.Finish) + (TimeOf(Span.Finish) != 0 ? 1 : 0)});
     }
   }
   Merge();
