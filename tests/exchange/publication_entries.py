@@ -105,10 +105,9 @@ class Entry:
         if self.change is None:
             self.build_plain()
         elif self.supervision:
-            merge(self.teachers, [self.supervision.ref("Teacher")] if self.supervision.ref("Teacher") else [])
-            merge(self.missing_teachers, self.teachers)
-            new = self.change.members("New", "Teacher")[:1] if self.change.kind == "SupervisionStandIn" else []
-            merge(self.new_teachers, new)
+            self.missing_teachers = [self.supervision.ref("Teacher")] if self.supervision.ref("Teacher") else []
+            self.new_teachers = self.change.members("New", "Teacher")[:1]
+            self.teachers = list(self.new_teachers)
         else:
             self.build_changed()
         if with_absences:
@@ -471,7 +470,7 @@ class Expansion:
                        and concerns(c, who.ref("Class"))]
         return self.of_changes(chosen, who)
 
-    def of_changes(self, chosen, who):
+    def of_changes(self, chosen, who, place=moved):
         found = []
         for change in chosen:
             if change not in self.seen and published(change):
@@ -479,13 +478,13 @@ class Expansion:
                 supervision = change.ref("Time") if change.kind == "SupervisionStandIn" else None
                 appointment = change.ref("Time") if supervision is None else None
                 entry = Entry(self.plan, who, *change.span, appointment, change, supervision)
-                found.append(moved(entry.build(True, True)))
+                found.append(place(entry.build(True, True)))
         return found
 
     def substitutions(self, who, of_student):
         chosen = [c for c in reversed(self.plan.changes) if overlap(c.span, self.span) and concerns(c, who)
                   and not (c.kind == "Message" and c.span[0] % DAY == 0 == c.span[1] % DAY)]
-        return [entry for entry in self.of_changes(chosen, who) if not of_student and listed(entry) or of_student
+        return [entry for entry in self.of_changes(chosen, who, lambda entry: entry) if not of_student and listed(entry) or of_student
                 and listed(entry) and not (entry.appointment and entry.lesson.things("Student"))]
 
 

@@ -1,7 +1,7 @@
 """The supervisions of a range of dates, by area or by teacher."""
 
 from publication_entries import Entry, published
-from publication_plan import (DAY, compared, day, days_overlap, folded, monday, overlap, quicksort, until_midnight,
+from publication_plan import (DAY, compared, days_overlap, folded, monday, overlap, quicksort, until_midnight,
                               weekday)
 
 
@@ -50,7 +50,12 @@ class Supervisions:
                            and c.ref("Time") is supervision and overlap(c.span, span)), None)
             if change and not published(change) or self.only_changed and not change:
                 continue
-            yield Entry(self.plan, who, *span, None, change, supervision).build(True, True)
+            yield self.entry(who, span, change, supervision)
+
+    def entry(self, who, span, change, supervision):
+        entry = Entry(self.plan, who, *span, None, change, supervision).build(True, True)
+        entry.teachers = [supervision.ref("Teacher")] if supervision.ref("Teacher") else []
+        return entry
 
     def of_all(self):
         return [entry for area in self.plan.list("SupervisionAreas") for supervision in area.things("SupervisionList")
@@ -64,7 +69,7 @@ class Supervisions:
             if (change.kind == "SupervisionStandIn" and supervision and supervision.kind == "Supervision"
                     and teacher in change.members("New", "Teacher")[:1] and overlap(change.span, self.span)
                     and published(change)):
-                found.append(Entry(self.plan, teacher, *change.span, None, change, supervision).build(True, True))
+                found.append(self.entry(teacher, change.span, change, supervision))
         return found
 
 
@@ -92,6 +97,3 @@ def title(entry, clock):
         start, end = clock(entry.start), clock(entry.finish)
         text += f" {start[:2]}:{start[2:]}-{end[:2]}:{end[2:]}"
     return text
-
-
-__all__ = ["Supervisions", "area_of", "day", "folded_items", "title"]
