@@ -66,7 +66,7 @@ class Entry:
     def __init__(self, plan, reader, start, finish, appointment=None, change=None, supervision=None):
         self.plan, self.reader, self.start, self.finish = plan, reader, start, finish
         self.appointment, self.change, self.supervision = appointment, change, supervision
-        self.weeks, self.weeks_index, self.modified = set(), 0, 0
+        self.weeks, self.weeks_index, self.modified, self.clean = set(), 0, 0, False
 
     @property
     def substitution(self):
@@ -313,8 +313,8 @@ class Expansion:
         return (max(start for start, _ in spans), min((end for _, end in spans if end), default=1 << 60))
 
     def valid(self, lesson, span):
-        window = lesson.ref("TimeWindow")
-        return days_overlap(self.validity(lesson), span) and not (window and any(
+        window, validity = lesson.ref("TimeWindow"), self.validity(lesson)
+        return validity[0] <= validity[1] and days_overlap(validity, span) and not (window and any(
             each.ref("ParentTimeWindow") is window and each.moment("ValidFrom")
             and days_overlap((each.moment("ValidFrom"), each.moment("ValidTo")), span)
             for each in self.plan.list("TimeWindowList")))
@@ -328,7 +328,8 @@ class Expansion:
     def next_occurrence(self, who, appointment, limits):
         lesson, (start, end) = appointment.lesson, appointment.span
         if not lesson.flag("Reoccur", 1):
-            return appointment.span if start and limits[0] <= start and overlap(limits, appointment.span) else None
+            span = start, until_midnight(start, end)
+            return span if start and limits[0] <= start and overlap(limits, span) else None
         base, wanted = limits[0] or self.plan.term[0], appointment.number("Weekday")
         date = monday(base) + (wanted - 1) * DAY + (7 * DAY if weekday(base) > wanted else 0)
         span = date + start % DAY, until_midnight(date, date + end % DAY)
@@ -386,11 +387,13 @@ class Expansion:
         while span := self.next_occurrence(who, appointment, (cursor, self.span[1])):
             met = True
             own, clean = self.expand(who, appointment, span)
-            first = next((e for e in found if not e.changed and e.change is None and all(
+            first = next((e for e in found if e.clean and not e.changed and all(
                 own_time % DAY == time % DAY for own_time, time in zip(e.span, span))), None)
             if clean and first:
                 first.weeks.add(self.plan.week(span[0]))
             else:
+                for entry in own:
+                    entry.clean = clean
                 found += own
             if not appointment.lesson.flag("Reoccur", 1):
                 break
@@ -418,7 +421,7 @@ class Expansion:
     def parts(self, who, span, parts):
         cursor = span[0]
         for own, change in parts:
-            if own[0] >= cursor:
+            if own[0] >= cursor or own == span:
                 if own[0] > cursor and own != span:
                     end = self.ahead_of_break(who.frame, own[0])
                     if end > cursor:

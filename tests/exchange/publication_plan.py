@@ -260,8 +260,8 @@ class Plan:
         while found + DAY <= self.term[1]:
             found += DAY
             if self.school_day(found):
-                break
-        return None if found == moment else found
+                return found
+        return None
 
 
 def weeks_of(text):

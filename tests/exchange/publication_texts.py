@@ -13,13 +13,16 @@ def joined(*parts):
     return " ".join(filter(None, parts))
 
 
+def put(before, text, behind=""):
+    return before + text + behind if text else ""
+
+
 def without(found, *others):
     return [thing for thing in found if not any(thing in other for other in others)]
 
 
 def people_text(every, new, missing):
-    return joined("+" + names(new) if new else "", "(" + names(missing) + ")" if missing else "",
-                  names(without(every, new, missing)))
+    return joined(put("+", names(new)), put("(", names(missing), ")"), names(without(every, new, missing)))
 
 
 def teacher_text(entry):
@@ -34,15 +37,12 @@ def subject_text(entry):
     change, lesson = entry.change, entry.lesson
     title, missing = lesson.title if lesson else "", entry.missing_subjects
     subject = lesson.ref("Subject") if lesson else None
-    brackets = "(" + names(missing) + ")" if missing else ""
-    if missing and missing[0] is subject:
-        brackets = "(" + title + ")"
-    if entry.substitution and change.ref("NewTime") and not entry.new_subjects:
+    brackets = put("(", title if missing and missing[0] is subject else names(missing), ")")
+    if entry.substitution and change.ref("NewTime") and not change.ref("Subject"):
         return joined(title, brackets)
     new = change.ref("Subject") if change else None
     return joined(new.code if new and new not in entry.new_subjects else "",
-                  "+" + names(entry.new_subjects) if entry.new_subjects else "",
-                  brackets, "" if subject and subject in missing else title)
+                  put("+", names(entry.new_subjects)), brackets, "" if subject and subject in missing else title)
 
 
 def other_moment(change):
@@ -145,7 +145,8 @@ def caption(entry, reader):
     absence = entry.change.ref("AbsenceTime")
     if settings.flag("ShowAbsenceReason") and absence and absence.kind == "TeacherAbsenceTime":
         reason = absence.ref("AbsenceReason")
-        why = "Abwesend" if settings.number("ShowAbsences") else reason and (reason.text("Name") or reason.code)
+        shown = settings.number("ShowAbsences")
+        why = "Abwesend" if shown == 1 else reason and shown == 0 and (reason.text("Name") or reason.code)
         if why:
             text = why + ": " + text if text else why
     return "" if text == "Geändert" else text
