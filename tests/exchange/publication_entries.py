@@ -66,7 +66,7 @@ class Entry:
     def __init__(self, plan, reader, start, finish, appointment=None, change=None, supervision=None):
         self.plan, self.reader, self.start, self.finish = plan, reader, start, finish
         self.appointment, self.change, self.supervision = appointment, change, supervision
-        self.weeks, self.weeks_index, self.modified, self.clean = set(), 0, 0, False
+        self.weeks, self.weeks_index, self.modified, self.clean = set(filter(None, [plan.week(start)])), 0, 0, False
 
     @property
     def substitution(self):
@@ -347,8 +347,10 @@ class Expansion:
 
     # Undated.
 
-    def timetable(self, who, only_courses, student=None):
-        found = []
+    def timetable(self, who, only_courses):
+        found, student = [], None
+        if who.kind == "Student" and who.ref("Class"):
+            who, student = who.ref("Class"), who
         for appointment in self.appointments(who, only_courses, student):
             if not appointment.lesson.flag("Reoccur", 1) and not self.plan.settings.flag("ZeroWeekNonReocurring"):
                 continue
@@ -372,8 +374,9 @@ class Expansion:
     def range(self, who, only_courses):
         found = []
         for appointment in self.appointments(who, only_courses):
-            if appointment not in self.seen and (
-                    not appointment.lesson.flag("Reoccur", 1) or appointment.number("Weekday")):
+            weekly = appointment.lesson.flag("Reoccur", 1)
+            if appointment not in self.seen and (not weekly or appointment.number("Weekday")
+                                                 and self.first_occurrence(who, appointment)):
                 own = self.walk(who, appointment)
                 if own is not None:
                     self.seen.add(appointment)
@@ -458,8 +461,6 @@ class Expansion:
     def create(self, who, appointment, span, change):
         start, finish = span[0], until_midnight(*span)
         entry = Entry(self.plan, who, start, finish, appointment, change)
-        week = self.plan.week(start)
-        entry.weeks = {week} if week else set()
         return moved(entry.build(True, True))
 
     # From elsewhere.

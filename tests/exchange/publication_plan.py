@@ -81,7 +81,10 @@ def until_midnight(start, finish):
 
 
 def names(found):
-    return ", ".join(thing.code for thing in found)
+    text = ""
+    for thing in found:
+        text += (", " if text else "") + thing.code
+    return text
 
 
 class Thing:
@@ -257,7 +260,7 @@ class Plan:
 
     def next_school_day(self, moment):
         found = moment
-        while found + DAY <= self.term[1]:
+        while self.term[0] <= found + DAY <= self.term[1]:
             found += DAY
             if self.school_day(found):
                 return found

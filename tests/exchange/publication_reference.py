@@ -200,7 +200,7 @@ class Publication:
         def by_day_teacher_and_time(first, second):
             return compared(*((day(e.start), folded(names(e.new_teachers)), folded(names(e.teachers)), e.start % DAY)
                               for e in (first, second)))
-        self.entries_told = quicksort(self.entries(), by_day_teacher_and_time)
+        quicksort(self.entries_told, by_day_teacher_and_time)
         found = []
         for entry in self.entries_told:
             if not entry.changed and self.substitutionsOnly:
@@ -367,7 +367,7 @@ class Publication:
         found["effectivity"] = node(startDate=date(self.start), endDate=date(self.finish))
         found["weekspan"] = {"weekdayStart": self.plan.first_day % 7, "weekdayEnd": self.plan.last_day % 7}
         found["display"] = display
-        self.entries_told = []
+        self.entries_told = self.entries()
         if {"xmlLessons", "xmlChanges"} & set(self.types):
             found |= node(lessonTimes=self.lesson_times(), supervisionTimes=self.supervision_times())
         return found | {"eventTimes": self.events()}
@@ -388,8 +388,8 @@ class Publication:
 
     def absences(self, who):
         waiting = set() if self.offeneFehlzeiten else {
-            change.ref("AbsenceTime") for change in self.plan.changes if change.kind == "Stand-in"
-            and change.number("State") == 0 and not all_classes_away(change)}
+            change.ref("AbsenceTime") for change in self.plan.changes
+            if change.kind in ("Stand-in", "RoomChange", "SupervisionStandIn") and change.number("State") == 0 and not all_classes_away(change)}
         found = [a for a in dict.fromkeys(who.things("AbsenceTimes")) if overlap(a.span, self.range)
                  and not a.flag("NotPublic") and a not in waiting]
         return sorted(found, key=lambda a: (a.span[0], self.plan.place.get(id(a), 0)))

@@ -28,9 +28,8 @@ class Supervisions:
                 and not any(self.applies(entry, who) and overlap(entry.span, span) for entry in plan.free))
 
     def applies(self, entry, who):
-        if entry.number("Visibility") == 0:
-            return who is not None or not entry.things("Member")
-        return who is not None and any(member.ref("DataObject") is who for member in entry.things("Member"))
+        members = [member.ref("DataObject") for member in entry.things("Member")]
+        return not members if who is None else entry.number("Visibility") == 0 or who in members
 
     def spans(self, supervision):
         start, end = supervision.span
@@ -53,7 +52,7 @@ class Supervisions:
             yield self.entry(who, span, change, supervision)
 
     def entry(self, who, span, change, supervision):
-        entry = Entry(self.plan, who, *span, None, change, supervision).build(True, True)
+        entry = Entry(self.plan, who, *span, None, change, supervision).build(change is None, True)
         entry.teachers = [supervision.ref("Teacher")] if supervision.ref("Teacher") else []
         return entry
 
