@@ -202,7 +202,7 @@ class Entry:
             subject = change.ref("Time").lesson.ref("Subject") if change.ref("Time").lesson else None
             merge(self.missing_subjects, [subject] if subject else [])
             self.merge_appointment(change.ref("Time"))
-        merge(self.classes, other.lesson.things("Classes") if other.lesson else [], self.missing_classes)
+        merge(self.classes, other.lesson.things("Classes") if other.lesson else [])
         if change.number("StandInTeacherFeature") in (VLM_FREIGESTELLT, VLM_MEHRFACH):
             return
         swapped = change.ref("MovedTime")
@@ -291,12 +291,22 @@ def moved(entry):
     return entry
 
 
+def changes_in(plan, span):
+    """By ascending start; ahead of the range only those that no other one parts from it."""
+    found = list(reversed(plan.changes))
+    first = next((n for n, change in enumerate(found) if change.span[0] >= span[0]), len(found))
+    while first and overlap(found[first - 1].span, span):
+        first -= 1
+    return [change for change in found[first:] if overlap(change.span, span)]
+
+
 class Expansion:
     """Finds the entries of objects in a range of dates, each appointment and foreign change once."""
 
     def __init__(self, plan, span, with_changes, integrated=True):
         self.plan, self.span, self.with_changes, self.integrated = plan, span, with_changes, integrated
         self.seen = set()
+        self.in_range = changes_in(plan, span)
         self.changes_of, self.assignments_of = {}, {}
         for found, changes in ((self.changes_of, plan.changes), (self.assignments_of, plan.assignments)):
             for change in reversed(changes):
@@ -445,11 +455,9 @@ class Expansion:
     def ahead_of_break(self, frame, moment):
         if not frame.flag("BookAdaptive", 1):
             return moment
-        units = list(self.units(frame))
-        for unit, following in zip(units, units[1:]):
-            if following[0] == moment % DAY:
-                return day(moment) + unit[1]
-        return moment
+        units, time = list(self.units(frame)), moment % DAY
+        ends = [end for _, end in units if end <= time]
+        return moment if not ends or any(start < time <= end for start, end in units) else day(moment) + ends[-1]
 
     def behind_break(self, frame, moment):
         units = list(self.units(frame))
@@ -466,12 +474,10 @@ class Expansion:
     # From elsewhere.
 
     def foreign(self, who):
-        chosen = [c for c in reversed(self.plan.changes) if overlap(c.span, self.span) and concerns(c, who)
-                  and taken(c, who)]
+        chosen = [c for c in self.in_range if concerns(c, who) and taken(c, who)]
         chosen += [a for a in reversed(self.plan.assignments) if overlap(a.span, self.span) and who in a.things("New")]
         if who.kind == "Student" and who.ref("Class"):
-            chosen += [c for c in reversed(self.plan.changes) if overlap(c.span, self.span) and c.kind == "Message"
-                       and concerns(c, who.ref("Class"))]
+            chosen += [c for c in self.in_range if c.kind == "Message" and concerns(c, who.ref("Class"))]
         return self.of_changes(chosen, who)
 
     def of_changes(self, chosen, who, place=moved):
@@ -486,8 +492,7 @@ class Expansion:
         return found
 
     def substitutions(self, who, of_student):
-        chosen = [c for c in reversed(self.plan.changes) if overlap(c.span, self.span) and concerns(c, who)
-                  and not (c.kind == "Message" and c.span[0] % DAY == 0 == c.span[1] % DAY)]
+        chosen = [c for c in self.in_range if concerns(c, who) and not (c.kind == "Message" and c.span[0] % DAY == 0 == c.span[1] % DAY)]
         return [entry for entry in self.of_changes(chosen, who, lambda entry: entry) if not of_student and listed(entry) or of_student
                 and listed(entry) and not (entry.appointment and entry.lesson.things("Student"))]
 

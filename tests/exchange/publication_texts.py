@@ -102,8 +102,9 @@ def substitution_caption(entry, reader):
             return "Vertreten"
         if reader and reader.kind == "Teacher" and reader in new:
             return "Zusätzlich"
-        if not new:
-            return "Fachänderung" if change.ref("Subject") else (MISSING + [""] * 256)[reason]
+        why = "Fachänderung" if change.ref("Subject") else (MISSING + [""] * 256)[reason]
+        if not new and why:
+            return why
         if any(thing.kind == "Teacher" for thing in new):
             return "Vertreten"
         if any(thing.kind == "Room" for thing in new):
