@@ -325,15 +325,14 @@ class Expansion:
     def valid(self, lesson, span):
         window, validity = lesson.ref("TimeWindow"), self.validity(lesson)
         return validity[0] <= validity[1] and days_overlap(validity, span) and not (window and any(
-            each.ref("ParentTimeWindow") is window and each.moment("ValidFrom")
+            each.ref("ParentTimeWindow") is window and 0 < each.moment("ValidFrom") <= each.moment("ValidTo")
             and days_overlap((each.moment("ValidFrom"), each.moment("ValidTo")), span)
             for each in self.plan.list("TimeWindowList")))
 
     def free(self, who, span):
         """Whether an entry of the calendar without lessons covers a span."""
         return any(entry.number("Visibility") == 0 and (who or not entry.things("Member"))
-                   and entry.span[0] <= span[0] and span[1] <= entry.span[1] and overlap(entry.span, span)
-                   for entry in self.plan.free)
+                   and entry.span[0] <= span[0] and span[1] <= entry.span[1] for entry in self.plan.free)
 
     def next_occurrence(self, who, appointment, limits):
         lesson, (start, end) = appointment.lesson, appointment.span
@@ -487,7 +486,8 @@ class Expansion:
                 self.seen.add(change)
                 supervision = change.ref("Time") if change.kind == "SupervisionStandIn" else None
                 appointment = change.ref("Time") if supervision is None else None
-                entry = Entry(self.plan, who, *change.span, appointment, change, supervision)
+                finish = until_midnight(*change.span) if place is moved else change.span[1]
+                entry = Entry(self.plan, who, change.span[0], finish, appointment, change, supervision)
                 found.append(place(entry.build(True, True)))
         return found
 

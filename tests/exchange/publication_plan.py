@@ -252,18 +252,17 @@ class Plan:
 
     # School days.
 
-    def school_weekday(self, moment):
-        return (weekday(moment) - self.first_day) % 7 <= (self.last_day - self.first_day) % 7
-
     def school_day(self, moment):
-        return self.school_weekday(moment) and not any(entry.flag("AllDay") and not entry.things("Member") and overlap(entry.span, (moment, moment + DAY))
-                       and entry.span[0] <= moment and moment + DAY - 60_000 <= entry.span[1] for entry in self.free)
+        if (weekday(moment) - self.first_day) % 7 > (self.last_day - self.first_day) % 7:
+            return False
+        return not any(entry.flag("AllDay") and not entry.things("Member") and overlap(entry.span, (moment, moment + DAY))
+                       and entry.span[0] <= moment and moment + DAY <= entry.span[1] for entry in self.free)
 
     def next_school_day(self, moment):
         found = moment
         while self.term[0] <= found + DAY <= self.term[1]:
             found += DAY
-            if self.school_day(found) or found == self.term[1] and self.school_weekday(found):
+            if self.school_day(found):
                 return found
         return None
 

@@ -214,8 +214,9 @@ class Publication:
         return found
 
     def message_days(self, entry):
-        first, last = day(entry.start), day(entry.finish)
-        if entry.finish == last and last > first and entry.start != first:
+        finish = entry.change.span[1]
+        first, last = day(entry.start), day(finish)
+        if finish == last and last > first and entry.start != first:
             last -= DAY
         days = [first]
         while (following := self.plan.next_school_day(days[-1])) and following <= last and following <= first + 392 * DAY:

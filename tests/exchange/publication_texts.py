@@ -80,7 +80,7 @@ def substitution_caption(entry, reader):
         if change.number("State") not in (1, 2, 6) or feature == 0:
             return "Fehlstelle"
         return (told("Von %s verschoben", change, "Verschoben") if feature == 5 else
-                told("Auf %s getauscht", change, "Anstatt") if feature == 10 else "Zusätzlich")
+                told("Auf %s getauscht", change, "Getauscht") if feature == 10 else "Zusätzlich")
     if reason == 9:
         return "Anstatt" if feature == 10 else "Getauscht"
     if appointment and reason in (5, 4):
