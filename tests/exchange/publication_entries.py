@@ -324,7 +324,7 @@ class Expansion:
 
     def valid(self, lesson, span):
         window, validity = lesson.ref("TimeWindow"), self.validity(lesson)
-        return validity[0] <= validity[1] and days_overlap(validity, span) and not (window and any(
+        return day(validity[0]) <= validity[1] and days_overlap(validity, span) and not (window and any(
             each.ref("ParentTimeWindow") is window and 0 < each.moment("ValidFrom") <= each.moment("ValidTo")
             and days_overlap((each.moment("ValidFrom"), each.moment("ValidTo")), span)
             for each in self.plan.list("TimeWindowList")))

@@ -64,8 +64,8 @@ def told(form, change, otherwise):
 
 
 def missing_text(entry):
-    found = names([*entry.missing_classes, *entry.missing_teachers, *entry.missing_rooms])
-    return "Fehlend: " + found if found else ""
+    found = map(names, (entry.missing_classes, entry.missing_teachers, entry.missing_rooms))
+    return put("Fehlend: ", ", ".join(filter(None, found)))
 
 
 def substitution_caption(entry, reader):
