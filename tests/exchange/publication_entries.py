@@ -291,13 +291,19 @@ def moved(entry):
     return entry
 
 
-def changes_in(plan, span):
-    """By ascending start; ahead of the range only those that no other one parts from it."""
+def changes_in(plan, span, of_list=False):
+    """By ascending start, from the first one before which the walk back from a hit ends."""
     found = list(reversed(plan.changes))
-    first = next((n for n, change in enumerate(found) if change.span[0] >= span[0]), len(found))
-    while first and overlap(found[first - 1].span, span):
-        first -= 1
-    return [change for change in found[first:] if overlap(change.span, span)]
+    low, high = 0, len(found) - 1
+    while low <= high:
+        first = (low + high + 1) // 2
+        if overlap(found[first].span, span):
+            if not (of_list and found[first].number("GapReason") == VA_FREIGESTELLT):
+                while first and overlap(found[first - 1].span, span):
+                    first -= 1
+            return [change for change in found[first:] if overlap(change.span, span)]
+        low, high = (low, first - 1) if found[first].span[0] > span[0] else (first + 1, high)
+    return []
 
 
 class Expansion:
@@ -306,7 +312,7 @@ class Expansion:
     def __init__(self, plan, span, with_changes, integrated=True):
         self.plan, self.span, self.with_changes, self.integrated = plan, span, with_changes, integrated
         self.seen = set()
-        self.in_range = changes_in(plan, span)
+        self.in_range, self.in_list = changes_in(plan, span), changes_in(plan, span, True)
         self.changes_of, self.assignments_of = {}, {}
         for found, changes in ((self.changes_of, plan.changes), (self.assignments_of, plan.assignments)):
             for change in reversed(changes):
@@ -488,11 +494,13 @@ class Expansion:
                 appointment = change.ref("Time") if supervision is None else None
                 finish = until_midnight(*change.span) if place is moved else change.span[1]
                 entry = Entry(self.plan, who, change.span[0], finish, appointment, change, supervision)
+                if place is not moved:
+                    entry.weeks = set()
                 found.append(place(entry.build(True, True)))
         return found
 
     def substitutions(self, who, of_student):
-        chosen = [c for c in self.in_range if concerns(c, who) and not (c.kind == "Message" and c.span[0] % DAY == 0 == c.span[1] % DAY)]
+        chosen = [c for c in self.in_list if concerns(c, who) and not (c.kind == "Message" and c.span[0] % DAY == 0 == c.span[1] % DAY)]
         return [entry for entry in self.of_changes(chosen, who, lambda entry: entry) if not of_student and listed(entry) or of_student
                 and listed(entry) and not (entry.appointment and entry.lesson.things("Student"))]
 

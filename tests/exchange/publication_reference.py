@@ -390,7 +390,8 @@ class Publication:
     def absences(self, who):
         waiting = set() if self.offeneFehlzeiten else {
             change.ref("AbsenceTime") for change in self.plan.changes
-            if change.kind in ("Stand-in", "RoomChange", "SupervisionStandIn") and change.number("State") == 0 and not change.flag("NotPublic") and not all_classes_away(change)}
+            if change.kind in ("Stand-in", "RoomChange", "SupervisionStandIn") and change.number("State") == 0
+            and not change.flag("NotPublic") and not all_classes_away(change)}
         found = [a for a in dict.fromkeys(who.things("AbsenceTimes")) if overlap(a.span, self.range)
                  and not a.flag("NotPublic") and a not in waiting]
         return sorted(found, key=lambda a: (a.span[0], self.plan.place.get(id(a), 0)))

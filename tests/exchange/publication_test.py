@@ -19,7 +19,7 @@ from publication_plans import SmallPlan
 from publication_reference import Publication, text_of
 
 HOST = SAMPLE = SCHOOL = ""
-PLANS = os.environ.get("VELMORA_PUBLICATION_PLANS", "60")
+PLANS = os.environ.get("VELMORA_PUBLICATION_PLANS", "50")
 ALL_PARTS = ["xmlLessons", "xmlChanges", "xmlAbsences"]
 AUDIENCES = [
     {"form": "undated"}, {"form": "undated", "studentNames": True, "filtering": False}, {"xmlTypes": ["xmlLessons"]},
