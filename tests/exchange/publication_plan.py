@@ -167,7 +167,8 @@ class Thing:
         if who.kind == "Subject":
             return self.lesson is not None and self.lesson.ref("Subject") is who
         holder = self.lesson if who.kind in ("Class", "Student") else self
-        name = {"Class": "Classes", "Student": "Student", "Teacher": "Teacher", "Room": "Rooms"}.get(who.kind, "Resources")
+        name = {"Class": "Classes", "Student": "Student", "Teacher": "Teacher", "Room": "Rooms"}.get(who.kind,
+                                                                      "Resources")
         return holder is not None and who in holder.things(name)
 
 
@@ -203,7 +204,8 @@ class Plan:
         self.place = {id(absence): -place for place, absence in enumerate(self.absences)}
         self.calendar = self.storage.ref("Calendar")
         entries = self.calendar.things("Entries") if self.calendar else []
-        self.entries = sorted(entries, key=lambda e: (-e.span[1], code_units(e.lines("Description").replace("\n", "\r\n"))))
+        self.entries = sorted(entries, key=lambda e: (-e.span[1], code_units(e.lines("Description").replace("\n",
+                                                                      "\r\n"))))
         self.free = [entry for entry in self.entries if entry.flag("FreePeriod", 1)]
         self.directories = self.storage.ref("Directories")
 
@@ -255,7 +257,8 @@ class Plan:
     def school_day(self, moment):
         if (weekday(moment) - self.first_day) % 7 > (self.last_day - self.first_day) % 7:
             return False
-        return not any(entry.flag("AllDay") and not entry.things("Member") and overlap(entry.span, (moment, moment + DAY))
+        return not any(entry.flag("AllDay") and not entry.things("Member") and overlap(entry.span, (moment,
+                                                                      moment + DAY))
                        and entry.span[0] <= moment and moment + DAY <= entry.span[1] for entry in self.free)
 
     def next_school_day(self, moment):

@@ -66,7 +66,8 @@ class SmallPlan:
 
     def moment(self):
         day = MONDAY + timedelta(self.random.randint(-2, 29))
-        hour, minute = map(int, self.random.choice(" ".join(ROWS).split() + ["00:00", "08:00", "10:05", "23:59"]).split(":"))
+        hour, minute = map(int, self.random.choice(" ".join(ROWS).split() + ["00:00", "08:00", "10:05",
+                                                                      "23:59"]).split(":"))
         return day + timedelta(hours=hour, minutes=minute)
 
     def weeks(self):
@@ -155,7 +156,8 @@ class SmallPlan:
         days = {name: stamp(self.moment()) for name in ("ValidFrom", "ValidTo") if self.chance(12)}
         texts = {name: self.text(20) for name in ("Title", "Comments", "Group", "EventNo", "Href", "External")}
         texts["CID"] = self.custom_id()
-        return item("Event", number, "".join(parts), Weeks=self.weeks(), BlockIndex=str(number), Focus=self.some("0", "0", "3"),
+        return item("Event", number, "".join(parts), Weeks=self.weeks(), BlockIndex=str(number), Focus=self.some("0",
+                                                                      "0", "3"),
                     Reoccur=str(int(weekly)), CourseNo=self.some("0", "0", "2", "-1"), **texts, **days)
 
     # Changes.
@@ -205,7 +207,8 @@ class SmallPlan:
             values |= self.flags(25, "AllClasses", "AllTeachers")
         body += self.members("New", 55, "Class", "Teacher", "Teacher", "Room", "Room", "Subject", "Student")
         body += self.members("Absent", 45, "Class", "Teacher", "Room", "Subject")
-        body += self.members("Original", 60 if kind != "AdditionalLesson" else 95, "Class", "Teacher", "Room", "Student")
+        body += self.members("Original", 60 if kind != "AdditionalLesson" else 95, "Class", "Teacher", "Room",
+                             "Student")
         return item(kind, number, body + self.of_any_change(values), Start=stamp(start), End=stamp(end), **values)
 
     def of_any_change(self, values):
@@ -222,7 +225,8 @@ class SmallPlan:
         start, values = self.moment(), {"Information": self.text(), "Message": self.text()}
         end, lesson = start + timedelta(self.some(1, 8, 20)), self.random.choice(self.lessons)
         body = tag("Time", "Time", lesson[0]) + self.members("New", 90, "Teacher", "Room", "Class")
-        return item("Assignment", number, body + self.of_any_change(values), Start=stamp(start), End=stamp(end), **values)
+        return item("Assignment", number, body + self.of_any_change(values), Start=stamp(start), End=stamp(end),
+                    **values)
 
     # Supervisions.
 
@@ -235,8 +239,10 @@ class SmallPlan:
                 start, end = self.some(("09:15", "09:35"), ("11:05", "11:25"), ("07:30", "07:45"), ("09:15", "11:25"))
                 day = MONDAY + timedelta(self.random.randrange(20))
                 date = "1899-12-30" if weekly else f"{day:%Y-%m-%d}"
-                self.supervisions.append((number, weekly, MONDAY + timedelta(day.weekday()) if weekly else day, start, end))
-                own.append(item("Supervision", number, self.ref("Teacher", "Teacher", 90), Start=f"{date}T{start}:00.000Z",
+                self.supervisions.append((number, weekly, MONDAY + timedelta(day.weekday()) if weekly else day, start,
+                                          end))
+                own.append(item("Supervision", number, self.ref("Teacher", "Teacher", 90),
+                                Start=f"{date}T{start}:00.000Z",
                                 End=f"{date}T{end}:00.000Z", Weekday=str(day.isoweekday() if weekly else 0)))
             found.append(item("SupervisionArea", area, items("SupervisionList", own)
                               + self.ref("TimeFrame", "TimeFrame", 30, 30), Code=self.random.choice(CODES)))
@@ -250,7 +256,8 @@ class SmallPlan:
             if (number, day) not in met:
                 met.add((number, day))
                 values = {"Information": self.text(), "Message": self.text()}
-                body = tag("Time", "Supervision", number) + self.members("New", 70, "Teacher") + self.of_any_change(values)
+                body = tag("Time", "Supervision", number) + self.members("New", 70,
+                                                                      "Teacher") + self.of_any_change(values)
                 found.append(item("SupervisionStandIn", 70_000 + n, body, Start=f"{day:%Y-%m-%d}T{start}:00.000Z",
                                   End=f"{day:%Y-%m-%d}T{end}:00.000Z", **values))
         return found
@@ -263,21 +270,26 @@ class SmallPlan:
         values = {}
         if self.chance(40):
             start = datetime.fromisoformat(f"{start:%Y-%m-%d}")
-            end, values = start + timedelta(self.some(0, 1)) + self.some(timedelta(hours=23, minutes=59), timedelta(1)), {"AllDay": "1"}
+            end, values = start + timedelta(self.some(0, 1)) + self.some(timedelta(hours=23, minutes=59),
+                                                                      timedelta(1)), {"AllDay": "1"}
         member = [item("Member", number + 100, tag("DataObject", kind, self.number(kind)), Name="x", Type="0")
                   for kind in ("Class", "Teacher", "Student") if self.chance(15)][:1]
         body = items("Member", member) if member else ""
         body += self.ref("Category", "CalendarEventCategory", 60, 1340) + self.ref("Room", "Room", 30)
-        return item("CalendarEvent", number, body, Start=stamp(start), End=stamp(end), Display=self.text(70), Duration="0",
-                    Description=f'{number},"a b"' if self.chance(60) else str(number), FreePeriod=self.some("0", "0", "1"),
-                    Visibility=self.some("0", "0", "1"), Address=self.some("", '"x y",z'), State=self.some("0", "1", "2"), **values)
+        return item("CalendarEvent", number, body, Start=stamp(start), End=stamp(end), Display=self.text(70),
+                    Duration="0",
+                    Description=f'{number},"a b"' if self.chance(60) else str(number), FreePeriod=self.some("0", "0",
+                                                                      "1"),
+                    Visibility=self.some("0", "0", "1"), Address=self.some("", '"x y",z'), State=self.some("0", "1",
+                                                                      "2"), **values)
 
     def keys(self, kind, first):
         return [item(kind, first + n, Code=self.random.choice(CODES), Name=self.text(50), Key=self.text(50))
                 for n in range(2)]
 
     def frame(self, name, number, rows):
-        found = [item("TimeFrameRow", 10 * number + 40_000 + n, Name=self.text(), Start=f"1899-12-30T{row.split()[0]}:00.000Z",
+        found = [item("TimeFrameRow", 10 * number + 40_000 + n, Name=self.text(),
+                      Start=f"1899-12-30T{row.split()[0]}:00.000Z",
                       End=f"1899-12-30T{row.split()[1]}:00.000Z") for n, row in enumerate(rows)]
         return tag(name, "TimeFrame", number, items("Rows", found), Code=self.random.choice(CODES), LessonsPerDay="8",
                    MinutesPerHour="45", UnitsPerHour=self.some("1", "1", "2"), FirstHour="8", MorningLessonTo="6",
@@ -292,14 +304,17 @@ class SmallPlan:
                    TimeColor=self.some("-1", "255"), TimeColorGradient="-1", WeekStart=week[0], Weekend=week[1],
                    ValidFrom=self.some("2026-09-01", "2026-09-08"), ValidTo=self.some("2026-10-04", "2026-09-30"),
                    TimetablePeriodFrom=self.some("2026-09-07", "2026-09-07", "2026-09-09"),
-                   TimetablePeriodTo=self.some("2026-10-04", "2026-10-02", "2026-12-31"), ShowAbsences=self.some("0", "1", "2"),
+                   TimetablePeriodTo=self.some("2026-10-04", "2026-10-02", "2026-12-31"), ShowAbsences=self.some("0",
+                                                                      "1", "2"),
                    TimetableTitle=self.text(50), WeekFmt=self.text(), PublishDaysScope=self.some("0", "3"),
                    **self.flags(50, "ShowAbsenceReason", "LineWrap", "ZeroWeekNonReocurring"))
 
     def windows(self):
         return items("TimeWindowList", [
-            item("TimeWindow", 1400 + n, self.ref("ParentTimeWindow", "TimeWindow", 50, 1400) if n > 1 else "", Code=str(n),
-                 MaxLessonsCount="0", MinHoursCount="0", **({"ValidFrom": f"{self.moment():%Y-%m-%d}"} if self.chance(70) else {}),
+            item("TimeWindow", 1400 + n, self.ref("ParentTimeWindow", "TimeWindow", 50, 1400) if n > 1 else "",
+                 Code=str(n),
+                 MaxLessonsCount="0", MinHoursCount="0", **({"ValidFrom": f"{self.moment():%Y-%m-%d}"}
+                                                            if self.chance(70) else {}),
                  **({"ValidTo": f"{self.moment():%Y-%m-%d}"} if self.chance(70) else {})) for n in range(4)])
 
     def document(self):
@@ -313,7 +328,8 @@ class SmallPlan:
             ("TeacherAbsenceReasons", REASONS["Teacher"]), ("ClassAbsenceReasons", REASONS["Class"]),
             ("RoomUnavailableReasons", REASONS["Room"]), ("SkipStandInReasons", ("SkipStandInReason", 1330)),
             ("CalendarEventCategories", ("CalendarEventCategory", 1340)))))
-        calendar = tag("Calendar", "Calendar", 3, items("Entries", [self.event(3000 + n) for n in range(self.some(0, 2, 4))]))
+        calendar = tag("Calendar", "Calendar", 3, items("Entries", [self.event(3000 + n) for n in range(self.some(0,
+                                                                      2, 4))]))
         owner = tag("Owner", "Owner", 5, DName=self.text(), Name1=self.text(60), Name2=self.text(), Name3=self.text(60),
                     City=self.text())
         parts = [self.settings(), owner, calendar, directories, areas, self.windows(),
@@ -322,7 +338,8 @@ class SmallPlan:
                                     for n in range(2)]),
                  items("Periods", [item("Period", 1600 + n, Code=self.random.choice(CODES), Weeks=self.weeks())
                                    for n in range(2)]),
-                 items("TimeFrame", [self.frame("Item", 30 + n, rows) for n, rows in enumerate((ROWS[1:4], ROWS[::2]))]),
+                 items("TimeFrame", [self.frame("Item", 30 + n, rows) for n, rows in enumerate((ROWS[1:4],
+                                                                      ROWS[::2]))]),
                  *map(self.people, KINDS), items("AbsenceTimes", absences), items("Events", courses),
                  items("Changes", changes), items("AssignmentList", assignments)]
         return "<Storage><FileVersion>7</FileVersion><DataformatRelease>6.0.172</DataformatRelease>" + "".join(parts) + "</Storage>"

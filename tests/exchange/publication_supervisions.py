@@ -8,7 +8,8 @@ from publication_plan import (DAY, compared, days_overlap, folded, monday, overl
 def by_area_date_and_teacher(first, second):
     def place(entry):
         teacher = entry.supervision.ref("Teacher")
-        return (folded(area_of(entry).code if area_of(entry) else ""), entry.start, folded(teacher.code if teacher else ""))
+        return (folded(area_of(entry).code if area_of(entry) else ""), entry.start, folded(teacher.code
+                                                                      if teacher else ""))
     return compared(place(first), place(second))
 
 

@@ -19,13 +19,15 @@ from publication_plans import SmallPlan
 from publication_reference import Publication, text_of
 
 HOST = SAMPLE = SCHOOL = ""
-PLANS = os.environ.get("VELMORA_PUBLICATION_PLANS", "50")
+PLANS = os.environ.get("VELMORA_PUBLICATION_PLANS", "40")
 ALL_PARTS = ["xmlLessons", "xmlChanges", "xmlAbsences"]
 AUDIENCES = [
     {"form": "undated"}, {"form": "undated", "studentNames": True, "filtering": False}, {"xmlTypes": ["xmlLessons"]},
-    {"xmlTypes": ["xmlChanges"], "profiles": [{"policy": 10}]}, {"profiles": [{"policy": 4, "kind": "class", "code": "5a"}]},
+    {"xmlTypes": ["xmlChanges"], "profiles": [{"policy": 10}]}, {"profiles": [{"policy": 4, "kind": "class",
+                                                                      "code": "5a"}]},
     {"xmlTypes": ALL_PARTS, "studentNames": True, "teacherNamesPolicy": 2, "profiles": [{"policy": 9}]},
-    {"xmlTypes": ALL_PARTS, "offeneFehlzeiten": False}, {"xmlTypes": ALL_PARTS, "auswahl": ["Spr"], "substitutionsOnly": True},
+    {"xmlTypes": ALL_PARTS, "offeneFehlzeiten": False}, {"xmlTypes": ALL_PARTS, "auswahl": ["Spr"],
+                                                         "substitutionsOnly": True},
 ]
 
 
@@ -51,7 +53,8 @@ def difference(wanted, found, path=""):
 def publish(folder, file_name, settings):
     target, config = os.path.join(folder, "out.json"), os.path.join(folder, "cfg.json")
     with open(config, "w", encoding="utf-8") as file:
-        json.dump({"Velmora": {"jsonExport": {"sourceFileName": file_name, "targetFileName": target, **settings}}}, file)
+        json.dump({"Velmora": {"jsonExport": {"sourceFileName": file_name, "targetFileName": target, **settings}}},
+                  file)
     done = subprocess.run([HOST, "publish", config, "-minimal-display"], check=False, timeout=120, capture_output=True)
     if done.returncode:
         raise AssertionError(done.stdout.decode() + done.stderr.decode())
