@@ -342,7 +342,8 @@ class SmallPlan:
                                                                       ROWS[::2]))]),
                  *map(self.people, KINDS), items("AbsenceTimes", absences), items("Events", courses),
                  items("Changes", changes), items("AssignmentList", assignments)]
-        return "<Storage><FileVersion>7</FileVersion><DataformatRelease>6.0.172</DataformatRelease>" + "".join(parts) + "</Storage>"
+        return ("<Storage><FileVersion>7</FileVersion><DataformatRelease>6.0.172</DataformatRelease>"
+                + "".join(parts) + "</Storage>")
 
     # Settings of a job.
 

@@ -173,7 +173,8 @@ class Publication(MasterData):
         if finish == last and last > first and entry.start != first:
             last -= DAY
         days = [first]
-        while (following := self.plan.next_school_day(days[-1])) and following <= last and following <= first + 392 * DAY:
+        last = min(last, first + 392 * DAY)
+        while (following := self.plan.next_school_day(days[-1])) and following <= last:
             days.append(following)
         return days
 

@@ -92,7 +92,8 @@ def substitution_caption(entry, reader):
         return "Verschoben"
     if appointment and feature == 11:
         absence = change.ref("AbsenceTime")
-        return "Kurs fehlt" if absence and absence.kind == "ClassAbsenceTime" and absence.ref("Event") else "Klasse fehlt"
+        bound = absence and absence.kind == "ClassAbsenceTime" and absence.ref("Event")
+        return "Kurs fehlt" if bound else "Klasse fehlt"
     if appointment and feature in (8, 9):
         return {8: "Klasse frei", 9: "Keine Vertretung"}[feature]
     if feature == 1:
