@@ -236,9 +236,9 @@ class Expansion:
     def substitutions(self, who, of_student):
         chosen = [c for c in self.in_list if concerns(c, who) and not (c.kind == "Message"
                                                                       and c.span[0] % DAY == 0 == c.span[1] % DAY)]
-        return [entry for entry in self.of_changes(chosen, who, lambda entry: entry) if not of_student
-                and listed(entry) or of_student
-                and listed(entry) and not (entry.appointment and entry.lesson.things("Student"))]
+        entries = filter(listed, self.of_changes(chosen, who, lambda entry: entry))
+        return [entry for entry in entries if not (of_student and entry.change.ref("Time") and entry.lesson
+                                                   and entry.lesson.things("Student"))]
 
 
 def listed(entry):
