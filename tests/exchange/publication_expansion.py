@@ -25,14 +25,19 @@ def moved(entry):
     return entry
 
 
-def changes_in(plan, span, of_list=False):
+def changes_in(plan, span):
+    """By ascending start."""
+    return [change for change in reversed(plan.changes) if overlap(change.span, span)]
+
+
+def changes_of_list(plan, span):
     """By ascending start, from the first one before which the walk back from a hit ends."""
     found = list(reversed(plan.changes))
     low, high = 0, len(found) - 1
     while low <= high:
         first = (low + high + 1) // 2
         if overlap(found[first].span, span):
-            if not (of_list and found[first].number("GapReason") == VA_FREIGESTELLT):
+            if found[first].number("GapReason") != VA_FREIGESTELLT:
                 while first and overlap(found[first - 1].span, span):
                     first -= 1
             return [change for change in found[first:] if overlap(change.span, span)]
@@ -46,7 +51,7 @@ class Expansion:
     def __init__(self, plan, span, with_changes):
         self.plan, self.span, self.with_changes = plan, span, with_changes
         self.seen = set()
-        self.in_range, self.in_list = changes_in(plan, span), changes_in(plan, span, True)
+        self.in_range, self.in_list = changes_in(plan, span), changes_of_list(plan, span)
         self.changes_of, self.assignments_of = {}, {}
         for found, changes in ((self.changes_of, plan.changes), (self.assignments_of, plan.assignments)):
             for change in reversed(changes):
@@ -219,33 +224,35 @@ class Expansion:
             chosen += [c for c in self.in_range if c.kind == "Message" and concerns(c, who.ref("Class"))]
         return self.of_changes(chosen, who)
 
-    def of_changes(self, chosen, who, place=moved):
+    def of_changes(self, chosen, who):
         found = []
         for change in chosen:
             if change not in self.seen and published(change):
                 self.seen.add(change)
                 supervision = change.ref("Time") if change.kind == "SupervisionStandIn" else None
                 appointment = change.ref("Time") if supervision is None else None
-                finish = until_midnight(*change.span) if place is moved else change.span[1]
+                finish = change.span[1] if supervision else until_midnight(*change.span)
                 entry = Entry(self.plan, who, change.span[0], finish, appointment, change, supervision)
-                if place is not moved:
-                    entry.weeks = set()
-                found.append(place(entry.build(True, True)))
+                found.append(moved(entry.build(True, True)))
         return found
 
     def substitutions(self, who, of_student):
         chosen = [c for c in self.in_list if concerns(c, who) and not (c.kind == "Message"
                                                                       and c.span[0] % DAY == 0 == c.span[1] % DAY)]
-        entries = filter(listed, self.of_changes(chosen, who, lambda entry: entry))
-        return [entry for entry in entries if not (of_student and entry.change.ref("Time") and entry.lesson
-                                                   and entry.lesson.things("Student"))]
+        entries = filter(listed, self.of_changes(chosen, who))
+        return [entry for entry in entries if not (of_student and self.is_of_students(entry.change.ref("Time")))]
+
+    @staticmethod
+    def is_of_students(appointment):
+        return appointment is not None and appointment.lesson.things("Student")
 
 
 def listed(entry):
     change = entry.change
     if change.kind != "Stand-in":
         return True
-    subject = entry.lesson.ref("Subject") if entry.lesson else None
+    planned = change.ref("Time") or change.ref("NewTime")
+    subject = planned.lesson.ref("Subject") if planned else None
     if subject and (subject.flag("NoStand-In") or subject.flag("ReadyToStandIn")):
         return False
     lists = [getattr(entry, prefix + name) for prefix in ("new_", "missing_") for name in KINDS.values()

@@ -81,10 +81,7 @@ def until_midnight(start, finish):
 
 
 def names(found):
-    text = ""
-    for thing in found:
-        text += (", " if text else "") + thing.code
-    return text
+    return ", ".join(thing.code for thing in found)
 
 
 class Thing:
@@ -257,9 +254,8 @@ class Plan:
     def school_day(self, moment):
         if (weekday(moment) - self.first_day) % 7 > (self.last_day - self.first_day) % 7:
             return False
-        return not any(entry.flag("AllDay") and not entry.things("Member") and overlap(entry.span, (moment,
-                                                                      moment + DAY))
-                       and entry.span[0] <= moment and moment + DAY <= entry.span[1] for entry in self.free)
+        return not any(entry.flag("AllDay") and not entry.things("Member") and entry.span[0] < moment - moment % DAY + DAY
+                       and moment - moment % DAY < entry.span[1] for entry in self.free)
 
     def next_school_day(self, moment):
         found = moment

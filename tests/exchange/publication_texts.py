@@ -37,9 +37,9 @@ def subject_text(entry):
     change, lesson = entry.change, entry.lesson
     title, missing = lesson.title if lesson else "", entry.missing_subjects
     subject = lesson.ref("Subject") if lesson else None
-    brackets = put("(", title if missing and missing[0] is subject else names(missing), ")")
     if entry.substitution and change.ref("NewTime") and not change.ref("Subject"):
-        return joined(title, brackets)
+        return joined(title, put("(", names(missing), ")"))
+    brackets = put("(", title if missing and missing[0] is subject else names(missing), ")")
     new = change.ref("Subject") if change else None
     return joined(new.code if new and new not in entry.new_subjects else "",
                   put("+", names(entry.new_subjects)), brackets, "" if subject and subject in missing else title)
@@ -104,7 +104,7 @@ def substitution_caption(entry, reader):
         if reader and reader.kind == "Teacher" and reader in new:
             return "Zusätzlich"
         why = "Fachänderung" if change.ref("Subject") else (MISSING + [""] * 256)[reason]
-        if not new and why:
+        if not new:
             return why
         if any(thing.kind == "Teacher" for thing in new):
             return "Vertreten"
@@ -148,7 +148,7 @@ def caption(entry, reader):
     if settings.flag("ShowAbsenceReason") and absence and absence.kind == "TeacherAbsenceTime":
         reason = absence.ref("AbsenceReason")
         shown = settings.number("ShowAbsences")
-        why = "Abwesend" if shown == 1 else reason and shown == 0 and (reason.text("Name") or reason.code)
+        why = "Abwesend" if shown else reason and (reason.text("Name") or reason.code)
         if why:
             text = why + ": " + text if text else why
     return "" if text == "Geändert" else text

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "uPlaneintraege/Planeintrag.h"
 
@@ -13,12 +14,13 @@ namespace uPlaneintraege {
 
 using uDataUtils::TPlanContext;
 
-/// Abbreviations joined by ", ".
+/// Abbreviations, empty ones too, joined by ", ".
 template <class T>
 std::string ListText(const std::vector<T*>& AnItems) {
   std::string Text;
-  for (const T* Item : AnItems) {
-    Text.append(Text.empty() ? "" : ", ").append(Item->FKuerzel);
+  for (std::string_view Separator; const T* Item : AnItems) {
+    Text.append(Separator).append(Item->FKuerzel);
+    Separator = ", ";
   }
   return Text;
 }
