@@ -127,10 +127,11 @@ class Expansion:
 
     def range(self, who, only_courses):
         found = []
+        school = max(self.span[0], self.plan.term[0]), min(self.span[1], self.plan.term[1] + DAY)
         for appointment in self.appointments(who, only_courses):
             weekly = appointment.lesson.flag("Reoccur", 1)
             if appointment not in self.seen and (not weekly or appointment.number("Weekday")
-                                                 and self.first_occurrence(who, appointment)):
+                                                 and self.next_occurrence(who, appointment, school)):
                 own = self.walk(who, appointment)
                 if own is not None:
                     self.seen.add(appointment)
