@@ -154,14 +154,10 @@ std::vector<TVELDate> MessageDays(const TPlanContext& AContext, const TVELMittei
   const TVELDate First = uDataUtils::DayOf(AMessage.FStart);
   const bool EndsAtMidnight = AMessage.FEnde == uDataUtils::DayOf(AMessage.FEnde);
   const TVELDate Last = uDataUtils::DayOf(AMessage.FEnde) - (EndsAtMidnight && !AMessage.Ganztaegig() ? 1 : 0);
-  std::vector<TVELDate> Days = {First};
-  for (;;) {
-    const TVELDate Next = uDataUtils::MoveSchoolDays(AContext, 1, 0, Days.back());
-    if (Next == 0 || Next > Last || Next >= First + MostDays || !uDataUtils::IsSchoolDay(AContext, Next)) {
-      return Days;
-    }
-    Days.push_back(Next);
-  }
+  std::vector<TVELDate> Days =
+      uDataUtils::SchoolDaysIn(AContext, First + 1, std::min<double>(Last, First + MostDays - 1));
+  Days.insert(Days.begin(), First);
+  return Days;
 }
 
 }  // namespace uJSONExport
