@@ -174,4 +174,16 @@ TEST(Publishing, ManyChangesAndManyMissingTeachersTakeNoMoreTimeEach) {
             QuadraticGrowth);
 }
 
+TEST(SchoolDays, AreThoseOfTheTimetableFromADayInItOn) {
+  TPlanFixture Plan("2026-08-05", "2026-08-14");
+  Plan.Free("2026-08-07", "2026-08-08").FUnterrichtsfrei = true;
+  const auto Days = [&](std::string_view AFirst, std::string_view ALast) {
+    return uDataUtils::SchoolDaysIn(Plan.Context(), At(AFirst), At(ALast));
+  };
+  EXPECT_EQ(Days("2026-08-06", "2026-08-11"),
+            (std::vector<TVELDate>{At("2026-08-06"), At("2026-08-10"), At("2026-08-11")}));
+  EXPECT_EQ(Days("2026-08-13", "9999-12-31"), (std::vector<TVELDate>{At("2026-08-13"), At("2026-08-14")}));
+  EXPECT_EQ(Days("2026-08-04", "2026-08-11"), std::vector<TVELDate>());
+}
+
 }  // namespace

@@ -62,7 +62,8 @@ class Host(unittest.TestCase):
             file.write("old")
         for key, value, wanted in [
                 ("targetFileName", "", "the name of the file to write"),
-                ("targetFileName", PLAN, "another file than the data file"),
+                ("targetFileName", PLAN, "another file than the data file and that of the settings"),
+                ("targetFileName", self.config, "another file than the data file and that of the settings"),
                 ("form", "both", "one of dated, undated"),
                 ("start", "3.8.2026", 'a date such as "2026-08-03"'),
                 ("finish", "2026-02-30", 'a date such as "2026-08-03"'),
@@ -72,6 +73,8 @@ class Host(unittest.TestCase):
                 ("profiles[0].policy", [{"policy": 2.5}], "a whole number from -2147483648 to 2147483647"),
                 ("auswahl[0]", ["?"], "the code or identifier of a team in the data file"),
                 ("kategorie", "?", "the code or identifier of a category of events in the data file"),
+                ("profiles[0]", [{"policy": 4, "kind": "class"}],
+                 'the "id", or "kind" and "code", of an object of the data file'),
                 ("planobjekt", {"code": "5a"},
                  'the "id", or "kind" and "code", of an object of the data file')]:
             lines, code = self.run_job(**{key.split("[")[0]: value})

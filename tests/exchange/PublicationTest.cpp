@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "Growth.h"
 #include "compute/PlanFixture.h"
 #include "platform/Clock.h"
 #include "uJSONExport/JSONExport.h"
@@ -392,6 +393,31 @@ TEST_F(Publication, ListsSubstitutionsWithoutTheTimetable) {
   EXPECT_EQ(Lessons().size(), 1U);
   Export.AllSubstitutions = false;
   EXPECT_THAT(Lessons(), IsEmpty());
+}
+
+TEST_F(Publication, GrowsWithWhatItTellsOfOneAppointment) {
+  Export.XMLTypes = {xmlLessons, xmlChanges};
+  const auto FillUp = [](const TQuillonDataList& AList, int ASize, const auto& AnAdd) {
+    while (AList.Count() < ASize) {
+      AnAdd();
+    }
+  };
+  EXPECT_LT(Growth(800,
+                   [&](int ASize) {
+                     FillUp(Plan->FAenderungen, ASize, [&] { Substitution("2026-08-24").FNeu.Add(&Bob); });
+                     return Seconds([&] { Dated(); });
+                   }),
+            QuadraticGrowth)
+      << "changes of one day";
+  Plan->FAenderungen.Clear();
+  EXPECT_LT(Growth(500,
+                   [&](int ASize) {
+                     FillUp(Plan->FLehrer, ASize,
+                            [&] { Monday.FLehrer.Append(&Named<TVELLehrer>(Plan->FLehrer, "T")); });
+                     return Seconds([&] { Saved(); });
+                   }),
+            QuadraticGrowth)
+      << "teachers of one appointment";
 }
 
 }  // namespace

@@ -1,9 +1,8 @@
 #include "uDataUtils/Changes.h"
 
 #include <algorithm>
+#include <array>
 #include <functional>
-#include <iterator>
-#include <set>
 
 #include "uDataUtils/Context.h"
 #include "uPlandaten/Aufsichten.h"
@@ -13,6 +12,7 @@
 #include "uPlandaten/Plan.h"
 #include "uPlandaten/Raeume.h"
 #include "uPlandaten/Termine.h"
+#include "uPlandaten/Veranstaltungen.h"
 #include "uPlandaten/Vertretungen.h"
 
 namespace uDataUtils {
@@ -51,12 +51,18 @@ int WalkBack(const TVELAenderungsliste& AChanges, int AHit, const TSpan& ASpan) 
   return Index;
 }
 
-bool IsIn(const TVELTermin* ATermin, const TVELPlanobjekt& AnObject) {
-  return ATermin != nullptr && TakesPart(*ATermin, AnObject);
+bool IsIn(const TPlanContext& AContext, const TVELTermin* ATermin, const TVELPlanobjekt& AnObject) {
+  return ATermin != nullptr && TakesPart(AContext, *ATermin, AnObject);
 }
 
 bool Frees(const TVELVertretung& ASubstitution, const TVELPlanobjekt& AnObject) {
   return ASubstitution.FFehlstellengrund == vaFreigestellt && ASubstitution.FFehlend.Contains(&AnObject);
+}
+
+/// The places once each, forward in time.
+void MakeForward(std::vector<int>& APlaces) {
+  std::ranges::sort(APlaces, std::greater<>());
+  APlaces.erase(std::unique(APlaces.begin(), APlaces.end()), APlaces.end());
 }
 
 /// True if the lesson was moved as a whole, its teachers included.
@@ -64,8 +70,8 @@ bool IsMoved(const TVELVertretung& ASubstitution) {
   return ASubstitution.FVertretungsmerkmal == vmVorgezogen && ASubstitution.FVertretungslehrermerkmal < vlmZusaetzlich;
 }
 
-bool ComesToTeacher(const TVELVertretung& ASubstitution, const TVELPlanobjekt& ATeacher) {
-  if (IsIn(ASubstitution.Termin(), ATeacher) || Frees(ASubstitution, ATeacher)) {
+bool ComesToTeacher(const TPlanContext& AContext, const TVELVertretung& ASubstitution, const TVELPlanobjekt& ATeacher) {
+  if (IsIn(AContext, ASubstitution.Termin(), ATeacher) || Frees(ASubstitution, ATeacher)) {
     return false;
   }
   if (ASubstitution.FVertretungsmerkmal == vmLehrerRaumTausch) {
@@ -73,39 +79,39 @@ bool ComesToTeacher(const TVELVertretung& ASubstitution, const TVELPlanobjekt& A
   }
   const TVELVertretungslehrermerkmal Mark = ASubstitution.FVertretungslehrermerkmal;
   return Mark == vlmKein || (Mark >= vlmZusaetzlich && Mark <= vlmMehrfach) ||
-         (ASubstitution.FTauschTerminLehrer && IsIn(ASubstitution.FNeuerTermin, ATeacher));
+         (ASubstitution.FTauschTerminLehrer && IsIn(AContext, ASubstitution.FNeuerTermin, ATeacher));
 }
 
-bool ComesToRoom(const TVELVertretung& ASubstitution, const TVELPlanobjekt& ARoom) {
-  if (IsIn(ASubstitution.Termin(), ARoom)) {
+bool ComesToRoom(const TPlanContext& AContext, const TVELVertretung& ASubstitution, const TVELPlanobjekt& ARoom) {
+  if (IsIn(AContext, ASubstitution.Termin(), ARoom)) {
     return false;
   }
   return ASubstitution.FNeu.Contains(&ARoom) ||
-         (ASubstitution.FTauschTerminRaum && IsIn(ASubstitution.FNeuerTermin, ARoom)) ||
+         (ASubstitution.FTauschTerminRaum && IsIn(AContext, ASubstitution.FNeuerTermin, ARoom)) ||
          (ASubstitution.FVertretungsmerkmal == vmVorgezogen && ASubstitution.Termin() == nullptr);
 }
 
 /// True if a substitution that concerns the object brings a lesson into its plan that is not its own.
-bool ComesTo(const TVELVertretung& ASubstitution, const TVELPlanobjekt& AnObject) {
-  if ((IsMoved(ASubstitution) && !IsIn(ASubstitution.Termin(), AnObject)) ||
+bool ComesTo(const TPlanContext& AContext, const TVELVertretung& ASubstitution, const TVELPlanobjekt& AnObject) {
+  if ((IsMoved(ASubstitution) && !IsIn(AContext, ASubstitution.Termin(), AnObject)) ||
       (ASubstitution.FFehlstellengrund == vaFehlstelle && ASubstitution.FFehlend.Contains(&AnObject))) {
     return true;
   }
   if (uDataObjects::As<TVELLehrer>(&AnObject) != nullptr) {
-    return ComesToTeacher(ASubstitution, AnObject);
+    return ComesToTeacher(AContext, ASubstitution, AnObject);
   }
   if (uDataObjects::As<TVELRaum>(&AnObject) != nullptr) {
-    return ComesToRoom(ASubstitution, AnObject);
+    return ComesToRoom(AContext, ASubstitution, AnObject);
   }
   return ASubstitution.Termin() == nullptr && (ASubstitution.FVertretungsmerkmal == vmVorgezogen ||
                                                (ASubstitution.FVertretungsmerkmal == vmAenderung &&
                                                 ASubstitution.FVertretungslehrermerkmal == vlmZusaetzlich));
 }
 
-bool IsSelected(const TVELAenderung& AChange, const TVELPlanobjekt& AnObject) {
+bool IsSelected(const TPlanContext& AContext, const TVELAenderung& AChange, const TVELPlanobjekt& AnObject) {
   switch (AChange.Kind()) {
     case TChangeKind::Vertretung:
-      return ComesTo(static_cast<const TVELVertretung&>(AChange), AnObject);
+      return ComesTo(AContext, static_cast<const TVELVertretung&>(AChange), AnObject);
     case TChangeKind::Raumaenderung:
       return static_cast<const TVELRaumaenderung&>(AChange).Raum() == &AnObject;
     case TChangeKind::AufsichtsVertretung:
@@ -115,21 +121,9 @@ bool IsSelected(const TVELAenderung& AChange, const TVELPlanobjekt& AnObject) {
   }
 }
 
-/// Calls AVisit with each list of those who take part in the appointment.
+/// Calls AVisit with lists of what the change names: objects, some of them more than once, or null.
 template <class TVisit>
-void VisitParticipants(const TVELTermin& ATermin, const TVisit& AVisit) {
-  for (const std::span<TQuillonDataObject* const> Objects :
-       {ATermin.FLehrer.Items(), ATermin.FRaeume.Items(), ATermin.FRessourcen.Items(), ATermin.Klassen(),
-        ATermin.Schueler()}) {
-    AVisit(Objects);
-  }
-  TQuillonDataObject* const Subject = ATermin.Fach();
-  AVisit(std::span(&Subject, 1));
-}
-
-/// Calls AVisit with lists of what the change concerns: objects, some of them more than once, or null.
-template <class TVisit>
-void VisitConcerned(const TVELAenderung& AChange, const TVisit& AVisit) {
+void VisitNamed(const TVELAenderung& AChange, const TVisit& AVisit) {
   const auto* const Supervision = AChange.As<TVELAufsichtsVertretung>();
   if (Supervision != nullptr) {
     TQuillonDataObject* const Teacher = Supervision->Lehrer();
@@ -143,13 +137,8 @@ void VisitConcerned(const TVELAenderung& AChange, const TVisit& AVisit) {
     AVisit(AChange.FFehlend.Items());
     AVisit(std::span(&Subject, 1));
   }
-  if (const auto* const Substitution = AChange.As<TVELVertretung>()) {
+  if (AChange.Kind() == TChangeKind::Vertretung) {
     AVisit(AChange.FFehlend.Items());
-    for (const TVELTermin* Termin : {Substitution->Termin(), Substitution->FNeuerTermin}) {
-      if (Termin != nullptr) {
-        VisitParticipants(*Termin, AVisit);
-      }
-    }
   }
 }
 
@@ -179,6 +168,10 @@ std::vector<TChange*> ChangesOf(const TSpanIndex<TChange*>& AnIndex, const void*
 
 }  // namespace
 
+bool MovesAway(const TVELVertretung& ASubstitution) {
+  return ASubstitution.FVertretungsmerkmal == vmWeggezogen || ASubstitution.FFehlstellengrund == vaWeggezogen;
+}
+
 int FindAenderung(const TVELPlan& APlan, const TSpan& ASpan) {
   return WalkBack(APlan.FAenderungen, FindHit(APlan.FAenderungen, ASpan), ASpan);
 }
@@ -205,35 +198,49 @@ std::vector<TVELAenderung*> ChangesFrom(const TVELPlan& APlan, int AnIndex, cons
   return Found;
 }
 
-std::vector<TVELAenderung*> ChangesFrom(const TPlanContext& AContext, int AnIndex, const TSpan& ASpan,
-                                        std::span<const TVELPlanobjekt* const> AnObjects) {
-  std::set<int, std::greater<>> Places;
-  for (const TVELPlanobjekt* Object : AnObjects) {
-    const std::vector<int> Found = AContext.Concerns().Of(*Object, ASpan);
-    std::ranges::copy_if(Found, std::inserter(Places, Places.end()), [&](int APlace) { return APlace <= AnIndex; });
-  }
+namespace {
+
+/// Those of the places that the run from AnIndex reaches, forward in time.
+std::vector<TVELAenderung*> ChangesAt(const TVELPlan& APlan, int AnIndex, const std::vector<int>& APlaces) {
   std::vector<TVELAenderung*> Changes;
-  std::ranges::transform(Places, std::back_inserter(Changes),
-                         [&](int APlace) { return AContext.Plan().FAenderungen.GetItem(APlace); });
+  for (const int Place : APlaces) {
+    if (Place <= AnIndex) {
+      Changes.push_back(APlan.FAenderungen.GetItem(Place));
+    }
+  }
   return Changes;
 }
 
-bool TakesPart(const TVELTermin& ATermin, const TVELPlanobjekt& AnObject) {
-  bool Found = false;
-  VisitParticipants(ATermin, [&](std::span<TQuillonDataObject* const> AnObjects) {
-    Found = Found || std::ranges::find(AnObjects, &AnObject) != AnObjects.end();
-  });
-  return Found;
+}  // namespace
+
+std::vector<TVELAenderung*> ChangesFrom(const TPlanContext& AContext, int AnIndex, const TSpan& ASpan,
+                                        std::span<const TVELPlanobjekt* const> AnObjects) {
+  std::vector<int> Places;
+  for (const TVELPlanobjekt* Object : AnObjects) {
+    const std::vector<int> Found = AContext.Concerns().Of(*Object, ASpan);
+    Places.insert(Places.end(), Found.begin(), Found.end());
+  }
+  MakeForward(Places);
+  return ChangesAt(AContext.Plan(), AnIndex, Places);
 }
 
 std::vector<TVELAenderung*> SelectChanges(const TPlanContext& AContext, const TVELPlanobjekt& AnObject,
                                           const TSpan& ASpan) {
-  const TVELPlanobjekt* const Object = &AnObject;
-  // All of them: a long message must not hide behind shorter changes that are over.
+  // All of them: a long message must not hide behind shorter changes that are over. But what only changes an
+  // appointment of the object does not come to it.
   const int Last = AContext.Plan().FAenderungen.Count() - 1;
-  std::vector<TVELAenderung*> Found = ChangesFrom(AContext, Last, ASpan, std::span(&Object, 1));
-  std::erase_if(Found, [&](const TVELAenderung* AChange) { return !IsSelected(*AChange, AnObject); });
+  std::vector<TVELAenderung*> Found = ChangesAt(AContext.Plan(), Last, AContext.Concerns().Elsewhere(AnObject, ASpan));
+  std::erase_if(Found, [&](const TVELAenderung* AChange) { return !IsSelected(AContext, *AChange, AnObject); });
   return Found;
+}
+
+int TListStart::Find(const TSpan& ASpan) const {
+  const std::scoped_lock Lock(FMutex);
+  if (FSpan != ASpan) {
+    FPlace = FindAenderungForList(FPlan, ASpan);
+    FSpan = ASpan;
+  }
+  return FPlace;
 }
 
 TChanges::TChanges(const TVELPlan& APlan) {
@@ -242,6 +249,10 @@ TChanges::TChanges(const TVELPlan& APlan) {
     TVELAenderung* const Change = APlan.FAenderungen.GetItem(Place);
     if (Change->FATermin != nullptr) {
       FOfSlot.Add(Change->FATermin, IndexSpan(*Change), Change);
+      const auto* const Substitution = Change->As<TVELVertretung>();
+      if (Substitution != nullptr && MovesAway(*Substitution)) {
+        FMovingAway.Add(Change->FATermin, IndexSpan(*Change), Change);
+      }
     }
   }
   for (int Place = APlan.FZuweisungen.Count() - 1; Place >= 0; --Place) {
@@ -251,6 +262,7 @@ TChanges::TChanges(const TVELPlan& APlan) {
     }
   }
   FOfSlot.Make();
+  FMovingAway.Make();
   FAssignments.Make();
 }
 
@@ -258,16 +270,28 @@ std::vector<TVELAenderung*> TChanges::Of(const TVELAbstrakterTermin& ASlot, cons
   return ChangesOf(FOfSlot, &ASlot, ASpan);
 }
 
+bool TChanges::MoveAway(const TVELAbstrakterTermin& ASlot, const TSpan& ASpan) const {
+  return FMovingAway.Visit(&ASlot, ASpan.Finish, ASpan.Start,
+                           [&](const TVELAenderung* AChange) { return Touches(*AChange, ASpan); });
+}
+
 std::vector<TVELZuweisung*> TChanges::Assignments(const TVELAbstrakterTermin& ASlot, const TSpan& ASpan) const {
   return ChangesOf(FAssignments, &ASlot, ASpan);
 }
 
-TConcerns::TConcerns(const TVELPlan& APlan) {
-  for (int Place = APlan.FAenderungen.Count() - 1; Place >= 0; --Place) {
-    const TChange Change{APlan.FAenderungen.GetItem(Place), Place};
-    const auto Enter = [&](const void* AKey) { FOfObject.Add(AKey, IndexSpan(*Change.Change), Change); };
-    VisitConcerned(*Change.Change,
-                   [&](std::span<TQuillonDataObject* const> AnObjects) { std::ranges::for_each(AnObjects, Enter); });
+TConcerns::TConcerns(const TPlanContext& AContext) : FContext(AContext) {
+  const TVELPlan& Plan = AContext.Plan();
+  for (int Place = Plan.FAenderungen.Count() - 1; Place >= 0; --Place) {
+    const TChange Change{Plan.FAenderungen.GetItem(Place), Place};
+    const TSpan Span = IndexSpan(*Change.Change);
+    const auto Enter = [&](const void* AKey) { FOfObject.Add(AKey, Span, Change); };
+    VisitNamed(*Change.Change,
+               [&](std::span<TQuillonDataObject* const> AnObjects) { std::ranges::for_each(AnObjects, Enter); });
+    // Not by those who take part: plans with long appointments that change often would take their product.
+    if (const auto* const Substitution = Change.Change->As<TVELVertretung>()) {
+      FOfAppointment.Add(Substitution->Termin(), Span, Change);
+      FOfOther.Add(Substitution->FNeuerTermin, Span, Change);
+    }
     if (const auto* const Message = Change.Change->As<TVELMitteilung>()) {
       if (Message->FAlleKlassen) {
         Enter(AllOf<TVELKlasse>());
@@ -277,29 +301,50 @@ TConcerns::TConcerns(const TVELPlan& APlan) {
       }
     }
   }
-  for (int Place = APlan.FZuweisungen.Count() - 1; Place >= 0; --Place) {
-    TVELZuweisung* const Assignment = APlan.FZuweisungen.GetItem(Place);
+  for (int Place = Plan.FZuweisungen.Count() - 1; Place >= 0; --Place) {
+    TVELZuweisung* const Assignment = Plan.FZuweisungen.GetItem(Place);
     for (const TVELPlanobjekt* New : Assignment->FNeu) {
       FAssignments.Add(New, IndexSpan(*Assignment), Assignment);
     }
   }
-  FOfObject.Make();
+  for (TIndex* const Index : {&FOfObject, &FOfAppointment, &FOfOther}) {
+    Index->Make();
+  }
   FAssignments.Make();
 }
 
-std::vector<int> TConcerns::Of(const TVELPlanobjekt& AnObject, const TSpan& ASpan) const {
+void TConcerns::Add(std::vector<int>& AFound, const TIndex& AnIndex, const void* AKey, const TSpan& ASpan) {
+  AnIndex.Visit(AKey, ASpan.Finish, ASpan.Start, [&](const TChange& AChange) {
+    if (Touches(*AChange.Change, ASpan)) {
+      AFound.push_back(AChange.Place);
+    }
+    return false;
+  });
+}
+
+std::vector<int> TConcerns::Find(const TVELPlanobjekt& AnObject, const TSpan& ASpan,
+                                 std::span<const TIndex* const> AnOfAppointments) const {
   std::vector<int> Found;
   for (const void* Key : {static_cast<const void*>(&AnObject), static_cast<const void*>(&AnObject.DataClass())}) {
-    FOfObject.Visit(Key, ASpan.Finish, ASpan.Start, [&](const TChange& AChange) {
-      if (Touches(*AChange.Change, ASpan)) {
-        Found.push_back(AChange.Place);
-      }
-      return false;
-    });
+    Add(Found, FOfObject, Key, ASpan);
   }
-  std::ranges::sort(Found, std::greater<>());
-  Found.erase(std::unique(Found.begin(), Found.end()), Found.end());
+  for (const TVELVeranstaltung* const Lesson : AnObject.FVeranstaltungen) {
+    for (const TVELTermin* const Termin : FContext.Participants().Appointments(*Lesson, AnObject)) {
+      for (const TIndex* const Index : AnOfAppointments) {
+        Add(Found, *Index, Termin, ASpan);
+      }
+    }
+  }
+  MakeForward(Found);
   return Found;
+}
+
+std::vector<int> TConcerns::Of(const TVELPlanobjekt& AnObject, const TSpan& ASpan) const {
+  return Find(AnObject, ASpan, std::array{&FOfAppointment, &FOfOther});
+}
+
+std::vector<int> TConcerns::Elsewhere(const TVELPlanobjekt& AnObject, const TSpan& ASpan) const {
+  return Find(AnObject, ASpan, std::array{&FOfOther});
 }
 
 std::vector<TVELZuweisung*> TConcerns::Assignments(const TVELPlanobjekt& AnObject, const TSpan& ASpan) const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <mutex>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -10,12 +12,16 @@ class TVELAenderung;
 class TVELPlan;
 class TVELPlanobjekt;
 class TVELTermin;
+class TVELVertretung;
 class TVELZuweisung;
 
 /// Changes in time. The plan's list runs from the newest to the oldest; forward and back mean time here.
 namespace uDataUtils {
 
 class TPlanContext;
+
+/// True if the changed lesson takes place elsewhere.
+bool MovesAway(const TVELVertretung& ASubstitution);
 
 /// The changes and assignments of a plan by the appointments and supervisions on which they hang.
 class TChanges {
@@ -24,11 +30,14 @@ class TChanges {
 
   /// The changes of the appointment or supervision that overlap the span, forward in time.
   std::vector<TVELAenderung*> Of(const TVELAbstrakterTermin& ASlot, const TSpan& ASpan) const;
+  /// True if one of them moves the appointment away.
+  bool MoveAway(const TVELAbstrakterTermin& ASlot, const TSpan& ASpan) const;
   /// Its assignments that overlap the span, forward in time.
   std::vector<TVELZuweisung*> Assignments(const TVELAbstrakterTermin& ASlot, const TSpan& ASpan) const;
 
  private:
   TSpanIndex<TVELAenderung*> FOfSlot;
+  TSpanIndex<TVELAenderung*> FMovingAway;
   TSpanIndex<TVELZuweisung*> FAssignments;
 };
 
@@ -39,10 +48,12 @@ class TChanges {
 /// that takes its place; one of a supervision only the teacher who comes in.
 class TConcerns {
  public:
-  explicit TConcerns(const TVELPlan& APlan);
+  explicit TConcerns(const TPlanContext& AContext);
 
   /// The places in FAenderungen of the changes that concern the object and overlap the span, forward in time.
   std::vector<int> Of(const TVELPlanobjekt& AnObject, const TSpan& ASpan) const;
+  /// As Of, but without those that concern the object for nothing but its part in the changed appointment.
+  std::vector<int> Elsewhere(const TVELPlanobjekt& AnObject, const TSpan& ASpan) const;
   /// The assignments whose new objects hold this one and that overlap the span, forward in time.
   std::vector<TVELZuweisung*> Assignments(const TVELPlanobjekt& AnObject, const TSpan& ASpan) const;
 
@@ -52,7 +63,17 @@ class TConcerns {
     int Place;
   };
 
-  TSpanIndex<TChange> FOfObject;  ///< messages to all stand under the class of the objects
+  using TIndex = TSpanIndex<TChange>;
+
+  static void Add(std::vector<int>& AFound, const TIndex& AnIndex, const void* AKey, const TSpan& ASpan);
+  std::vector<int> Find(const TVELPlanobjekt& AnObject, const TSpan& ASpan,
+                        std::span<const TIndex* const> AnOfAppointments) const;
+
+  const TPlanContext& FContext;
+  TIndex FOfObject;  ///< messages to all stand under the class of the objects
+  TIndex
+      FOfAppointment;  ///< substitutions by the changed appointment, as the next ones by the one that takes its place
+  TIndex FOfOther;
   TSpanIndex<TVELZuweisung*> FAssignments;
 };
 
@@ -63,15 +84,27 @@ int FindAenderung(const TVELPlan& APlan, const TSpan& ASpan);
 /// walk back ends there.
 int FindAenderungForList(const TVELPlan& APlan, const TSpan& ASpan);
 
+/// Where the last list began: the search walks over all changes of the span, and the lists of many objects ask for one.
+class TListStart {
+ public:
+  explicit TListStart(const TVELPlan& APlan) : FPlan(APlan) {}
+
+  /// FindAenderungForList.
+  int Find(const TSpan& ASpan) const;
+
+ private:
+  const TVELPlan& FPlan;
+  mutable std::mutex FMutex;
+  mutable std::optional<TSpan> FSpan;
+  mutable int FPlace = -1;
+};
+
 /// The changes that overlap the span, forward in time from the place that one of the two above found.
 std::vector<TVELAenderung*> ChangesFrom(const TVELPlan& APlan, int AnIndex, const TSpan& ASpan);
 /// Those of them that concern one of the objects at least.
 std::vector<TVELAenderung*> ChangesFrom(const TPlanContext& AContext, int AnIndex, const TSpan& ASpan,
                                         std::span<const TVELPlanobjekt* const> AnObjects);
 
-/// True if the object is a class, a student or the subject of the lesson, or a teacher, room or resource of the
-/// appointment.
-bool TakesPart(const TVELTermin& ATermin, const TVELPlanobjekt& AnObject);
 /// The changes of a span that belong into the plan of an object and are not changes of its own lessons: lessons that
 /// come to it, messages, assignments.
 std::vector<TVELAenderung*> SelectChanges(const TPlanContext& AContext, const TVELPlanobjekt& AnObject,

@@ -9,7 +9,8 @@ TPlanContext::TPlanContext(const TVELPlan& APlan, TVELDate AToday)
     : FPlan(APlan),
       FToday(AToday),
       FFirstMonday(MondayOf(APlan.FEinstellungen->FStundenplanZeitraumVon)),
-      FLastMonday(MondayOf(APlan.FEinstellungen->FStundenplanZeitraumBis)) {}
+      FLastMonday(MondayOf(APlan.FEinstellungen->FStundenplanZeitraumBis)),
+      FListStart(APlan) {}
 
 TPlanContext::TLastPublicDay::TLastPublicDay(const TPlanContext& AContext)
     : Day(MoveSchoolDays(AContext, AContext.Plan().FEinstellungen->FPublishDaysScope, AContext.Today(),

@@ -7,6 +7,7 @@
 #include "uDataUtils/Changes.h"
 #include "uDataUtils/Classes.h"
 #include "uDataUtils/Occurrences.h"
+#include "uDataUtils/Participants.h"
 #include "uDataUtils/SchoolDays.h"
 #include "uDataUtils/Spans.h"
 
@@ -36,7 +37,9 @@ class TPlanContext {
   const TWindowParts& WindowParts() const { return FWindowParts.Get(FPlan); }
   const TAbsences& Absences() const { return FAbsences.Get(FPlan); }
   const TChanges& Changes() const { return FChanges.Get(FPlan); }
-  const TConcerns& Concerns() const { return FConcerns.Get(FPlan); }
+  const TParticipants& Participants() const { return FParticipants.Get(FPlan); }
+  const TConcerns& Concerns() const { return FConcerns.Get(*this); }
+  const TListStart& ListStart() const { return FListStart; }
   const TIntegratedClasses& IntegratedClasses() const { return FIntegratedClasses.Get(FPlan); }
 
  private:
@@ -69,7 +72,9 @@ class TPlanContext {
   TPart<TWindowParts> FWindowParts;
   TPart<TAbsences> FAbsences;
   TPart<TChanges> FChanges;
+  TPart<TParticipants> FParticipants;
   TPart<TConcerns> FConcerns;
+  TListStart FListStart;
   TPart<TIntegratedClasses> FIntegratedClasses;
   TPart<TLastPublicDay> FLastPublicDay;
 };

@@ -147,4 +147,19 @@ TVELDate MoveSchoolDays(const TPlanContext& AContext, int ACount, TVELDate ADefa
   return Day;
 }
 
+std::vector<TVELDate> SchoolDaysIn(const TPlanContext& AContext, TVELDate AFirst, TVELDate ALast) {
+  const TVELEinstellungen& Settings = *AContext.Plan().FEinstellungen;
+  const TVELDate Last = std::min<double>(ALast, DayOf(Settings.FStundenplanZeitraumBis));
+  std::vector<TVELDate> Days;
+  if (AFirst < DayOf(Settings.FStundenplanZeitraumVon)) {
+    return Days;
+  }
+  for (TVELDate Day = AFirst; Day <= Last; Day = Day + 1) {
+    if (AContext.SchoolDays().Contains(Day)) {
+      Days.push_back(Day);
+    }
+  }
+  return Days;
+}
+
 }  // namespace uDataUtils

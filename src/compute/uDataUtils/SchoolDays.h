@@ -62,5 +62,8 @@ bool IsSchoolDay(const TPlanContext& AContext, TVELDate ADay);
 /// The date ACount school days after ADate, or before it for a negative count. The walk ends at the first or last day
 /// of the timetable; ADefault if it could not move at all.
 TVELDate MoveSchoolDays(const TPlanContext& AContext, int ACount, TVELDate ADefault, TVELDate ADate);
+/// The school days from the first day to the last one, both included; none if the timetable does not have the first
+/// day.
+std::vector<TVELDate> SchoolDaysIn(const TPlanContext& AContext, TVELDate AFirst, TVELDate ALast);
 
 }  // namespace uDataUtils

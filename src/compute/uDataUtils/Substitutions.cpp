@@ -80,12 +80,13 @@ bool IsShown(const TVELAenderung& AChange, std::uint8_t AMode,
 
 std::vector<TVELAenderung*> AllSubstitutions(const TPlanContext& AContext, const TSubstitutionFilter& AFilter,
                                              const std::function<bool(const TVELAenderung&)>& AHasObjects) {
-  const int First = FindAenderungForList(AContext.Plan(), AFilter.Span);
+  const int First = AContext.ListStart().Find(AFilter.Span);
   std::vector<TVELAenderung*> Found = AFilter.Objects.empty()
                                           ? ChangesFrom(AContext.Plan(), First, AFilter.Span)
                                           : ChangesFrom(AContext, First, AFilter.Span, AFilter.Objects);
   std::erase_if(Found, [&](const TVELAenderung* AChange) {
-    return !PassesFilter(AContext, *AChange, AFilter) || !IsShown(*AChange, AFilter.Mode, AHasObjects);
+    return (AFilter.Takes && !AFilter.Takes(*AChange)) || !PassesFilter(AContext, *AChange, AFilter) ||
+           !IsShown(*AChange, AFilter.Mode, AHasObjects);
   });
   return Found;
 }

@@ -24,6 +24,7 @@ struct TSubstitutionFilter {
   bool PublishedOnly = false;
   bool WithAbsentClasses = false;  ///< also those whose classes are all absent
   std::uint8_t Mode = smAll;
+  std::function<bool(const TVELAenderung&)> Takes = {};  ///< asked ahead of all else; none takes all
 };
 
 /// The changes of a list in the order of time: substitutions, but of subjects that need none; additional lessons; room

@@ -32,10 +32,6 @@ bool Passes(const TLessonFilter& AFilter, const TVELVeranstaltung& ALesson) {
          (!AFilter.CoursesOnly && (AFilter.Student == nullptr || ALesson.FSchueler.Contains(AFilter.Student)));
 }
 
-bool Concerns(const TVELTermin& ATermin, const TVELPlanobjekt* AnObject) {
-  return AnObject == nullptr || uDataUtils::TakesPart(ATermin, *AnObject);
-}
-
 /// Calls AVisit with each appointment of the lessons that pass, if the object takes part in it.
 template <class TVisit>
 void VisitAppointments(const TPlanContext& AContext, const TLessonFilter& AFilter, const TVisit& AVisit) {
@@ -43,10 +39,11 @@ void VisitAppointments(const TPlanContext& AContext, const TLessonFilter& AFilte
     if (Lesson == nullptr || !Passes(AFilter, *Lesson)) {
       continue;
     }
-    for (TVELTermin* const Termin : Lesson->FTermine) {
-      if (Termin != nullptr && Concerns(*Termin, AFilter.Object)) {
-        AVisit(*Lesson, *Termin);
-      }
+    const auto Visit = [&](TVELTermin* ATermin) { AVisit(*Lesson, *ATermin); };
+    if (AFilter.Object == nullptr) {
+      std::ranges::for_each(Lesson->FTermine, Visit);
+    } else {
+      std::ranges::for_each(AContext.Participants().Appointments(*Lesson, *AFilter.Object), Visit);
     }
   }
 }
@@ -166,7 +163,8 @@ void GetTerminEintraege(const TPlanContext& AContext, const TLessonFilter& AFilt
   VisitAppointments(AContext, AFilter, [&](const TVELVeranstaltung& ALesson, TVELTermin& ATermin) {
     if (AList.Count() >= AMax || (APeriod != nullptr && ALesson.FZeitraum != APeriod) || !ATermin.Scheduled() ||
         (!ATermin.Reoccur() && !TakesSingle) || (ADay != velNoDay && ATermin.Wochentag() != ADay) ||
-        (ARange && !IsInRange(AContext, ATermin, *ARange))) {
+        (ARange && !IsInRange(AContext, ATermin, *ARange)) ||
+        (AFilter.Seen != nullptr && !AFilter.Seen->insert(&ATermin).second)) {
       return;
     }
     TVELPlaneintrag& Entry = AList.Add();
@@ -186,7 +184,7 @@ void GetWochenEintraege(const TPlanContext& AContext, TVELPlanobjekt* AnObject, 
   if (AnOptions.Max > MaxEntries) {
     return;
   }
-  TLessonFilter Filter{.Object = AnObject, .CoursesOnly = AnOptions.CoursesOnly};
+  TLessonFilter Filter{.Object = AnObject, .CoursesOnly = AnOptions.CoursesOnly, .Seen = AnOptions.Seen};
   const auto* const Student = uDataObjects::As<TVELSchueler>(AnObject);
   if (Student != nullptr && Student->FKlasse != nullptr) {
     Filter.Object = Student->FKlasse;
@@ -223,10 +221,11 @@ void GetBereichEintraege(const TPlanContext& AContext, TVELPlanobjekt* AnObject,
 }
 
 void GetVertretungen(const TPlanContext& AContext, TVELPlanobjekt* AnObject, std::uint8_t AMode, bool APublicOnly,
-                     TVELPlanEintragListe& AList, const TSpan& ARange) {
+                     TVELPlanEintragListe& AList, const TSpan& ARange,
+                     const std::function<bool(const TVELAenderung&)>& ATakes) {
   const TVELPlanobjekt* const Object = AnObject;
   uDataUtils::TSubstitutionFilter Filter{
-      .Span = ARange, .PublishedOnly = APublicOnly, .WithAbsentClasses = true, .Mode = AMode};
+      .Span = ARange, .PublishedOnly = APublicOnly, .WithAbsentClasses = true, .Mode = AMode, .Takes = ATakes};
   if (AnObject != nullptr) {
     Filter.Objects = std::span(&Object, 1);
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -55,6 +56,7 @@ struct TLessonFilter {
   TVELPlanobjekt* Object = nullptr;  ///< null for all of the plan
   const TVELSchueler* Student = nullptr;
   bool CoursesOnly = false;
+  TSeen* Seen = nullptr;  ///< appointments that are passed over; takes those that are told
 };
 
 /// One entry for each appointment: the timetable of all weeks. An appointment without occurrence has neither start nor
@@ -71,6 +73,7 @@ struct TWeekOptions {
   bool CoursesOnly = false;
   bool PublicOnly = false;
   int Max = MaxEntries;
+  TSeen* Seen = nullptr;  ///< without a week, as that of TLessonFilter
 };
 
 /// The entries of a week, or without one as GetTerminEintraege; sorted by date and time. A student's are those lessons
@@ -96,8 +99,10 @@ void GetBereichEintraege(const TPlanContext& AContext, TVELPlanobjekt* AnObject,
 /// The list of substitutions of an object, or of all for null, as entries in the order of time; also of lessons whose
 /// classes are all absent.
 /// @param AMode see uDataUtils::TSubstitutionMode
+/// @param ATakes asked ahead of all else whether a change is to be told; none takes all
 void GetVertretungen(const TPlanContext& AContext, TVELPlanobjekt* AnObject, std::uint8_t AMode, bool APublicOnly,
-                     TVELPlanEintragListe& AList, const TSpan& ARange);
+                     TVELPlanEintragListe& AList, const TSpan& ARange,
+                     const std::function<bool(const TVELAenderung&)>& ATakes = {});
 
 /// Which dates of a supervision are told.
 enum TSupervisionMode : std::uint8_t { smEvery, smChangedOnly, smEveryDate };

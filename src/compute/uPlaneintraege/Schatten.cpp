@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <optional>
 
 #include "uDataUtils/Absences.h"
@@ -16,17 +15,14 @@ namespace uPlaneintraege {
 
 namespace {
 
-bool IsMovedAway(const TVELVertretung& ASubstitution) {
-  return ASubstitution.FVertretungsmerkmal == vmWeggezogen || ASubstitution.FFehlstellengrund == vaWeggezogen;
-}
-
 bool IsCancelled(const TVELAenderung& AChange) {
   if (const auto* const RoomChange = AChange.As<TVELRaumaenderung>()) {
     return RoomChange->FEntfaellt;
   }
   const auto* const Substitution = AChange.As<TVELVertretung>();
-  return Substitution != nullptr && (Substitution->FVertretungsmerkmal == vmKlasseFrei ||
-                                     Substitution->FVertretungsmerkmal == vmEntfaellt || IsMovedAway(*Substitution));
+  return Substitution != nullptr &&
+         (Substitution->FVertretungsmerkmal == vmKlasseFrei || Substitution->FVertretungsmerkmal == vmEntfaellt ||
+          uDataUtils::MovesAway(*Substitution));
 }
 
 /// What a lesson that was moved here decides for a room or teacher; nothing for others.
@@ -52,14 +48,7 @@ bool IsFreed(const TVELPlanobjekt& AnObject, const TVELPlaneintrag& AnEntry) {
 }
 
 bool IsMovedAwayThen(const TPlanContext& AContext, const TVELPlaneintrag& AnEntry) {
-  if (AnEntry.FTermin == nullptr) {
-    return false;
-  }
-  const auto Changes = AContext.Changes().Of(*AnEntry.FTermin, {AnEntry.FStart, AnEntry.FFinish});
-  return std::ranges::any_of(Changes, [](const TVELAenderung* AChange) {
-    const auto* const Substitution = AChange->As<TVELVertretung>();
-    return Substitution != nullptr && IsMovedAway(*Substitution);
-  });
+  return AnEntry.FTermin != nullptr && AContext.Changes().MoveAway(*AnEntry.FTermin, {AnEntry.FStart, AnEntry.FFinish});
 }
 
 bool IsMissing(const TVELPlanobjekt& AnObject, const TVELPlaneintrag& AnEntry) {

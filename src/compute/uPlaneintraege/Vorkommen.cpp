@@ -39,8 +39,7 @@ bool ExchangesWithoutMove(const TVELVertretung& ASubstitution) {
 
 void SetShadow(const TPlanContext& AContext, TVELPlaneintrag& AnEntry) {
   const TVELVertretung* const Substitution = AnEntry.Vertretung();
-  AnEntry.FMirror = Substitution != nullptr && (Substitution->FVertretungsmerkmal == vmWeggezogen ||
-                                                Substitution->FFehlstellengrund == vaWeggezogen);
+  AnEntry.FMirror = Substitution != nullptr && uDataUtils::MovesAway(*Substitution);
   constexpr bool SkipAbsences = false;
   constexpr bool CheckClasses = true;
   AnEntry.FShadow = AnEntry.FMirror || IsShadow(AContext, AnEntry.FPlanobjekt, AnEntry, SkipAbsences, CheckClasses);

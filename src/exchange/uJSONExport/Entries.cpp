@@ -47,8 +47,9 @@ class TCollector {
  private:
   void Find(TVELPlanobjekt& AnObject, bool AClassPass, TVELPlanEintragListe& AFound) {
     if (FExport.AlleWochen) {
-      uPlaneintraege::GetWochenEintraege(FRun.Context, &AnObject, {.CoursesOnly = AClassPass, .PublicOnly = true},
-                                         AFound);
+      // An appointment has the same entry for each that takes part.
+      uPlaneintraege::GetWochenEintraege(FRun.Context, &AnObject,
+                                         {.CoursesOnly = AClassPass, .PublicOnly = true, .Seen = &FExport.Log}, AFound);
     } else if (FRun.Has(xmlLessons)) {
       const uPlaneintraege::TRangeOptions Options{
           .WithChanges = FRun.Has(xmlChanges), .PublicOnly = true, .Merge = true, .CoursesOnly = AClassPass};
@@ -59,12 +60,12 @@ class TCollector {
   }
 
   void FindSubstitutions(TVELPlanobjekt& AnObject, bool AClassPass, TVELPlanEintragListe& AFound) {
-    uPlaneintraege::GetVertretungen(FRun.Context, &AnObject, uDataUtils::smAll, true, AFound, FRun.Range());
-    std::erase_if(AFound.Items(), [&](const auto& AnEntry) {
-      const TVELTermin* const Termin = AnEntry->Aenderung()->Termin();
+    const auto Takes = [&](const TVELAenderung& AChange) {
+      const TVELTermin* const Termin = AChange.Termin();
       const bool IsOfCourse = Termin != nullptr && !Termin->Schueler().empty();
-      return (AClassPass && IsOfCourse) || !FExport.Log.insert(AnEntry->Aenderung()).second;
-    });
+      return !(AClassPass && IsOfCourse) && FExport.Log.insert(&AChange).second;
+    };
+    uPlaneintraege::GetVertretungen(FRun.Context, &AnObject, uDataUtils::smAll, true, AFound, FRun.Range(), Takes);
   }
 
   void Take(std::unique_ptr<TVELPlaneintrag> AnEntry, bool AClassPass) {
@@ -153,14 +154,10 @@ std::vector<TVELDate> MessageDays(const TPlanContext& AContext, const TVELMittei
   const TVELDate First = uDataUtils::DayOf(AMessage.FStart);
   const bool EndsAtMidnight = AMessage.FEnde == uDataUtils::DayOf(AMessage.FEnde);
   const TVELDate Last = uDataUtils::DayOf(AMessage.FEnde) - (EndsAtMidnight && !AMessage.Ganztaegig() ? 1 : 0);
-  std::vector<TVELDate> Days = {First};
-  for (;;) {
-    const TVELDate Next = uDataUtils::MoveSchoolDays(AContext, 1, 0, Days.back());
-    if (Next == 0 || Next > Last || Next >= First + MostDays || !uDataUtils::IsSchoolDay(AContext, Next)) {
-      return Days;
-    }
-    Days.push_back(Next);
-  }
+  std::vector<TVELDate> Days =
+      uDataUtils::SchoolDaysIn(AContext, First + 1, std::min<double>(Last, First + MostDays - 1));
+  Days.insert(Days.begin(), First);
+  return Days;
 }
 
 }  // namespace uJSONExport

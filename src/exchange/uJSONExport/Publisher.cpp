@@ -52,8 +52,10 @@ TVELJSONPublisher::TVELJSONPublisher(TVELPlan& APlan, const std::string& ACfgFil
   if (Settings().FTargetFileName.empty()) {
     ThrowWrong("targetFileName", "the name of the file to write");
   }
-  if (IsSameFile(Settings().FTargetFileName, Settings().FSourceFileName)) {
-    ThrowWrong("targetFileName", "another file than the data file");
+  for (const std::string& Input : {Settings().FSourceFileName, ACfgFileName}) {
+    if (IsSameFile(Settings().FTargetFileName, Input)) {
+      ThrowWrong("targetFileName", "another file than the data file and that of the settings");
+    }
   }
 }
 
@@ -63,12 +65,14 @@ void TVELJSONPublisher::ThrowWrong(const std::string& AKey, std::string_view AWa
 }
 
 TVELPlanobjekt* TVELJSONPublisher::FindObject(const TJsonObjectName& AName, const std::string& AKey) const {
-  if (AName.FId.empty() && AName.FCode.empty()) {
+  // A kind alone is no object, but a name that was forgotten: the document would be for all.
+  const bool IsNamed = !AName.FId.empty() || !AName.FCode.empty();
+  if (!IsNamed && AName.FKind == TJsonObjectKind::Any) {
     return nullptr;
   }
   const auto Lists = ObjectLists(FPlan);
   const TGUID Guid = GuidIn(AName.FId);
-  for (std::size_t I = 0; I < Lists.size(); ++I) {
+  for (std::size_t I = 0; IsNamed && I < Lists.size(); ++I) {
     const bool IsOfKind = AName.FKind == static_cast<TJsonObjectKind>(I);
     if (!IsOfKind && AName.FKind != TJsonObjectKind::Any) {
       continue;

@@ -1,5 +1,7 @@
 #include <map>
+#include <set>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "QuillonDateTime.h"
@@ -35,25 +37,50 @@ const TVELAufsichtsbereich* AreaOf(const TVELPlaneintrag& AnEntry) {
 
 std::int64_t TimeOfDay(TVELDateTime AValue) { return Milliseconds(AValue) - Milliseconds(uDataUtils::DayOf(AValue)); }
 
-/// True if the entry lasts from the end of a row of the day to the start of the next one.
-bool FillsGap(const TRun& ARun, const TVELPlaneintrag& AnEntry) {
-  const TVELAufsichtsbereich* const Area = AreaOf(AnEntry);
-  const TVELZeitrahmen* const Frame = Area != nullptr ? Area->Timeframe() : ARun.Plan.StandardTimeframe();
-  if (Frame == nullptr) {
-    return false;
-  }
+/// From the end of a row of the day to the start of the next one.
+using TGaps = std::set<std::pair<std::int64_t, std::int64_t>>;
+
+TGaps GapsOf(const TVELZeitrahmen& AFrame) {
+  TGaps Gaps;
   const TVELZeitrahmenzeile* Before = nullptr;
-  for (const TVELZeitrahmenzeile* Row : Frame->FZeilen) {
-    if (Before != nullptr && TimeOfDay(Before->FEnde) == TimeOfDay(AnEntry.FStart) &&
-        TimeOfDay(Row->FStart) == TimeOfDay(AnEntry.FFinish)) {
-      return true;
+  for (const TVELZeitrahmenzeile* Row : AFrame.FZeilen) {
+    if (Before != nullptr) {
+      Gaps.emplace(TimeOfDay(Before->FEnde), TimeOfDay(Row->FStart));
     }
     Before = Row;
   }
-  return false;
+  return Gaps;
 }
 
-std::string Title(const TRun& ARun, const TVELPlaneintrag& AnEntry) {
+/// Writes the items of a document.
+class TWriter {
+ public:
+  explicit TWriter(const TRun& ARun) : FRun(ARun) {}
+
+  TNode Item(const TItem& AnItem);
+
+ private:
+  bool FillsGap(const TVELPlaneintrag& AnEntry);
+  std::string Title(const TVELPlaneintrag& AnEntry);
+
+  const TRun& FRun;
+  std::map<const TVELZeitrahmen*, TGaps> FGaps;
+};
+
+bool TWriter::FillsGap(const TVELPlaneintrag& AnEntry) {
+  const TVELAufsichtsbereich* const Area = AreaOf(AnEntry);
+  const TVELZeitrahmen* const Frame = Area != nullptr ? Area->Timeframe() : FRun.Plan.StandardTimeframe();
+  if (Frame == nullptr) {
+    return false;
+  }
+  auto Gaps = FGaps.find(Frame);
+  if (Gaps == FGaps.end()) {
+    Gaps = FGaps.emplace(Frame, GapsOf(*Frame)).first;
+  }
+  return Gaps->second.contains({TimeOfDay(AnEntry.FStart), TimeOfDay(AnEntry.FFinish)});
+}
+
+std::string TWriter::Title(const TVELPlaneintrag& AnEntry) {
   std::string Text(CodeOf(AreaOf(AnEntry)));
   if (AnEntry.Geaendert() || !AnEntry.FFehlzeiten.empty()) {
     Text = "(" + Text + ")";
@@ -62,7 +89,7 @@ std::string Title(const TRun& ARun, const TVELPlaneintrag& AnEntry) {
   if (const TVELLehrer* const Substitute = Substitution != nullptr ? Substitution->Lehrer() : nullptr) {
     Text.append(Substitute != AnEntry.FPlanobjekt ? " +" : "+").append(Substitute->FKuerzel);
   }
-  if (!FillsGap(ARun, AnEntry)) {
+  if (!FillsGap(AnEntry)) {
     Text.append(" ").append(AnEntry.FStart.ToString("hh:nn")).append("-").append(AnEntry.FFinish.ToString("hh:nn"));
   }
   return Text;
@@ -88,10 +115,10 @@ TNode Changes(const TRun& ARun, const TVELPlaneintrag& AnEntry, const TVELAufsic
   return Node;
 }
 
-TNode SupervisionItem(const TRun& ARun, const TItem& AnItem) {
+TNode TWriter::Item(const TItem& AnItem) {
   const TVELPlaneintrag& Entry = *AnItem.Entry;
   TNode Node;
-  if (ARun.Export.AlleWochen) {
+  if (FRun.Export.AlleWochen) {
     Node.Number("weekday", QuillonDateTime::DayOfWeek(Entry.FStart) % DaysPerWeek);
   } else {
     TNodes Dates;
@@ -102,7 +129,7 @@ TNode SupervisionItem(const TRun& ARun, const TItem& AnItem) {
   }
   Node.Time("startTime", Entry.FStart);
   Node.Time("endTime", Entry.FFinish);
-  Node.Text("supervisionTitle", Title(ARun, Entry));
+  Node.Text("supervisionTitle", Title(Entry));
   if (Entry.FAufsicht != nullptr) {
     Node.Reference("supervisionRef", Entry.FAufsicht);
     Node.Text("areaCode", CodeOf(AreaOf(Entry)));
@@ -110,7 +137,7 @@ TNode SupervisionItem(const TRun& ARun, const TItem& AnItem) {
   }
   const TVELAufsichtsVertretung* const Substitution = SubstitutionOf(Entry);
   if (Substitution != nullptr && Substitution->Lehrer() != nullptr) {
-    Node.Object("changes", Changes(ARun, Entry, *Substitution));
+    Node.Object("changes", Changes(FRun, Entry, *Substitution));
   }
   return Node;
 }
@@ -154,9 +181,10 @@ void WriteSupervisions(TNode& ANode, const TRun& ARun) {
   TVELPlanEintragListe List;
   Find(ARun, List);
   uPlaneintraege::SortAufsichtWochentagZeit(List);
+  TWriter Writer(ARun);
   TNodes Items;
   for (const TItem& Item : Fold(List)) {
-    Items.Add(SupervisionItem(ARun, Item));
+    Items.Add(Writer.Item(Item));
   }
   ANode.List("supervisionTimes", std::move(Items));
 }
