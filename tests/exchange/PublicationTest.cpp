@@ -158,6 +158,10 @@ TEST_F(Publication, WritesTextsWithTheirEscapesAndLeavesOutWhatIsAbsent) {
   EXPECT_EQ(Node.ToString(), R"({"a":"tab\tline\nform\rreturnquote\"back\\)"
                              "\v\xC3\xA4/"
                              R"(","e":0,"g":false,"i":"20260803070509"})");
+  Ada.FKuerzel = "A\x01\v";
+  const json Result = Dated();
+  EXPECT_EQ(Result["teachers"][0]["code"], "A") << "a document is always JSON";
+  EXPECT_EQ(Result["displaySchedule"]["lessonTimes"][0]["teacherCodes"], json({"A"}));
 }
 
 TEST_F(Publication, KeepsItsRangeWithinThePlan) {

@@ -66,7 +66,7 @@ TVELPlaneintrag& CreateEintrag(const TPlanContext& AContext, TVELPlanobjekt* AnO
   if (TVELAenderung* const Change = AChange != nullptr ? AChange : AnAssignment) {
     Entry.FAenderungen.push_back(Change);
   }
-  const int Week = uDataUtils::WeekIndex(AContext, ASpan.Start);
+  const int Week = uDataUtils::WeekIndex(AContext, Span.Start);
   if (Week >= 1 && Week <= TVELWeeks::Count) {
     Entry.FWochen.Include(Week);
   }

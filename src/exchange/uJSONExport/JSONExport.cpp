@@ -37,6 +37,8 @@ void TVELJSONExport::Clear() {
   JSONData.reset();
   CourseList.clear();
   Log.clear();
+  XMLTypes = {};
+  DataTypes = {};
   Art = true;
   Information = true;
   Mitteilung = true;

@@ -1,5 +1,8 @@
 #include "uJSONExport/Nodes.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "QuillonDateTime.h"
 #include "QuillonDateTimeCalendar.h"
 #include "QuillonNumbers.h"
@@ -15,6 +18,19 @@ namespace {
 constexpr TColor WindowColour = 5;
 
 bool IsWindowColour(TColor AColour) { return AColour < 0 && (AColour & 0xFF) == WindowColour; }
+
+/// The text without the control characters that no JSON text can hold and no escape stands for (RFC 8259, section 7).
+std::string_view WithoutControls(std::string_view AText, std::string& AScratch) {
+  const auto IsControl = [](char C) {
+    return static_cast<unsigned char>(C) < ' ' && C != '\t' && C != '\n' && C != '\f' && C != '\r';
+  };
+  if (std::ranges::none_of(AText, IsControl)) {
+    return AText;
+  }
+  AScratch.clear();
+  std::ranges::remove_copy_if(AText, std::back_inserter(AScratch), IsControl);
+  return AScratch;
+}
 
 std::string Escaped(std::string_view AText) {
   if (AText.find_first_of("\t\n\f\r\"\\") == std::string_view::npos) {
@@ -95,7 +111,10 @@ std::string Colour(TColor AColour) {
 
 std::int64_t Milliseconds(TVELDateTime AValue) { return QuillonDateTimeCalendar::Split(AValue).Absolute(); }
 
-void TNode::Text(std::string_view AName, std::string_view AValue) { TVELJSONExport::AddNode(*FObject, AName, AValue); }
+void TNode::Text(std::string_view AName, std::string_view AValue) {
+  std::string Scratch;
+  TVELJSONExport::AddNode(*FObject, AName, WithoutControls(AValue, Scratch));
+}
 
 void TNode::Number(std::string_view AName, std::int64_t AValue) { FObject->AddPair(std::string(AName), AValue); }
 
@@ -118,18 +137,20 @@ void TNode::List(std::string_view AName, TNodes AValue) {
 void TNode::WholeList(std::string_view AName, TNodes AValue) { FObject->AddPair(std::string(AName), AValue.Take()); }
 
 void TNodes::Text(std::string_view AValue) {
-  if (std::string Text = Escaped(AValue); !Text.empty()) {
+  std::string Scratch;
+  if (std::string Text = Escaped(WithoutControls(AValue, Scratch)); !Text.empty()) {
     FArray->Add(std::move(Text));
   }
 }
 
 void WriteExternalId(TNode& ANode, const TVELDataObject& AnObject) {
-  if (Escaped(AnObject.FCustomID).empty()) {
-    return;
-  }
   TNode Id;
   Id.Text("provider", "Velmora");
+  const std::size_t Members = Id.Get().Size();
   Id.Text("id", AnObject.FCustomID);
+  if (Id.Get().Size() == Members) {
+    return;
+  }
   TNodes Ids;
   Ids.Add(std::move(Id));
   ANode.List("externalIDs", std::move(Ids));
