@@ -1,0 +1,327 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <optional>
+
+#include "QuillonStreams/Extended.h"
+#include "QuillonStreams/Reader.h"
+#include "QuillonStreams/Writer.h"
+
+namespace {
+
+using TLimits = std::numeric_limits<double>;
+
+std::string Hex(std::string_view ABytes) {
+  std::string Text;
+  for (const char Byte : ABytes) {
+    constexpr std::string_view Digits = "0123456789ABCDEF";
+    Text += {Digits[static_cast<std::uint8_t>(Byte) >> 4], Digits[static_cast<std::uint8_t>(Byte) & 0xF]};
+  }
+  return Text;
+}
+
+std::string Unhex(std::string_view AText) {
+  std::string Bytes;
+  for (std::size_t I = 0; I + 1 < AText.size(); I += 2) {
+    Bytes.push_back(static_cast<char>(std::stoi(std::string(AText.substr(I, 2)), nullptr, 16)));
+  }
+  return Bytes;
+}
+
+const TGUID Guid = QuillonGuid::Parse("{00112233-4455-6677-8899-AABBCCDDEEFF}");
+
+/// A value of a kind: how it is written, its bytes, and whether what is read is the same.
+struct TCase {
+  std::string Bytes;
+  std::function<void(TQuillonWriter&)> Write;
+  std::function<bool(TQuillonReader&)> IsRead;
+};
+
+template <class TWriterClass, class TGiven, class TReaderClass, class TValue>
+TCase Value(std::string ABytes, void (TWriterClass::*AWrite)(TGiven), TReaderClass ARead, TValue AValue) {
+  return {std::move(ABytes), [=](TQuillonWriter& AWriter) { (AWriter.*AWrite)(static_cast<TGiven>(AValue)); },
+          [=](TQuillonReader& AReader) { return (AReader.*ARead)() == AValue; }};
+}
+
+std::vector<TCase> Cases() {
+  using W = TQuillonWriter;
+  using R = TQuillonReader;
+  std::vector<TCase> Cases = {
+      Value("01", &W::WriteBoolean, &R::ReadBoolean, true),
+      Value("FE", &W::WriteByte, &R::ReadByte, 0xFE),
+      Value("FE", &W::WriteShortInt, &R::ReadShortInt, -2),
+      Value("AC20", &W::WriteChar, &R::ReadChar, u'€'),
+      Value("3412", &W::WriteWord, &R::ReadWord, 0x1234),
+      Value("FEFF", &W::WriteSmallInt, &R::ReadSmallInt, -2),
+      Value("EFCDAB89", &W::WriteLongWord, &R::ReadLongWord, 0x89ABCDEFU),
+      Value("FEFFFFFF", &W::WriteLongInt, &R::ReadLongInt, -2),
+      Value("EFCDAB8967452301", &W::WriteInt64, &R::ReadInt64, 0x0123456789ABCDEF),
+      Value("FEFFFFFFFFFFFFFF", &W::WriteComp, &R::ReadComp, -2),
+      Value("3930000000000000", &W::WriteCurrency, &R::ReadCurrency, 12'345),
+      Value("000020C0", &W::WriteSingle, &R::ReadSingle, -2.5F),
+      Value("00000000000004C0", &W::WriteDouble, &R::ReadDouble, -2.5),
+      Value("000000000000E83F", &W::WriteDateTime, &R::ReadDateTime, TQuillonDateTime(0.75)),
+      Value("00000000000000A000C0", &W::WriteExtended, &R::ReadExtended, -2.5),
+      Value("33221100554477668899AABBCCDDEEFF", &W::WriteGuid, &R::ReadGuid, Guid),
+      Value("00000000", &W::WriteString, &R::ReadString, std::string()),
+      Value("040000004100E4003DD800DE", &W::WriteString, &R::ReadString, std::string("Aä😀")),
+      Value("02000000FF00", &W::WriteAnsiString, &R::ReadAnsiString, std::string("\xFF\0", 2)),
+      Value("03000000E282AC", &W::WriteUtf8String, &R::ReadUtf8String, std::string("€")),
+      Value("0800000061000D000A00620020000D000A000000", &W::WriteString, &R::ReadString,
+            std::string("a\r\nb \r\n\0", 8)),
+  };
+  Cases.push_back({"0600000061000D000A000D000A006200", [](W& AWriter) { AWriter.WriteString("a\r\n\r\nb"); },
+                   [](R& AReader) {
+                     return AReader.ReadStrings() == std::vector<std::string>{"a", "", "b"};
+                   }});
+  Cases.push_back({"0500000061000D000A000D000A00",
+                   [](W& AWriter) {
+                     AWriter.WriteStrings(std::vector<std::string>{"a", ""});
+                   },
+                   [](R& AReader) {
+                     return AReader.ReadStrings() == std::vector<std::string>{"a", ""};
+                   }});
+  Cases.push_back({"4F5200",
+                   [](W& AWriter) {
+                     AWriter.WriteSignature({"OR\0", 3});
+                   },
+                   [](R& AReader) {
+                     return AReader.ReadSignature({"OR\0", 3});
+                   }});
+  Cases.push_back(
+      {"", [](W& AWriter) { AWriter.WriteSignature(""); }, [](R& AReader) { return AReader.ReadSignature(""); }});
+  Cases.push_back({"03000000616263",
+                   [](W& AWriter) {
+                     TQuillonMemoryStream Stream("abc");
+                     Stream.Seek(2, TQuillonSeekOrigin::Begin);
+                     AWriter.WriteBinary(Stream);
+                   },
+                   [](R& AReader) {
+                     TQuillonMemoryStream Stream("what was there");
+                     AReader.ReadBinary(Stream);
+                     return Stream.Content() == "abc" && Stream.Position() == 0;
+                   }});
+  return Cases;
+}
+
+/// A memory stream that hands over few bytes at once, and raises from a call on.
+class FailingStream final : public TQuillonStream {
+ public:
+  explicit FailingStream(std::string AContent, int ACalls) : FStream(std::move(AContent)), FCalls(ACalls) {}
+
+  std::size_t Read(std::span<char> ABuffer) override {
+    Count();
+    return FStream.Read(ABuffer.first(std::min<std::size_t>(ABuffer.size(), 3)));
+  }
+  void Write(std::string_view ABytes) override {
+    Count();
+    FStream.Write(ABytes);
+  }
+  std::int64_t Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) override {
+    Count();
+    return FStream.Seek(AnOffset, AnOrigin);
+  }
+  void SetEndOfFile() override {}
+  const std::string& Content() const { return FStream.Content(); }
+
+ private:
+  void Count() {
+    if (FCalls-- <= 0) {
+      throw EQuillonStreamError("broken");
+    }
+  }
+
+  TQuillonMemoryStream FStream;
+  int FCalls;
+};
+
+std::string AllBytes() {
+  std::string Bytes;
+  for (const TCase& Case : Cases()) {
+    Bytes += Unhex(Case.Bytes);
+  }
+  return Bytes;
+}
+
+void WriteAll(TQuillonStream& AStream, std::size_t ABufferSize) {
+  TQuillonStreamWriter Writer(AStream, ABufferSize);
+  for (const TCase& Case : Cases()) {
+    Case.Write(Writer);
+  }
+  Writer.FlushBuffer();
+}
+
+/// Reads all the values; each must come as it was written.
+void ReadAll(TQuillonStream& AStream, std::size_t ABufferSize) {
+  TQuillonStreamReader Reader(AStream, ABufferSize);
+  for (const TCase& Case : Cases()) {
+    EXPECT_TRUE(Case.IsRead(Reader)) << Case.Bytes;
+  }
+}
+
+constexpr std::array<std::size_t, 5> BufferSizes = {0, 1, 2, 7, 4096};
+
+}  // namespace
+
+TEST(Streams, EachKindOfValueHasItsBytes) {
+  for (const TCase& Case : Cases()) {
+    TQuillonMemoryStream Stream;
+    TQuillonStreamWriter Writer(Stream);
+    Case.Write(Writer);
+    EXPECT_EQ(Hex(Stream.Content()), Case.Bytes);
+  }
+}
+
+TEST(Streams, AnyBufferGivesTheSameBytesAndValues) {
+  for (const std::size_t Size : BufferSizes) {
+    TQuillonMemoryStream Stream;
+    WriteAll(Stream, Size);
+    EXPECT_EQ(Hex(Stream.Content()), Hex(AllBytes())) << Size;
+    FailingStream Few(AllBytes(), std::numeric_limits<int>::max());
+    ReadAll(Few, Size);
+  }
+}
+
+TEST(Streams, EveryFailureOfTheStreamIsToldAndNothingIsWrittenTwice) {
+  for (const std::size_t Size : BufferSizes) {
+    for (int Calls = 0, Failures = 1; Failures > 0; ++Calls) {
+      Failures = 0;
+      const auto Count = [&](const std::function<void(TQuillonStream&)>& ACall, FailingStream& AStream) {
+        try {
+          ACall(AStream);
+        } catch (const EQuillonStreamError&) {
+          ++Failures;
+        }
+      };
+      FailingStream Target("", Calls);
+      Count([Size](TQuillonStream& AStream) { WriteAll(AStream, Size); }, Target);
+      EXPECT_TRUE(AllBytes().starts_with(Target.Content()));
+      FailingStream Source(AllBytes(), Calls);
+      Count([Size](TQuillonStream& AStream) { ReadAll(AStream, Size); }, Source);
+    }
+  }
+}
+
+TEST(Streams, AValueThatIsCutOrHasALengthBelowZeroIsRefused) {
+  for (const TCase& Case : Cases()) {
+    const std::string Whole = Unhex(Case.Bytes);
+    for (std::size_t Size = 0; Size < Whole.size(); ++Size) {
+      TQuillonMemoryStream Stream(Whole.substr(0, Size));
+      TQuillonStreamReader Reader(Stream, 8);
+      EXPECT_THROW(Case.IsRead(Reader), EQuillonReaderError) << Case.Bytes << ' ' << Size;
+    }
+  }
+  for (const std::string_view Length : {"FFFFFFFF", "00000080", "FFFFFF7F41"}) {
+    TQuillonMemoryStream Stream(Unhex(Length));
+    TQuillonStreamReader Reader(Stream);
+    EXPECT_THROW(Reader.ReadString(), EQuillonReaderError);
+    Stream.Seek(0, TQuillonSeekOrigin::Begin);
+    EXPECT_THROW(Reader.ReadBinary(), EQuillonReaderError);
+  }
+}
+
+TEST(Streams, AReaderLeavesTheStreamBehindWhatItHasRead) {
+  const std::string Content = "0123456789";
+  for (const std::size_t Size : BufferSizes) {
+    for (std::size_t Cut = 0; Cut <= Content.size(); ++Cut) {
+      TQuillonMemoryStream Stream(Content);
+      {
+        TQuillonStreamReader Reader(Stream, Size);
+        std::string Begin(Cut, ' ');
+        EXPECT_EQ(Reader.Read(Begin), Cut);
+        EXPECT_EQ(Reader.CanRead(), Cut < Content.size());
+        const auto Left = static_cast<std::int64_t>(Content.size() - Cut);
+        EXPECT_TRUE(Reader.Available(Left) && !Reader.Available(Left + 1));
+      }
+      EXPECT_EQ(QuillonIO::ReadWholeFile(Stream), Content.substr(Cut)) << Size;
+    }
+  }
+}
+
+TEST(Streams, WhatIsNoTextBecomesTheReplacementCharacter) {
+  TQuillonMemoryStream Stream;
+  TQuillonStreamWriter Writer(Stream);
+  Writer.WriteString("a\xFF\xE2\x82");
+  Writer.WriteUtf8String("a\xFFz");
+  Writer.WriteSignature(
+      Unhex("0500000000D8410000DC00D83DD8"
+            "02000000FFFE"
+            "0200000061C3"));
+  Stream.Seek(0, TQuillonSeekOrigin::Begin);
+  TQuillonStreamReader Reader(Stream);
+  EXPECT_EQ(Reader.ReadString(), "a\uFFFD\uFFFD");
+  EXPECT_EQ(Reader.ReadUtf8String(), "a\uFFFDz");
+  EXPECT_EQ(Reader.ReadString(), "\uFFFDA\uFFFD\uFFFD\uFFFD");
+  EXPECT_EQ(Reader.ReadUtf8String(), "\uFFFD\uFFFD");
+  EXPECT_EQ(Reader.ReadUtf8String(), "a\uFFFD");
+}
+
+TEST(Streams, AnExtendedValueIsTheNearestDouble) {
+  struct TRow {
+    std::string Bytes;
+    double Read;
+    bool IsExact = true;
+  };
+  const double Smallest = TLimits::denorm_min();
+  const std::vector<TRow> Rows = {
+      {"00000000000000000000", 0.0},
+      {"00000000000000000080", -0.0},
+      {"0000000000000080FF3F", 1.0},
+      {"00D0CCCCCCCCCCCCFB3F", 0.1},
+      {"00F8FFFFFFFFFFFFFE43", TLimits::max()},
+      {"0000000000000080013C", TLimits::min()},
+      {"00F0FFFFFFFFFFFF003C", TLimits::min() - Smallest},
+      {"0000000000000080CD3B", Smallest},
+      {"0000000000000080FF7F", TLimits::infinity()},
+      {"0000000000000080FFFF", -TLimits::infinity()},
+      {"00000000000000C0FF7F", TLimits::quiet_NaN()},
+      {"0004000000000080FF3F", 1.0, false},                           // a tie, to the even one below
+      {"000C000000000080FF3F", 1.0 + 2 * TLimits::epsilon(), false},  // a tie, to the even one above
+      {"0104000000000080FF3F", 1.0 + TLimits::epsilon(), false},
+      {"FFFFFFFFFFFFFFFFFF3F", 2.0, false},
+      {"00FCFFFFFFFFFFFFFE43", TLimits::infinity(), false},
+      {"0000000000000080FE7F", TLimits::infinity(), false},
+      {"FFFFFFFFFFFFFFFF003C", TLimits::min(), false},
+      {"0000000000000080CC3B", 0.0, false},
+      {"0100000000000080CC3B", Smallest, false},
+      {"FFFFFFFFFFFFFFFFCB3B", 0.0, false},
+      {"FFFFFFFFFFFFFFFF0000", 0.0, false},
+      {"0100000000000080FF7F", TLimits::quiet_NaN(), false},
+      {"0000000000000000FF7F", TLimits::quiet_NaN(), false},
+      {"FFFFFFFFFFFFFF7FFF3F", TLimits::quiet_NaN(), false},
+  };
+  for (const TRow& Row : Rows) {
+    QuillonExtended::TBytes Bytes{};
+    const std::string Given = Unhex(Row.Bytes);
+    std::copy(Given.begin(), Given.end(), Bytes.begin());
+    const double Read = QuillonExtended::Decode(Bytes);
+    EXPECT_TRUE(std::isnan(Row.Read) ? std::isnan(Read) : Read == Row.Read) << Row.Bytes << ": " << Read;
+    EXPECT_EQ(std::signbit(Read), std::signbit(Row.Read)) << Row.Bytes;
+    if (Row.IsExact) {
+      EXPECT_EQ(QuillonExtended::Encode(Row.Read), Bytes) << Row.Bytes;
+    }
+  }
+}
+
+TEST(Streams, AHandlerFollowsATransferAndEndsIt) {
+  constexpr std::int64_t Total = 200'000;
+  TQuillonMemoryStream Stream;
+  TQuillonStreamWriter Writer(Stream);
+  TQuillonStreamReader Reader(Stream);
+  std::vector<std::int64_t> Positions;
+  Writer.FOnProgress = [&](std::int64_t APosition, std::int64_t ATotal, bool& /*DoAbort*/) {
+    Positions.push_back(APosition);
+    EXPECT_EQ(ATotal, Total);
+  };
+  Writer.WriteBinary(std::string(Total, 'x'));
+  EXPECT_THAT(Positions, testing::ElementsAre(65'536, 131'072, 196'608, Total));
+  Stream.Seek(0, TQuillonSeekOrigin::Begin);
+  Reader.FOnProgress = [](std::int64_t APosition, std::int64_t /*ATotal*/, bool& DoAbort) {
+    DoAbort = APosition > Total / 2;
+  };
+  EXPECT_THROW(Reader.ReadBinary(), EQuillonStreamAbort);
+  EXPECT_EQ(Stream.Position(), 131'072 + 4);
+}
