@@ -4,7 +4,6 @@
 #include <cmath>
 #include <functional>
 #include <limits>
-#include <optional>
 
 #include "QuillonStreams/Extended.h"
 #include "QuillonStreams/Reader.h"
@@ -302,6 +301,18 @@ TEST(Streams, AnExtendedValueIsTheNearestDouble) {
     EXPECT_EQ(std::signbit(Read), std::signbit(Row.Read)) << Row.Bytes;
     if (Row.IsExact) {
       EXPECT_EQ(QuillonExtended::Encode(Row.Read), Bytes) << Row.Bytes;
+    }
+  }
+}
+
+TEST(Streams, AWriterThatPlacesTooLittleIsTold) {
+  class ShortWriter final : public TQuillonWriter {
+   public:
+    std::size_t Write(std::string_view ABytes) override { return ABytes.size() - (ABytes.empty() ? 0 : 1); }
+  } Writer;
+  for (const TCase& Case : Cases()) {
+    if (!Case.Bytes.empty()) {
+      EXPECT_THROW(Case.Write(Writer), EQuillonWriterError) << Case.Bytes;
     }
   }
 }
