@@ -103,20 +103,16 @@ TEST_F(ObjectStreams, WhatIsNoGraphIsRefused) {
     Nested = Node(Handle, "TNode", Nested, None);
   }
   EXPECT_EQ(Error(Nested), Deep);
-}
-
-TEST_F(ObjectStreams, ALongRowOfHoldersIsRefusedThoughItIsNotNested) {
-  TQuillonMemoryStream Stream;
-  TQuillonStreamWriter Writer(Stream);
-  std::string Before = None;
+  TQuillonMemoryStream Row;
   for (std::int32_t Handle = 1; Handle <= 300; ++Handle) {
-    Stream.Write(Node(Handle, "TNode", Before, None));
-    Before = {static_cast<char>(Handle & 0xFF), static_cast<char>(Handle >> 8), 0, 0};
+    const std::string Before = {static_cast<char>((Handle - 1) & 0xFF), static_cast<char>((Handle - 1) >> 8), 0, 0};
+    Row.Write(Node(Handle, "TNode", Before, None));
   }
-  Stream.Seek(0, TQuillonSeekOrigin::Begin);
-  TQuillonStreamReader Reader(Stream);
+  Row.Seek(0, TQuillonSeekOrigin::Begin);
+  TQuillonStreamReader Reader(Row);
   TQuillonObjectReader ObjectReader(Reader);
   EXPECT_THROW(
-      for (int I = 0; I < 300; ++I) { ObjectReader.ReadObject(); }, EQuillonPersistentError);
+      while (Reader.CanRead()) { ObjectReader.ReadObject(); }, EQuillonPersistentError)
+      << "each holds the one before it";
   EXPECT_THROW(TestPlace().Clone(), EQuillonPersistentError);
 }

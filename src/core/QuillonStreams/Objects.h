@@ -138,27 +138,27 @@ class TQuillonObjectReader final : public TQuillonReader {
 namespace QuillonStreams {
 
 /// The two sides of a kind of property: how a field of the type is written and read.
-template <class TValue, auto Write, auto Read>
-struct TValueKind {
-  static void WriteTo(TQuillonObjectWriter& AWriter, const TValue& AValue) { (AWriter.*Write)(AValue); }
-  static void ReadFrom(TQuillonObjectReader& AReader, TValue& AValue) { AValue = (AReader.*Read)(); }
-};
-
 template <class TValue>
 struct TKind;
 
+template <auto Write, auto Read>
+struct TValueKind {
+  static void WriteTo(TQuillonObjectWriter& AWriter, const auto& AValue) { (AWriter.*Write)(AValue); }
+  static void ReadFrom(TQuillonObjectReader& AReader, auto& AValue) { AValue = (AReader.*Read)(); }
+};
+
 // clang-format off
-template <> struct TKind<std::int8_t> : TValueKind<std::int8_t, &TQuillonWriter::WriteShortInt, &TQuillonReader::ReadShortInt> {};
-template <> struct TKind<std::uint8_t> : TValueKind<std::uint8_t, &TQuillonWriter::WriteByte, &TQuillonReader::ReadByte> {};
-template <> struct TKind<std::int16_t> : TValueKind<std::int16_t, &TQuillonWriter::WriteSmallInt, &TQuillonReader::ReadSmallInt> {};
-template <> struct TKind<std::uint16_t> : TValueKind<std::uint16_t, &TQuillonWriter::WriteWord, &TQuillonReader::ReadWord> {};
-template <> struct TKind<std::int32_t> : TValueKind<std::int32_t, &TQuillonWriter::WriteLongInt, &TQuillonReader::ReadLongInt> {};
-template <> struct TKind<std::uint32_t> : TValueKind<std::uint32_t, &TQuillonWriter::WriteLongWord, &TQuillonReader::ReadLongWord> {};
-template <> struct TKind<std::int64_t> : TValueKind<std::int64_t, &TQuillonWriter::WriteInt64, &TQuillonReader::ReadInt64> {};
-template <> struct TKind<char16_t> : TValueKind<char16_t, &TQuillonWriter::WriteChar, &TQuillonReader::ReadChar> {};
-template <> struct TKind<float> : TValueKind<float, &TQuillonWriter::WriteSingle, &TQuillonReader::ReadSingle> {};
-template <> struct TKind<double> : TValueKind<double, &TQuillonWriter::WriteDouble, &TQuillonReader::ReadDouble> {};
-template <> struct TKind<std::string> : TValueKind<std::string, &TQuillonWriter::WriteString, &TQuillonReader::ReadString> {};
+template <> struct TKind<std::int8_t> : TValueKind<&TQuillonWriter::WriteShortInt, &TQuillonReader::ReadShortInt> {};
+template <> struct TKind<std::uint8_t> : TValueKind<&TQuillonWriter::WriteByte, &TQuillonReader::ReadByte> {};
+template <> struct TKind<std::int16_t> : TValueKind<&TQuillonWriter::WriteSmallInt, &TQuillonReader::ReadSmallInt> {};
+template <> struct TKind<std::uint16_t> : TValueKind<&TQuillonWriter::WriteWord, &TQuillonReader::ReadWord> {};
+template <> struct TKind<std::int32_t> : TValueKind<&TQuillonWriter::WriteLongInt, &TQuillonReader::ReadLongInt> {};
+template <> struct TKind<std::uint32_t> : TValueKind<&TQuillonWriter::WriteLongWord, &TQuillonReader::ReadLongWord> {};
+template <> struct TKind<std::int64_t> : TValueKind<&TQuillonWriter::WriteInt64, &TQuillonReader::ReadInt64> {};
+template <> struct TKind<char16_t> : TValueKind<&TQuillonWriter::WriteChar, &TQuillonReader::ReadChar> {};
+template <> struct TKind<float> : TValueKind<&TQuillonWriter::WriteSingle, &TQuillonReader::ReadSingle> {};
+template <> struct TKind<double> : TValueKind<&TQuillonWriter::WriteDouble, &TQuillonReader::ReadDouble> {};
+template <> struct TKind<std::string> : TValueKind<&TQuillonWriter::WriteString, &TQuillonReader::ReadString> {};
 // clang-format on
 
 template <class TObject>
