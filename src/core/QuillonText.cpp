@@ -13,6 +13,8 @@
 
 namespace {
 
+constexpr char32_t Replacement = 0xFFFD;
+
 bool IsAscii(std::string_view AText) {
   return std::all_of(AText.begin(), AText.end(), [](char C) { return static_cast<signed char>(C) >= 0; });
 }
@@ -122,7 +124,6 @@ std::size_t FindInvalidUtf8(std::string_view AText) {
 }
 
 char32_t TakeCharacter(std::string_view& AText) {
-  constexpr char32_t Replacement = 0xFFFD;
   utf8proc_int32_t Char = 0;
   const utf8proc_ssize_t Length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(AText.data()),
                                                    static_cast<utf8proc_ssize_t>(AText.size()), &Char);
@@ -140,6 +141,55 @@ std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian) {
     utf8::append(Char, std::back_inserter(Text));
   }
   return Text;
+}
+
+std::string FromUtf16LE(std::string_view ABytes) {
+  constexpr std::uint32_t FirstHigh = 0xD800;
+  constexpr std::uint32_t FirstLow = 0xDC00;
+  constexpr std::uint32_t SurrogateMask = 0xFC00;
+  const std::size_t Count = ABytes.size() / 2;
+  const auto UnitAt = [ABytes](std::size_t AnIndex) -> std::uint32_t {
+    const auto Low = static_cast<std::uint8_t>(ABytes[2 * AnIndex]);
+    const auto High = static_cast<std::uint8_t>(ABytes[2 * AnIndex + 1]);
+    return static_cast<std::uint32_t>(Low | High << 8);
+  };
+  std::string Text;
+  Text.reserve(Count);
+  for (std::size_t I = 0; I < Count; ++I) {
+    std::uint32_t Char = UnitAt(I);
+    if ((Char & SurrogateMask) == FirstHigh && I + 1 < Count && (UnitAt(I + 1) & SurrogateMask) == FirstLow) {
+      ++I;
+      Char = 0x10000 + ((Char - FirstHigh) << 10) + (UnitAt(I) - FirstLow);
+    } else if ((Char & SurrogateMask) == FirstHigh || (Char & SurrogateMask) == FirstLow) {
+      Char = Replacement;
+    }
+    utf8::unchecked::append(Char, std::back_inserter(Text));
+  }
+  return Text;
+}
+
+std::string ToUtf16LE(std::string_view AText) {
+  std::string Bytes;
+  Bytes.reserve(2 * AText.size());
+  const auto Append = [&Bytes](std::uint16_t AUnit) {
+    Bytes.push_back(static_cast<char>(AUnit & 0xFF));
+    Bytes.push_back(static_cast<char>(AUnit >> 8));
+  };
+  if (IsAscii(AText)) {
+    std::for_each(AText.begin(), AText.end(), [&](char C) { Append(static_cast<std::uint8_t>(C)); });
+    return Bytes;
+  }
+  const std::string Valid = ReplaceInvalidUtf8(AText);
+  std::u16string Units;
+  utf8::unchecked::utf8to16(Valid.begin(), Valid.end(), std::back_inserter(Units));
+  std::for_each(Units.begin(), Units.end(), [&](char16_t AUnit) { Append(AUnit); });
+  return Bytes;
+}
+
+std::string ReplaceInvalidUtf8(std::string_view AText) {
+  std::string Valid;
+  utf8::replace_invalid(AText.begin(), AText.end(), std::back_inserter(Valid), Replacement);
+  return Valid;
 }
 
 std::string OneLine(std::string_view AText) {

@@ -31,6 +31,15 @@ char32_t TakeCharacter(std::string_view& AText);
 /// become U+FFFD.
 std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian);
 
+/// UTF-16 in bytes, the low one first, as UTF-8. A byte order mark is a character like any other; half a surrogate pair
+/// becomes U+FFFD. @param ABytes two for each unit
+std::string FromUtf16LE(std::string_view ABytes);
+/// The text's UTF-16 in bytes, the low one first, after ReplaceInvalidUtf8.
+std::string ToUtf16LE(std::string_view AText);
+
+/// The text with U+FFFD in place of what is no well-formed UTF-8.
+std::string ReplaceInvalidUtf8(std::string_view AText);
+
 /// The text with each run of control characters, line breaks among them, turned into one blank.
 std::string OneLine(std::string_view AText);
 

@@ -7,6 +7,8 @@
 #include <iterator>
 #include <span>
 
+#include "QuillonText.h"
+
 namespace {
 
 constexpr char32_t Replacement = 0xFFFD;
@@ -48,8 +50,7 @@ void AppendUtf16(std::string& ATarget, char32_t ACodePoint, TQuillonEncoding AnE
 
 /// Appends text in another encoding than its own.
 void AppendEncoded(std::string& ATarget, std::string_view AText, TQuillonEncoding AnEncoding) {
-  std::string Valid;
-  utf8::replace_invalid(AText.begin(), AText.end(), std::back_inserter(Valid), Replacement);
+  const std::string Valid = QuillonText::ReplaceInvalidUtf8(AText);
   for (auto Next = Valid.cbegin(); Next != Valid.cend();) {
     const auto CodePoint = static_cast<char32_t>(utf8::unchecked::next(Next));
     if (IsUtf16(AnEncoding)) {

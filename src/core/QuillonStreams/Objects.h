@@ -1,0 +1,210 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "QuillonStreams/Reader.h"
+#include "QuillonStreams/Writer.h"
+#include "QuillonTypes.h"
+
+class TQuillonPersistent;
+class TQuillonObjectReader;
+class TQuillonObjectWriter;
+
+/// An object that has no place on a stream: of a class without name or not registered, or nested too deep.
+class EQuillonPersistentError : public EQuillonException {
+ public:
+  using EQuillonException::EQuillonException;
+};
+
+/// A published property of a class; see QuillonStreams::Published.
+struct TQuillonProperty {
+  void (*Write)(const TQuillonPersistent& AnObject, TQuillonObjectWriter& AWriter);
+  void (*Read)(TQuillonPersistent& AnObject, TQuillonObjectReader& AReader);
+};
+
+/// A class whose objects streams can hold: its name there, how a fresh one is made, and its own properties, which
+/// stand behind those of the base.
+struct TQuillonPersistentClass {
+  std::string Name;
+  std::shared_ptr<TQuillonPersistent> (*Create)();
+  std::vector<TQuillonProperty> Properties;
+  const TQuillonPersistentClass* Base = nullptr;
+};
+
+/// The classes that a reader can make objects of. Filled before any thread reads.
+class TQuillonClassRegistry {
+ public:
+  static TQuillonClassRegistry& Instance();
+
+  /// The class must outlive the registry.
+  void AddClass(const TQuillonPersistentClass& AClass) { FClassMap[AClass.Name] = &AClass; }
+  /// @return null for a name that is not known
+  const TQuillonPersistentClass* GetClass(std::string_view AName) const;
+
+ private:
+  TQuillonClassRegistry() = default;
+
+  std::map<std::string, const TQuillonPersistentClass*, std::less<>> FClassMap;
+};
+
+/// An object that can be put on a stream with all that it refers to.
+class TQuillonPersistent : public TQuillonObject {
+ public:
+  virtual const TQuillonPersistentClass& PersistentClass() const = 0;
+  /// The published properties; a class with more content adds it behind them.
+  virtual void WriteProperties(TQuillonObjectWriter& AWriter) const;
+  virtual void ReadProperties(TQuillonObjectReader& AReader);
+
+  /// A copy, by way of a stream, with copies of all objects it holds.
+  /// @throws EQuillonPersistentError if a class is not registered
+  std::shared_ptr<TQuillonPersistent> Clone() const;
+  /// Whether the other is of the same class and has the same content, that of the objects it refers to included.
+  bool Equals(const TQuillonPersistent& AnObject) const;
+  /// The properties without a handle: nothing that the object holds may refer back to it.
+  void SaveToStream(TQuillonStream& AStream) const;
+  void LoadFromStream(TQuillonStream& AStream);
+};
+
+/// Objects with shared and cyclic references: each stands on the stream once, with its class and content behind its
+/// handle; where it occurs again there is the handle alone. One writer serves one graph.
+class TQuillonObjectWriter final : public TQuillonWriter {
+ public:
+  explicit TQuillonObjectWriter(TQuillonWriter& AWriter) : FWriter(AWriter) {}
+
+  void FlushBuffer() override { FWriter.FlushBuffer(); }
+  std::size_t Write(std::string_view ABytes) override { return FWriter.Write(ABytes); }
+
+  /// The objects must live as long as the writer. @param AnObject may be null
+  /// @throws EQuillonPersistentError for objects that hold each other in too many levels to be read again
+  void WriteObject(const TQuillonPersistent* AnObject);
+
+ private:
+  TQuillonWriter& FWriter;
+  std::unordered_map<const TQuillonPersistent*, std::int32_t> FHandles;
+  int FDepth = 0;
+};
+
+/// The objects that a TQuillonObjectWriter has written. They live as long as somebody holds them, this reader included.
+class TQuillonObjectReader final : public TQuillonReader {
+ public:
+  explicit TQuillonObjectReader(TQuillonReader& AReader) : FReader(AReader) {}
+
+  bool CanRead() override { return FReader.CanRead(); }
+  void FlushBuffer() override { FReader.FlushBuffer(); }
+  std::size_t Read(std::span<char> ABuffer) override { return FReader.Read(ABuffer); }
+
+  /// The next object, for a holder; null if null was written. An object cannot be held by what it holds itself.
+  /// @throws EQuillonReaderError for an object of another class, or one whose content is still being read
+  /// @throws EQuillonPersistentError for a class without a name or not registered, or too many levels
+  template <class TObject = TQuillonPersistent>
+  std::shared_ptr<TObject> ReadObject() {
+    return Checked<TObject>(ReadAny(true));
+  }
+  /// As ReadObject, for somebody who refers to the object without holding it; its content may still be on its way.
+  template <class TObject = TQuillonPersistent>
+  std::weak_ptr<TObject> ReadReference() {
+    return Checked<TObject>(ReadAny(false));
+  }
+
+ private:
+  struct TEntry {
+    std::shared_ptr<TQuillonPersistent> Object;
+    int Height = 0;  ///< levels of objects that hold each other, this one included; 0 while its content is read
+  };
+
+  template <class TObject>
+  static std::shared_ptr<TObject> Checked(const std::shared_ptr<TQuillonPersistent>& AnObject) {
+    auto Object = std::dynamic_pointer_cast<TObject>(AnObject);
+    if (AnObject != nullptr && Object == nullptr) {
+      throw EQuillonReaderError();
+    }
+    return Object;
+  }
+  std::shared_ptr<TQuillonPersistent> ReadAny(bool IsHeld);
+
+  TQuillonReader& FReader;
+  std::map<std::int32_t, TEntry> FObjectMap;
+  int FDepth = 0;
+  int FHeightBelow = 0;  ///< of what the object that is being read holds so far
+};
+
+namespace QuillonStreams {
+
+/// The two sides of a kind of property: how a field of the type is written and read.
+template <class TValue>
+struct TKind;
+
+template <auto Write, auto Read>
+struct TValueKind {
+  static void WriteTo(TQuillonObjectWriter& AWriter, const auto& AValue) { (AWriter.*Write)(AValue); }
+  static void ReadFrom(TQuillonObjectReader& AReader, auto& AValue) { AValue = (AReader.*Read)(); }
+};
+
+// clang-format off
+template <> struct TKind<std::int8_t> : TValueKind<&TQuillonWriter::WriteShortInt, &TQuillonReader::ReadShortInt> {};
+template <> struct TKind<std::uint8_t> : TValueKind<&TQuillonWriter::WriteByte, &TQuillonReader::ReadByte> {};
+template <> struct TKind<std::int16_t> : TValueKind<&TQuillonWriter::WriteSmallInt, &TQuillonReader::ReadSmallInt> {};
+template <> struct TKind<std::uint16_t> : TValueKind<&TQuillonWriter::WriteWord, &TQuillonReader::ReadWord> {};
+template <> struct TKind<std::int32_t> : TValueKind<&TQuillonWriter::WriteLongInt, &TQuillonReader::ReadLongInt> {};
+template <> struct TKind<std::uint32_t> : TValueKind<&TQuillonWriter::WriteLongWord, &TQuillonReader::ReadLongWord> {};
+template <> struct TKind<std::int64_t> : TValueKind<&TQuillonWriter::WriteInt64, &TQuillonReader::ReadInt64> {};
+template <> struct TKind<char16_t> : TValueKind<&TQuillonWriter::WriteChar, &TQuillonReader::ReadChar> {};
+template <> struct TKind<float> : TValueKind<&TQuillonWriter::WriteSingle, &TQuillonReader::ReadSingle> {};
+template <> struct TKind<double> : TValueKind<&TQuillonWriter::WriteDouble, &TQuillonReader::ReadDouble> {};
+template <> struct TKind<std::string> : TValueKind<&TQuillonWriter::WriteString, &TQuillonReader::ReadString> {};
+// clang-format on
+
+template <class TObject>
+struct TKind<std::shared_ptr<TObject>> {
+  static void WriteTo(TQuillonObjectWriter& AWriter, const std::shared_ptr<TObject>& AValue) {
+    AWriter.WriteObject(AValue.get());
+  }
+  static void ReadFrom(TQuillonObjectReader& AReader, std::shared_ptr<TObject>& AValue) {
+    AValue = AReader.ReadObject<TObject>();
+  }
+};
+
+template <class TObject>
+struct TKind<std::weak_ptr<TObject>> {
+  static void WriteTo(TQuillonObjectWriter& AWriter, const std::weak_ptr<TObject>& AValue) {
+    AWriter.WriteObject(AValue.lock().get());
+  }
+  static void ReadFrom(TQuillonObjectReader& AReader, std::weak_ptr<TObject>& AValue) {
+    AValue = AReader.ReadReference<TObject>();
+  }
+};
+
+/// An object that is a part of its owner: its content alone.
+template <std::derived_from<TQuillonPersistent> TObject>
+struct TKind<TObject> {
+  static void WriteTo(TQuillonObjectWriter& AWriter, const TObject& AValue) { AValue.WriteProperties(AWriter); }
+  static void ReadFrom(TQuillonObjectReader& AReader, TObject& AValue) { AValue.ReadProperties(AReader); }
+};
+
+template <class TOwner, class TValue>
+TOwner OwnerOf(TValue TOwner::*);
+template <class TOwner, class TValue>
+TValue ValueOf(TValue TOwner::*);
+
+/// The row of a field in its class's table; the field's type tells its form on the stream. A shared pointer holds its
+/// object, a weak one refers to it, and an object that is the field itself has no handle of its own.
+template <auto Field>
+constexpr TQuillonProperty Published() {
+  using TOwner = decltype(OwnerOf(Field));
+  using TFieldKind = TKind<decltype(ValueOf(Field))>;
+  return {[](const TQuillonPersistent& AnObject, TQuillonObjectWriter& AWriter) {
+            TFieldKind::WriteTo(AWriter, static_cast<const TOwner&>(AnObject).*Field);
+          },
+          [](TQuillonPersistent& AnObject, TQuillonObjectReader& AReader) {
+            TFieldKind::ReadFrom(AReader, static_cast<TOwner&>(AnObject).*Field);
+          }};
+}
+
+}  // namespace QuillonStreams

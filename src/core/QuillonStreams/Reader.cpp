@@ -1,0 +1,137 @@
+#include "QuillonStreams/Reader.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "QuillonStreams/Extended.h"
+#include "QuillonText.h"
+
+void TQuillonReader::ReadAll(std::span<char> ABuffer) {
+  if (Read(ABuffer) != ABuffer.size()) {
+    throw EQuillonReaderError();
+  }
+}
+
+std::size_t TQuillonReader::ReadLength() {
+  const std::int32_t Length = ReadLongInt();
+  if (Length < 0) {
+    throw EQuillonReaderError();
+  }
+  return static_cast<std::size_t>(Length);
+}
+
+std::string TQuillonReader::ReadBlock(std::size_t ASize, const TQuillonStreamProgressEvent& AnEvent) {
+  std::string Block;
+  while (Block.size() < ASize) {
+    const std::size_t Done = Block.size();
+    Block.resize(Done + std::min(ASize - Done, QuillonStreams::PieceSize));
+    ReadAll(std::span(Block).subspan(Done));
+    QuillonStreams::Report(AnEvent, Block.size(), ASize);
+  }
+  return Block;
+}
+
+double TQuillonReader::ReadExtended() {
+  QuillonExtended::TBytes Bytes{};
+  ReadAll({reinterpret_cast<char*>(Bytes.data()), Bytes.size()});
+  return QuillonExtended::Decode(Bytes);
+}
+
+TGUID TQuillonReader::ReadGuid() {
+  std::array<char, QuillonStreams::GuidPlaces.size()> Bytes{};
+  ReadAll(Bytes);
+  TGUID Guid;
+  for (std::size_t I = 0; I < Bytes.size(); ++I) {
+    Guid.Bytes[QuillonStreams::GuidPlaces[I]] = static_cast<std::uint8_t>(Bytes[I]);
+  }
+  return Guid;
+}
+
+std::string TQuillonReader::ReadString() { return QuillonText::FromUtf16LE(ReadBlock(2 * ReadLength(), {})); }
+
+std::string TQuillonReader::ReadUtf8String() {
+  std::string Text = ReadBinary();
+  return QuillonText::FindInvalidUtf8(Text) == std::string::npos ? Text : QuillonText::ReplaceInvalidUtf8(Text);
+}
+
+bool TQuillonReader::ReadSignature(std::string_view ASignature) {
+  return ReadBlock(ASignature.size(), {}) == ASignature;
+}
+
+std::vector<std::string> TQuillonReader::ReadStrings() {
+  const std::string Text = ReadString();
+  std::vector<std::string> Items;
+  for (std::string_view Left = Text; !Left.empty();) {
+    const std::string_view Line = Left.substr(0, Left.find_first_of("\r\n"));
+    Items.emplace_back(Line);
+    Left.remove_prefix(Line.size());
+    Left.remove_prefix(Left.starts_with("\r\n") ? 2 : std::min<std::size_t>(Left.size(), 1));
+  }
+  return Items;
+}
+
+std::string TQuillonReader::ReadBinary() { return ReadBlock(ReadLength(), FOnProgress); }
+
+void TQuillonReader::ReadBinary(TQuillonStream& ATarget) {
+  const std::size_t Size = ReadLength();
+  ATarget.Clear();
+  std::string Piece(std::min(Size, QuillonStreams::PieceSize), '\0');
+  for (std::size_t Done = 0; Done < Size;) {
+    Piece.resize(std::min(Size - Done, QuillonStreams::PieceSize));
+    ReadAll(Piece);
+    ATarget.Write(Piece);
+    Done += Piece.size();
+    QuillonStreams::Report(FOnProgress, Done, Size);
+  }
+  ATarget.Seek(0, TQuillonSeekOrigin::Begin);
+}
+
+TQuillonStreamReader::TQuillonStreamReader(TQuillonStream& AStream, std::size_t ABufferSize)
+    : FStream(AStream), FBuffer(ABufferSize, '\0') {}
+
+TQuillonStreamReader::~TQuillonStreamReader() {
+  try {
+    TQuillonStreamReader::FlushBuffer();
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): a destructor has nobody to tell
+  }
+}
+
+void TQuillonStreamReader::FlushBuffer() {
+  const std::size_t Back = Unread();
+  FBufferPosition = FBufferEnd = 0;
+  if (Back > 0) {
+    FStream.Seek(-static_cast<std::int64_t>(Back), TQuillonSeekOrigin::Current);
+  }
+}
+
+std::size_t TQuillonStreamReader::Read(std::span<char> ABuffer) {
+  std::size_t Done = 0;
+  while (Done < ABuffer.size()) {
+    const std::span<char> Left = ABuffer.subspan(Done);
+    if (FBuffer.empty()) {
+      const std::size_t Got = FStream.Read(Left);
+      if (Got == 0) {
+        break;
+      }
+      Done += Got;
+      continue;
+    }
+    if (Unread() == 0) {
+      FBufferPosition = FBufferEnd = 0;
+      FBufferEnd = FStream.Read(FBuffer);
+      if (FBufferEnd == 0) {
+        break;
+      }
+    }
+    const std::size_t Count = std::min(Left.size(), Unread());
+    std::memcpy(Left.data(), FBuffer.data() + FBufferPosition, Count);
+    FBufferPosition += Count;
+    Done += Count;
+  }
+  return Done;
+}
+
+bool TQuillonStreamReader::Available(std::int64_t ACount) {
+  const std::int64_t Wanted = ACount - static_cast<std::int64_t>(Unread());
+  return Wanted <= 0 || FStream.Size() - FStream.Position() >= Wanted;
+}

@@ -1,0 +1,122 @@
+#include "QuillonStreams/Writer.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "QuillonStreams/Extended.h"
+#include "QuillonText.h"
+
+void TQuillonWriter::WriteAll(std::string_view ABytes) {
+  if (Write(ABytes) != ABytes.size()) {
+    throw EQuillonWriterError();
+  }
+}
+
+void TQuillonWriter::WriteLength(std::uint64_t ALength) {
+  if (ALength > static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max())) {
+    throw EQuillonWriterError();
+  }
+  WriteLongInt(static_cast<std::int32_t>(ALength));
+}
+
+/// @param ASource gives the piece at a place, of a size
+template <class TSource>
+void TQuillonWriter::WritePieces(std::size_t ASize, TSource ASource) {
+  WriteLength(ASize);
+  for (std::size_t Done = 0; Done < ASize;) {
+    const std::string_view Piece = ASource(Done, std::min(ASize - Done, QuillonStreams::PieceSize));
+    WriteAll(Piece);
+    Done += Piece.size();
+    QuillonStreams::Report(FOnProgress, Done, ASize);
+  }
+}
+
+void TQuillonWriter::WriteExtended(double AValue) {
+  const QuillonExtended::TBytes Bytes = QuillonExtended::Encode(AValue);
+  WriteAll({reinterpret_cast<const char*>(Bytes.data()), Bytes.size()});
+}
+
+void TQuillonWriter::WriteGuid(const TGUID& AValue) {
+  std::array<char, QuillonStreams::GuidPlaces.size()> Bytes{};
+  for (std::size_t I = 0; I < Bytes.size(); ++I) {
+    Bytes[I] = static_cast<char>(AValue.Bytes[QuillonStreams::GuidPlaces[I]]);
+  }
+  WriteAll({Bytes.data(), Bytes.size()});
+}
+
+void TQuillonWriter::WriteString(std::string_view AValue) {
+  const std::string Units = QuillonText::ToUtf16LE(AValue);
+  WriteLength(Units.size() / 2);
+  WriteAll(Units);
+}
+
+void TQuillonWriter::WriteUtf8String(std::string_view AValue) {
+  if (QuillonText::FindInvalidUtf8(AValue) == std::string_view::npos) {
+    WriteBinary(AValue);
+  } else {
+    WriteBinary(QuillonText::ReplaceInvalidUtf8(AValue));
+  }
+}
+
+void TQuillonWriter::WriteStrings(std::span<const std::string> AValue) {
+  std::string Text;
+  for (const std::string& Item : AValue) {
+    Text.append(Item).append("\r\n");
+  }
+  WriteString(Text);
+}
+
+void TQuillonWriter::WriteBinary(std::string_view ABytes) {
+  WritePieces(ABytes.size(), [&](std::size_t APlace, std::size_t ASize) { return ABytes.substr(APlace, ASize); });
+}
+
+void TQuillonWriter::WriteBinary(TQuillonStream& AStream) {
+  AStream.Seek(0, TQuillonSeekOrigin::Begin);
+  std::string Piece;
+  WritePieces(static_cast<std::size_t>(AStream.Size()), [&](std::size_t /*APlace*/, std::size_t ASize) {
+    Piece.resize(ASize);
+    AStream.ReadBuffer(Piece);
+    return std::string_view(Piece);
+  });
+}
+
+TQuillonStreamWriter::TQuillonStreamWriter(TQuillonStream& AStream, std::size_t ABufferSize)
+    : FStream(AStream), FBufferSize(ABufferSize) {
+  FBuffer.reserve(ABufferSize);
+}
+
+TQuillonStreamWriter::~TQuillonStreamWriter() {
+  try {
+    TQuillonStreamWriter::FlushBuffer();
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): a destructor has nobody to tell
+  }
+}
+
+void TQuillonStreamWriter::FlushBuffer() {
+  if (FBuffer.empty()) {
+    return;
+  }
+  try {
+    FStream.Write(FBuffer);
+  } catch (...) {
+    FBuffer.clear();
+    throw;
+  }
+  FBuffer.clear();
+}
+
+std::size_t TQuillonStreamWriter::Write(std::string_view ABytes) {
+  if (FBufferSize == 0) {
+    FStream.Write(ABytes);
+    return ABytes.size();
+  }
+  for (std::string_view Left = ABytes; !Left.empty();) {
+    const std::size_t Count = std::min(Left.size(), FBufferSize - FBuffer.size());
+    FBuffer.append(Left.substr(0, Count));
+    Left.remove_prefix(Count);
+    if (FBuffer.size() == FBufferSize) {
+      FlushBuffer();
+    }
+  }
+  return ABytes.size();
+}
