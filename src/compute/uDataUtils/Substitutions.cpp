@@ -61,7 +61,7 @@ bool IsShown(const TVELAenderung& AChange, std::uint8_t AMode,
     case TChangeKind::Vertretung: {
       const auto& Substitution = static_cast<const TVELVertretung&>(AChange);
       return !NeedsNoSubstitution(Substitution) &&
-             (StaysWithoutObjects(Substitution, AMode) || AHasObjects(Substitution));
+             (AHasObjects(Substitution) || StaysWithoutObjects(Substitution, AMode));
     }
     case TChangeKind::Mitteilung:
       return AMode != smSubstitutions && !static_cast<const TVELMitteilung&>(AChange).Ganztaegig();

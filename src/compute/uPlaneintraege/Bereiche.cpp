@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <iterator>
+#include <unordered_map>
 
 #include "uDataUtils/Context.h"
 #include "uDataUtils/Publishing.h"
@@ -21,6 +22,12 @@ namespace uPlaneintraege {
 namespace {
 
 constexpr int DaysPerWeek = 7;
+
+/// True if so many take part that an entry for each of them would take too long.
+bool IsCrowded(const TVELTermin& ATermin) {
+  constexpr std::size_t Many = 64;
+  return ATermin.FLehrer.Items().size() + ATermin.Klassen().size() > Many;
+}
 
 const TVELVeranstaltungsliste& LessonsOf(const TPlanContext& AContext, const TVELPlanobjekt* AnObject) {
   return AnObject != nullptr ? AnObject->FVeranstaltungen : AContext.Plan().FVeranstaltungen;
@@ -164,7 +171,7 @@ void GetTerminEintraege(const TPlanContext& AContext, const TLessonFilter& AFilt
     if (AList.Count() >= AMax || (APeriod != nullptr && ALesson.FZeitraum != APeriod) || !ATermin.Scheduled() ||
         (!ATermin.Reoccur() && !TakesSingle) || (ADay != velNoDay && ATermin.Wochentag() != ADay) ||
         (ARange && !IsInRange(AContext, ATermin, *ARange)) ||
-        (AFilter.Seen != nullptr && !AFilter.Seen->insert(&ATermin).second)) {
+        (AFilter.Seen != nullptr && IsCrowded(ATermin) && !AFilter.Seen->insert(&ATermin).second)) {
       return;
     }
     TVELPlaneintrag& Entry = AList.Add();
@@ -229,20 +236,26 @@ void GetVertretungen(const TPlanContext& AContext, TVELPlanobjekt* AnObject, std
   if (AnObject != nullptr) {
     Filter.Objects = std::span(&Object, 1);
   }
+  const auto Make = [&](TVELAenderung& AChange) {
+    if (AChange.Kind() == TChangeKind::AufsichtsVertretung) {
+      return CreateChangeEintrag(AContext, AChange, AnObject, APublicOnly);
+    }
+    // As in the plan of an object, with the appointment that takes the place.
+    TVELPlanEintragListe Made;
+    CreateEintrag(AContext, AnObject, AChange.Termin(), APublicOnly, Made, {AChange.FStart, AChange.FEnde}, nullptr,
+                  &AChange);
+    return std::move(Made.Items().front());
+  };
+  std::unordered_map<const TVELAenderung*, std::unique_ptr<TVELPlaneintrag>> Substitutions;
   const auto HasObjects = [&](const TVELAenderung& AChange) {
-    const auto Entry = CreateChangeEintrag(AContext, const_cast<TVELAenderung&>(AChange), AnObject, APublicOnly);
+    const auto& Entry = Substitutions[&AChange] = Make(const_cast<TVELAenderung&>(AChange));
     const auto AnyIn = [](const auto&... ALists) { return (!ALists.empty() || ...); };
     return AnyIn(Entry->FFehlendeFaecher, Entry->FFehlendeKlassen, Entry->FFehlendeLehrer, Entry->FFehlendeRaeume,
                  Entry->FNeueFaecher, Entry->FNeueKlassen, Entry->FNeueLehrer, Entry->FNeueRaeume);
   };
   for (TVELAenderung* const Change : uDataUtils::AllSubstitutions(AContext, Filter, HasObjects)) {
-    if (Change->Kind() == TChangeKind::AufsichtsVertretung) {
-      AList.Add(CreateChangeEintrag(AContext, *Change, AnObject, APublicOnly));
-    } else {
-      // As in the plan of an object, with the appointment that takes the place.
-      CreateEintrag(AContext, AnObject, Change->Termin(), APublicOnly, AList, {Change->FStart, Change->FEnde}, nullptr,
-                    Change);
-    }
+    const auto Made = Substitutions.find(Change);
+    AList.Add(Made != Substitutions.end() ? std::move(Made->second) : Make(*Change));
   }
 }
 

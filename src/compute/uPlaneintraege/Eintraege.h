@@ -56,7 +56,7 @@ struct TLessonFilter {
   TVELPlanobjekt* Object = nullptr;  ///< null for all of the plan
   const TVELSchueler* Student = nullptr;
   bool CoursesOnly = false;
-  TSeen* Seen = nullptr;  ///< appointments that are passed over; takes those that are told
+  TSeen* Seen = nullptr;  ///< appointments of more than 64 teachers and classes that are passed over; takes those told
 };
 
 /// One entry for each appointment: the timetable of all weeks. An appointment without occurrence has neither start nor

@@ -47,7 +47,6 @@ class TCollector {
  private:
   void Find(TVELPlanobjekt& AnObject, bool AClassPass, TVELPlanEintragListe& AFound) {
     if (FExport.AlleWochen) {
-      // An appointment has the same entry for each that takes part.
       uPlaneintraege::GetWochenEintraege(FRun.Context, &AnObject,
                                          {.CoursesOnly = AClassPass, .PublicOnly = true, .Seen = &FExport.Log}, AFound);
     } else if (FRun.Has(xmlLessons)) {
