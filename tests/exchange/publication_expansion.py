@@ -131,7 +131,7 @@ class Expansion:
         for appointment in self.appointments(who, only_courses):
             weekly = appointment.lesson.flag("Reoccur", 1)
             if appointment not in self.seen and (not weekly or appointment.number("Weekday")
-                                                 and self.next_occurrence(who, appointment, school)):
+                                                 and self.next_occurrence(None, appointment, school)):
                 own = self.walk(who, appointment)
                 if own is not None:
                     self.seen.add(appointment)
