@@ -37,8 +37,11 @@ TSpan PlanValidity(const TPlanContext& AContext) {
   return {AContext.Plan().FEinstellungen->FGueltigVon, AContext.Plan().FEinstellungen->FGueltigBis};
 }
 
-/// True if the span shares a day with the validity.
+/// True if the span shares a day with the validity, which may have none.
 bool Shares(const TSpan& AValidity, const TSpan& ASpan) {
+  if (AValidity.Finish != 0 && DayOf(AValidity.Start) > DayOf(AValidity.Finish)) {
+    return false;
+  }
   return DateOverlap(ASpan, {AValidity.Start != 0 ? AValidity.Start : ASpan.Start,
                              AValidity.Finish != 0 ? AValidity.Finish : ASpan.Finish});
 }
