@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "QuillonDateTime.h"
+#include "QuillonDateTimeCalendar.h"
 
 namespace uDataUtils {
 
@@ -47,5 +48,7 @@ TVELDate MondayOf(TVELDateTime ADate) {
 TVELDate DayOf(TVELDateTime ADate) { return std::trunc(ADate); }
 
 TVELTime TimeOf(TVELDateTime ADate) { return std::abs(ADate - std::trunc(ADate)); }
+
+std::int64_t Milliseconds(TVELDateTime ADate) { return QuillonDateTimeCalendar::Split(ADate).Absolute(); }
 
 }  // namespace uDataUtils

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "uPlandaten/Werte.h"
 
 namespace uDataUtils {
@@ -28,5 +30,7 @@ TVELDate MondayOf(TVELDateTime ADate);
 TVELDate DayOf(TVELDateTime ADate);
 /// The time of day, as a fraction of a day.
 TVELTime TimeOf(TVELDateTime ADate);
+/// Milliseconds since 1899-12-30. Times are compared in them: one that two sums tell may differ in its last bits.
+std::int64_t Milliseconds(TVELDateTime ADate);
 
 }  // namespace uDataUtils

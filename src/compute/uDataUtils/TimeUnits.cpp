@@ -1,7 +1,6 @@
 #include "uDataUtils/TimeUnits.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <limits>
 
@@ -14,8 +13,7 @@ namespace {
 constexpr std::int64_t MinuteLength = 60000;
 constexpr std::int64_t DayLength = MinuteLength * 60 * 24;
 
-/// Times are compared in milliseconds: the same time of two days may differ in the last bits.
-std::int64_t Milliseconds(TVELTime ATime) { return std::llround(TimeOf(ATime) * static_cast<double>(DayLength)); }
+std::int64_t TimeOfDay(TVELDateTime ATime) { return Milliseconds(TimeOf(ATime)); }
 
 TVELTime FromMilliseconds(std::int64_t ACount) { return static_cast<double>(ACount) / static_cast<double>(DayLength); }
 
@@ -28,8 +26,8 @@ struct TRow {
 
 /// A row's times; it may end at midnight, and one that ends ahead of its start has no length.
 TRow RowTimes(const TVELZeitrahmenzeile& ARow) {
-  const std::int64_t Start = Milliseconds(ARow.FStart);
-  const std::int64_t Finish = Milliseconds(ARow.FEnde);
+  const std::int64_t Start = TimeOfDay(ARow.FStart);
+  const std::int64_t Finish = TimeOfDay(ARow.FEnde);
   return {Start, Finish == 0 && Start != 0 ? DayLength : std::max(Start, Finish)};
 }
 
@@ -60,7 +58,7 @@ TVELDateTime ApplyBreakRule(const TVELZeitrahmen& AFrame, TVELDateTime AnEnd) {
   if (!AFrame.FBookAdaptive) {
     return AnEnd;
   }
-  const std::int64_t End = Milliseconds(AnEnd);
+  const std::int64_t End = TimeOfDay(AnEnd);
   std::int64_t Latest = 0;
   for (const TVELZeitrahmenzeile* Line : AFrame.FZeilen) {
     const TRow Row = RowTimes(*Line);
@@ -75,7 +73,7 @@ TVELDateTime ApplyBreakRule(const TVELZeitrahmen& AFrame, TVELDateTime AnEnd) {
 }
 
 TVELDateTime SkipBreak(const TVELZeitrahmen& AFrame, TVELDateTime ATime) {
-  const std::int64_t Time = Milliseconds(ATime);
+  const std::int64_t Time = TimeOfDay(ATime);
   bool EndsHere = false;
   std::int64_t Next = DayLength;
   for (const TVELZeitrahmenzeile* Line : AFrame.FZeilen) {

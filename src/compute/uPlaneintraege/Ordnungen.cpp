@@ -22,7 +22,6 @@
 #include "uPlandaten/Termine.h"
 #include "uPlandaten/Veranstaltungen.h"
 #include "uPlaneintraege/Texte.h"
-#include "uPlaneintraege/Vorkommen.h"
 
 namespace uPlaneintraege {
 
@@ -98,9 +97,13 @@ TKey ByText(TText AText, bool (*AnApplies)(const TVELPlaneintrag&) = nullptr) {
   return {.Number = {}, .Text = AText, .Applies = AnApplies};
 }
 
-std::int64_t Moment(const TVELPlaneintrag& AnEntry) { return Milliseconds(AnEntry.FStart); }
-std::int64_t Day(const TVELPlaneintrag& AnEntry) { return Milliseconds(AnEntry.FStart) / MillisecondsPerDay; }
-std::int64_t Time(const TVELPlaneintrag& AnEntry) { return Milliseconds(uDataUtils::TimeOf(AnEntry.FStart)); }
+std::int64_t Moment(const TVELPlaneintrag& AnEntry) { return uDataUtils::Milliseconds(AnEntry.FStart); }
+std::int64_t Day(const TVELPlaneintrag& AnEntry) {
+  return uDataUtils::Milliseconds(AnEntry.FStart) / MillisecondsPerDay;
+}
+std::int64_t Time(const TVELPlaneintrag& AnEntry) {
+  return uDataUtils::Milliseconds(uDataUtils::TimeOf(AnEntry.FStart));
+}
 std::int64_t Weeks(const TVELPlaneintrag& AnEntry) { return AnEntry.FWochenSortIndex; }
 
 bool HasLesson(const TVELPlaneintrag& AnEntry) {

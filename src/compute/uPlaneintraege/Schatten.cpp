@@ -2,6 +2,7 @@
 
 #include "uDataUtils/Absences.h"
 #include "uDataUtils/Context.h"
+#include "uDataUtils/Spans.h"
 #include "uPlandaten/Klassen.h"
 #include "uPlandaten/Lehrer.h"
 #include "uPlandaten/Raeume.h"
@@ -9,7 +10,6 @@
 #include "uPlandaten/Vertretungen.h"
 #include "uPlaneintraege/Eintraege.h"
 #include "uPlaneintraege/Mengen.h"
-#include "uPlaneintraege/Vorkommen.h"
 
 namespace uPlaneintraege {
 
@@ -36,7 +36,7 @@ std::optional<bool> ShadowOfMoved(const TVELPlanobjekt& AnObject, const TVELPlan
     return !Substitution->FNeu.Contains(&AnObject) && !Substitution->FNeuerTermin->FRaeume.Contains(&AnObject);
   }
   if (Substitution->FTauschTerminLehrer && uDataObjects::As<TVELLehrer>(&AnObject) != nullptr) {
-    return Milliseconds(AnEntry.FStart) == Milliseconds(Substitution->FNeuesTerminDatum);
+    return uDataUtils::Milliseconds(AnEntry.FStart) == uDataUtils::Milliseconds(Substitution->FNeuesTerminDatum);
   }
   return std::nullopt;
 }

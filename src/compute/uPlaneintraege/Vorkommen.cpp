@@ -1,7 +1,6 @@
 #include "uPlaneintraege/Vorkommen.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "uDataUtils/Absences.h"
 #include "uDataUtils/Context.h"
@@ -14,6 +13,8 @@
 #include "uPlandaten/Vertretungen.h"
 
 namespace uPlaneintraege {
+
+using uDataUtils::Milliseconds;
 
 namespace {
 
@@ -46,11 +47,6 @@ void SetShadow(const TPlanContext& AContext, TVELPlaneintrag& AnEntry) {
 }
 
 }  // namespace
-
-std::int64_t Milliseconds(TVELDateTime ATime) {
-  constexpr double PerDay = 24.0 * 60 * 60 * 1000;
-  return std::llround(ATime * PerDay);
-}
 
 TVELPlaneintrag& CreateEintrag(const TPlanContext& AContext, TVELPlanobjekt* AnObject, TVELTermin* ATermin,
                                bool APublicOnly, TVELPlanEintragListe& AList, TSpan ASpan, TVELZuweisung* AnAssignment,

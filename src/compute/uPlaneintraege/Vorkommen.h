@@ -45,7 +45,4 @@ class TOccurrence {
 bool ExpandOccurrence(const TPlanContext& AContext, TVELPlanobjekt* AnObject, TVELTermin& ATermin, bool APublicOnly,
                       bool AKeepGaps, TVELPlanEintragListe& AList, const TSpan& ASpan);
 
-/// The time in milliseconds: the same time told by two sums may differ in the last bits.
-std::int64_t Milliseconds(TVELDateTime ATime);
-
 }  // namespace uPlaneintraege

@@ -105,7 +105,9 @@ class TCollector {
     if (What == nullptr) {
       What = AnEntry.FTermin;
     }
-    return What == nullptr || FKeys.insert({What, Milliseconds(AnEntry.FStart), Milliseconds(AnEntry.FFinish)}).second;
+    return What == nullptr ||
+           FKeys.insert({What, uDataUtils::Milliseconds(AnEntry.FStart), uDataUtils::Milliseconds(AnEntry.FFinish)})
+               .second;
   }
 
   static constexpr int NoLesson = 6;  ///< kind of change

@@ -4,7 +4,6 @@
 #include <iterator>
 
 #include "QuillonDateTime.h"
-#include "QuillonDateTimeCalendar.h"
 #include "QuillonNumbers.h"
 #include "uDataObjects/DataObjects.h"
 #include "uJSONExport/JSONExport.h"
@@ -108,8 +107,6 @@ std::string Colour(TColor AColour) {
   }
   return Text;
 }
-
-std::int64_t Milliseconds(TVELDateTime AValue) { return QuillonDateTimeCalendar::Split(AValue).Absolute(); }
 
 void TNode::Text(std::string_view AName, std::string_view AValue) {
   std::string Scratch;

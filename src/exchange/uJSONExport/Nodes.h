@@ -24,8 +24,6 @@ std::string Stamp(TVELDateTime AValue);
 std::string Identifier(const TVELDataObject* AnObject);
 /// "#rrggbb"; empty for no colour and for that of windows.
 std::string Colour(TColor AColour);
-/// Milliseconds since 1899-12-30: times are equal to the millisecond.
-std::int64_t Milliseconds(TVELDateTime AValue);
 
 /// The abbreviation; empty for null.
 template <class T>

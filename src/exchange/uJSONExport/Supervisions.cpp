@@ -35,7 +35,9 @@ const TVELAufsichtsbereich* AreaOf(const TVELPlaneintrag& AnEntry) {
   return AnEntry.FAufsicht != nullptr ? AnEntry.FAufsicht->Bereich() : nullptr;
 }
 
-std::int64_t TimeOfDay(TVELDateTime AValue) { return Milliseconds(AValue) - Milliseconds(uDataUtils::DayOf(AValue)); }
+std::int64_t TimeOfDay(TVELDateTime AValue) {
+  return uDataUtils::Milliseconds(AValue) - uDataUtils::Milliseconds(uDataUtils::DayOf(AValue));
+}
 
 /// From the end of a row of the day to the start of the next one.
 using TGaps = std::set<std::pair<std::int64_t, std::int64_t>>;
