@@ -55,14 +55,16 @@ void TQuillonDataAbstractObject::SetID(const TGUID& AnID) {
 }
 
 void TQuillonDataAbstractObject::Register() {
-  TQuillonDataStorage* const Store = Storage();
-  if (Store == nullptr) {
-    return;
+  if (TQuillonDataStorage* const Store = Storage()) {
+    EnterRegistry(*Store);
   }
+}
+
+void TQuillonDataAbstractObject::EnterRegistry(TQuillonDataStorage& AStorage) {
   if (TQuillonDataList* const List = AsList()) {
-    Store->Registry().AddList(*List);
+    AStorage.Registry().AddList(*List);
   } else {
-    Store->Registry().AddObject(*this);
+    AStorage.Registry().AddObject(*this);
   }
 }
 
@@ -135,15 +137,19 @@ TQuillonDataStorage* TQuillonDataAbstractObject::Storage() const {
   return Top == nullptr ? nullptr : Top->AsStorage();
 }
 
-void TQuillonDataAbstractObject::Change() {
+TQuillonDataStorage* TQuillonDataAbstractObject::StampChange() {
   FChanged = QuillonDateTime::Now();
-  if (TQuillonDataStorage* const Store = Storage()) {
+  TQuillonDataStorage* const Store = Storage();
+  if (Store != nullptr) {
     FOwner->Change();
     if (const TQuillonDataChangeLog& Log = Store->ChangeLog(); !Log.IsLocked()) {
       FChangedBy = Log.FUserName;
     }
   }
+  return Store;
 }
+
+void TQuillonDataAbstractObject::Change() { StampChange(); }
 
 void TQuillonDataAbstractObject::TakeStamps(const TQuillonDataAbstractObject& AnObject) {
   FVersion = AnObject.FVersion;
@@ -198,16 +204,40 @@ void TQuillonDataAbstractObject::ReadProperties(TQuillonDataObjectReader& AReade
 
 void TQuillonDataAbstractObject::WriteProperties(TQuillonDataObjectWriter& AWriter) const { AWriter.WriteRows(*this); }
 
+TQuillonDataChangeLog* TQuillonDataAbstractObject::RecordingLog(TQuillonDataStorage* AStorage) {
+  return AStorage != nullptr && AStorage->ChangeLog().IsRecording() ? &AStorage->ChangeLog() : nullptr;
+}
+
 void TQuillonDataAbstractObject::AfterConstruction(TQuillonDataAbstractObject* AnOwner, const TGUID& AnID) {
   FOwner = AnOwner;
   FID = AnID;
   FHasID = true;
-  Register();
-  InitProperties();
+  TQuillonDataStorage* const Store = Storage();
+  if (Store != nullptr) {
+    EnterRegistry(*Store);
+  }
+  TQuillonDataChangeLog* const Log = RecordingLog(Store);
+  {
+    // The parts that the object makes for itself are told with it.
+    const TQuillonDataChangeLogLock Lock(Log);
+    InitProperties();
+  }
+  if (Log != nullptr && DataClass().DescendsFrom(TQuillonDataObject::Class())) {
+    Log->RecordCreation(static_cast<TQuillonDataObject&>(*this));
+  }
 }
 
 void TQuillonDataAbstractObject::BeforeDestruction() {
-  Unregister();
+  TQuillonDataChangeLog* Log = nullptr;
+  if (FRegistered) {
+    Log = RecordingLog(Storage());
+    if (Log != nullptr && DataClass().DescendsFrom(TQuillonDataObject::Class())) {
+      Log->RecordRelease(static_cast<TQuillonDataObject&>(*this));
+    }
+    LeaveRegistry();
+  }
+  // What goes with the object, and all references to it, is told with its end.
+  const TQuillonDataChangeLogLock Lock(Log);
   FreeProperties();
 }
 
@@ -220,6 +250,14 @@ const TQuillonDataClass& TQuillonDataObject::Class() {
 void TQuillonDataObject::Extract() {
   if (TQuillonDataList* const List = FOwner != nullptr ? FOwner->AsList() : nullptr) {
     List->Extract(this);
+  }
+}
+
+void TQuillonDataObject::Change() {
+  TQuillonDataStorage* const Store = StampChange();
+  AfterStamp();
+  if (TQuillonDataChangeLog* const Log = RecordingLog(Store)) {
+    Log->RecordModification(*this);
   }
 }
 
@@ -265,6 +303,32 @@ void TQuillonDataHolder::Drop(TQuillonDataObject& AnObject, TQuillonDataAbstract
   if (AnObject.FOwner == &AHolder) {
     AnObject.SetOwner(AHolder.AsStorage() != nullptr ? &AHolder : AHolder.Storage());
   }
+}
+
+bool TQuillonDataHolder::LeaveLists(TQuillonDataObject& AnObject, TQuillonDataStorage& AStorage) {
+  if (!AnObject.FIsHeld) {
+    return true;
+  }
+  // The last list to let go would free it.
+  struct THeld {
+    TQuillonDataObject& Object;
+    TQuillonDataStorage& Storage;
+    THeld(TQuillonDataObject& AHeld, TQuillonDataStorage& AHolder) : Object(AHeld), Storage(AHolder) {
+      Hold(Object, Storage);
+    }
+    THeld(const THeld&) = delete;
+    THeld& operator=(const THeld&) = delete;
+    ~THeld() { Drop(Object, Storage); }
+  };
+  {
+    const THeld Held(AnObject, AStorage);
+    for (TQuillonDataAbstractObject* Holder : std::vector(*AnObject.FHolders)) {
+      if (TQuillonDataList* const List = Holder->AsList()) {
+        List->RemoveObject(&AnObject);
+      }
+    }
+  }
+  return !AnObject.FIsHeld;
 }
 
 namespace QuillonDataObjects {
