@@ -10,6 +10,15 @@
 #include "QuillonDataObjects/ReaderWriter.h"
 #include "QuillonDataObjects/Storage.h"
 
+namespace {
+
+/// The storage's change log if it records; null else.
+TQuillonDataChangeLog* RecordingLog(TQuillonDataStorage* AStorage) {
+  return AStorage != nullptr && AStorage->ChangeLog().IsRecording() ? &AStorage->ChangeLog() : nullptr;
+}
+
+}  // namespace
+
 const TQuillonDataClass& TQuillonDataAbstractObject::Class() {
   using T = TQuillonDataAbstractObject;
   static const TQuillonDataClass Class = TQuillonDataClassBuilder("TQuillonDataAbstractObject", {}, nullptr, nullptr)
@@ -204,10 +213,6 @@ void TQuillonDataAbstractObject::ReadProperties(TQuillonDataObjectReader& AReade
 
 void TQuillonDataAbstractObject::WriteProperties(TQuillonDataObjectWriter& AWriter) const { AWriter.WriteRows(*this); }
 
-TQuillonDataChangeLog* TQuillonDataAbstractObject::RecordingLog(TQuillonDataStorage* AStorage) {
-  return AStorage != nullptr && AStorage->ChangeLog().IsRecording() ? &AStorage->ChangeLog() : nullptr;
-}
-
 void TQuillonDataAbstractObject::AfterConstruction(TQuillonDataAbstractObject* AnOwner, const TGUID& AnID) {
   FOwner = AnOwner;
   FID = AnID;
@@ -228,6 +233,9 @@ void TQuillonDataAbstractObject::AfterConstruction(TQuillonDataAbstractObject* A
 }
 
 void TQuillonDataAbstractObject::BeforeDestruction() {
+  if (TQuillonDataStorage* const Store = AsStorage()) {
+    Store->StopBackgroundSaver();
+  }
   TQuillonDataChangeLog* Log = nullptr;
   if (FRegistered) {
     Log = RecordingLog(Storage());
@@ -270,6 +278,13 @@ void TQuillonDataHolder::Hold(TQuillonDataObject& AnObject, TQuillonDataAbstract
   }
   AnObject.FIsHeld = true;
   AnObject.MoveTo(AHolder);
+}
+
+bool TQuillonDataHolder::IsHeldBy(const TQuillonDataObject& AnObject, const TQuillonDataAbstractObject& AHolder) {
+  if (AnObject.FHolders != nullptr) {
+    return std::ranges::find(*AnObject.FHolders, &AHolder) != AnObject.FHolders->end();
+  }
+  return AnObject.FIsHeld && AnObject.FOwner == &AHolder;
 }
 
 void TQuillonDataHolder::Release(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder) {

@@ -14,7 +14,6 @@
 #include "QuillonTypes.h"
 
 class TQuillonDataClass;
-class TQuillonDataChangeLog;
 class TQuillonDataList;
 class TQuillonDataObject;
 class TQuillonDataObjectReader;
@@ -132,8 +131,6 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   friend class TQuillonDataSweep;
   friend void QuillonDataObjects::Free(TQuillonDataAbstractObject* AnObject);
 
-  /// The storage's change log if it records; null else.
-  static TQuillonDataChangeLog* RecordingLog(TQuillonDataStorage* AStorage);
   void AfterConstruction(TQuillonDataAbstractObject* AnOwner, const TGUID& AnID);
   void BeforeDestruction();
   void MakeID() const;
@@ -193,6 +190,7 @@ class TQuillonDataHolder {
   /// Lets go without freeing. One of those who hold the object still becomes the owner in the holder's place.
   static void Drop(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder);
   static bool IsHeld(const TQuillonDataObject& AnObject) { return AnObject.FIsHeld; }
+  static bool IsHeldBy(const TQuillonDataObject& AnObject, const TQuillonDataAbstractObject& AHolder);
   /// Takes the object out of all lists that hold it. @return whether nobody holds it then
   static bool LeaveLists(TQuillonDataObject& AnObject, TQuillonDataStorage& AStorage);
   /// Remembers that a document names the object: others may come to refer to it as long as that is read.
