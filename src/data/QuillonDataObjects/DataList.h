@@ -7,6 +7,8 @@
 #include "QuillonDataObjects/DataObject.h"
 #include "QuillonDataObjects/QuickSort.h"
 
+class TQuillonDataChangeLog;
+
 using TQuillonDataObjectSet = std::unordered_set<const TQuillonDataAbstractObject*>;
 
 /// Order of two items: negative, zero or positive.

@@ -78,14 +78,16 @@ void TQuillonDataAbstractObject::EnterRegistry(TQuillonDataStorage& AStorage) {
 }
 
 void TQuillonDataAbstractObject::LeaveRegistry() {
-  TQuillonDataStorage* const Store = Storage();
-  if (Store == nullptr) {
-    return;
+  if (TQuillonDataStorage* const Store = Storage()) {
+    LeaveRegistry(*Store);
   }
+}
+
+void TQuillonDataAbstractObject::LeaveRegistry(TQuillonDataStorage& AStorage) {
   if (TQuillonDataList* const List = AsList()) {
-    Store->Registry().RemoveList(*List);
+    AStorage.Registry().RemoveList(*List);
   } else {
-    Store->Registry().RemoveObject(*this);
+    AStorage.Registry().RemoveObject(*this);
   }
 }
 
@@ -237,12 +239,12 @@ void TQuillonDataAbstractObject::BeforeDestruction() {
     Store->StopBackgroundSaver();
   }
   TQuillonDataChangeLog* Log = nullptr;
-  if (FRegistered) {
-    Log = RecordingLog(Storage());
+  if (TQuillonDataStorage* const Store = FRegistered ? Storage() : nullptr) {
+    Log = RecordingLog(Store);
     if (Log != nullptr && DataClass().DescendsFrom(TQuillonDataObject::Class())) {
       Log->RecordRelease(static_cast<TQuillonDataObject&>(*this));
     }
-    LeaveRegistry();
+    LeaveRegistry(*Store);
   }
   // What goes with the object, and all references to it, is told with its end.
   const TQuillonDataChangeLogLock Lock(Log);

@@ -137,6 +137,7 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   void Register();
   void EnterRegistry(TQuillonDataStorage& AStorage);
   void LeaveRegistry();
+  void LeaveRegistry(TQuillonDataStorage& AStorage);
   /// Sets the owner. What comes into another storage, or leaves one, changes the registry with all that it owns.
   void MoveTo(TQuillonDataAbstractObject& AnOwner);
   /// The objects that this one owns itself: items of its lists and nested ones.

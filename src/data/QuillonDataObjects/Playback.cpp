@@ -7,6 +7,7 @@
 #include "QuillonDataObjects/Content.h"
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/DataList.h"
+#include "QuillonDataObjects/ReaderWriter.h"
 #include "QuillonDataObjects/Snapshot.h"
 #include "QuillonDataObjects/Storage.h"
 #include "QuillonText.h"
