@@ -42,6 +42,7 @@ void TQuillonDataList::Perform(const TOperation& AnOperation) {
   const bool IsRecording = Log != nullptr && Log->IsRecording();
   const bool IsRecorded = IsRecording && IsPersisted();
   const int CountBefore = IsRecorded ? Log->Count() : 0;
+  const std::int64_t VersionBefore = FVersion;
   if (IsRecorded) {
     Record(AnOperation, *Log);
   }
@@ -53,6 +54,7 @@ void TQuillonDataList::Perform(const TOperation& AnOperation) {
     // Refused by a hook: nothing has happened.
     if (IsRecorded && Log->Count() > CountBefore) {
       Log->DropLast();
+      FVersion = VersionBefore;
     }
     throw;
   }
