@@ -283,6 +283,10 @@ TEST(ChangeLogOfAPlan, TwoUsersWorkSideBySideUntilOneIsStale) {
   EXPECT_EQ(PlayOn(*Server, B->ChangeLog()), "");
   const int Last = Server->FRaeume.Count() - 1;
   EXPECT_EQ(Server->FRaeume.GetItem(Last - 1)->FKuerzel + Server->FRaeume.GetItem(Last)->FKuerzel, "Ann1Bob1");
+  const TVELVerzeichnisse& Keys = *Server->FVerzeichnisse;
+  EXPECT_TRUE(
+      Keys.FSchulformen.GetItem(Keys.FSchulformen.Count() - 1)->DataClass().DescendsFrom(TVELSchulform::Class()));
+  EXPECT_TRUE(Keys.FSchultypen.GetItem(Keys.FSchultypen.Count() - 1)->DataClass().DescendsFrom(TVELSchultyp::Class()));
   EXPECT_EQ(Server->FRaeume.GetItem(Last)->FCreatedBy.Text(), "bob");
   EXPECT_EQ(Server->FLehrer.GetItem(0)->FBemerkung, "b");
   EXPECT_EQ(Server->FFehlzeiten.GetItem(0)->FModified, A->FFehlzeiten.GetItem(0)->FModified);
@@ -292,12 +296,11 @@ TEST(ChangeLogOfAPlan, TwoUsersWorkSideBySideUntilOneIsStale) {
     std::string Conflict;
   };
   const std::string Teacher = "Lehrer \"" + Server->FLehrer.GetItem(0)->FKuerzel + "\"";
-  const std::string Room = Server->FRaeume.GetItem(0)->GetDisplayName();
   const std::vector<TCase> Cases = {
       {[](TVELPlan& APlan) { APlan.FLehrer.GetItem(0)->Set(APlan.FLehrer.GetItem(0)->FBemerkung, std::string("a")); },
        "\"" + Teacher + "\" wurde bereits von Benutzer \"bob\" modifiziert."},
-      {[](TVELPlan& APlan) { APlan.FRaeume.GetItem(0)->Set(APlan.FRaeume.GetItem(0)->FKuerzel, std::string("bob1")); },
-       "Das Kürzel \"bob1\" ist bereits vorhanden."},
+      {[](TVELPlan& APlan) { APlan.FRaeume.GetItem(0)->Set(APlan.FRaeume.GetItem(0)->FKuerzel, std::string("Bob1")); },
+       "Das Kürzel \"Bob1\" ist bereits vorhanden."},
   };
   for (const TCase& Case : Cases) {
     A->ChangeLog().Clear();
