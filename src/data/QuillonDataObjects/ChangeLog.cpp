@@ -1,5 +1,6 @@
 #include "QuillonDataObjects/ChangeLog.h"
 
+#include <algorithm>
 #include <iterator>
 #include <limits>
 #include <string>
@@ -52,9 +53,7 @@ void TQuillonDataChangeLog::ReadProperties(TQuillonObjectReader& AReader) {
   }
   // The count is not believed: it reserves nothing.
   std::vector<TQuillonDataOperation> Operations;
-  for (std::int32_t I = 0; I < Count; ++I) {
-    Operations.push_back(TQuillonDataOperation::Read(AReader));
-  }
+  std::generate_n(std::back_inserter(Operations), Count, [&] { return TQuillonDataOperation::Read(AReader); });
   std::ranges::move(Operations, std::back_inserter(FOperations));
 }
 
