@@ -25,9 +25,7 @@ struct TReport {
 
 using TClock = std::chrono::steady_clock;
 
-double SecondsSince(TClock::time_point AStart) {
-  return std::chrono::duration<double>(TClock::now() - AStart).count();
-}
+double SecondsSince(TClock::time_point AStart) { return std::chrono::duration<double>(TClock::now() - AStart).count(); }
 
 /// When the job of this process began.
 TClock::time_point JobStart;

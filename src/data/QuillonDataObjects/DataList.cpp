@@ -171,10 +171,15 @@ void TQuillonDataList::Append(TQuillonDataObject* AnItem) {
     return;
   }
   assert(AnItem->DataClass().DescendsFrom(ItemClass()));
-  if (FIsItemOwner) {
-    TQuillonDataHolder::Hold(*AnItem, *this);
-  }
   FItems.push_back(AnItem);
+  if (FIsItemOwner) {
+    try {
+      TQuillonDataHolder::Hold(*AnItem, *this);
+    } catch (...) {
+      FItems.pop_back();
+      throw;
+    }
+  }
 }
 
 void TQuillonDataList::Insert(int AnIndex, TQuillonDataObject* AnItem) {
