@@ -22,6 +22,9 @@ class Reference:
     def __hash__(self):
         return hash(self.id)
 
+    def __repr__(self):
+        return f"{self.tag} {self.id.hex()}"
+
 
 class DataList:
     """A list: identity and stamps are None where a form does not hold or tell them, the items where only the
