@@ -36,8 +36,8 @@ def loaded(tree):
     release = release_number(tree.values["DataformatRelease"])
     objects = {item.id: item for item in walk(result)}
     for item in objects.values():
-        for plan_class in [item.plan_class.name] + [name for name in UPGRADES if item.plan_class.descends_from(name)]:
-            for until, upgrade in UPGRADES.get(plan_class, ()):
+        for name in filter(item.plan_class.descends_from, UPGRADES):
+            for until, upgrade in UPGRADES[name]:
                 if release < release_number(until):
                     upgrade(item.values, release)
         for row in item.plan_class.rows:
