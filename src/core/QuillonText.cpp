@@ -15,10 +15,6 @@ namespace {
 
 constexpr char32_t Replacement = 0xFFFD;
 
-bool IsAscii(std::string_view AText) {
-  return std::all_of(AText.begin(), AText.end(), [](char C) { return static_cast<signed char>(C) >= 0; });
-}
-
 constexpr char AsciiLower(char C) { return C >= 'A' && C <= 'Z' ? static_cast<char>(C + ('a' - 'A')) : C; }
 constexpr char AsciiUpper(char C) { return C >= 'a' && C <= 'z' ? static_cast<char>(C - ('a' - 'A')) : C; }
 
@@ -27,7 +23,7 @@ template <class TAsciiMap, class TMap>
 std::string MapCase(std::string_view AText, TAsciiMap AAsciiMap, TMap AMap) {
   std::string Result;
   Result.reserve(AText.size());
-  if (IsAscii(AText)) {
+  if (QuillonText::IsAscii(AText)) {
     std::transform(AText.begin(), AText.end(), std::back_inserter(Result), AAsciiMap);
     return Result;
   }
@@ -52,6 +48,10 @@ std::string MapCase(std::string_view AText, TAsciiMap AAsciiMap, TMap AMap) {
 }  // namespace
 
 namespace QuillonText {
+
+bool IsAscii(std::string_view AText) {
+  return std::all_of(AText.begin(), AText.end(), [](char C) { return static_cast<signed char>(C) >= 0; });
+}
 
 int CompareOrdinal(std::string_view A, std::string_view B) {
   const auto [InA, InB] = std::mismatch(A.begin(), A.end(), B.begin(), B.end());
@@ -143,7 +143,7 @@ std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian) {
   return Text;
 }
 
-std::string FromUtf16LE(std::string_view ABytes) {
+void AppendUtf16LE(std::string& ATarget, std::string_view ABytes) {
   constexpr std::uint32_t FirstHigh = 0xD800;
   constexpr std::uint32_t FirstLow = 0xDC00;
   constexpr std::uint32_t SurrogateMask = 0xFC00;
@@ -153,19 +153,21 @@ std::string FromUtf16LE(std::string_view ABytes) {
     const auto High = static_cast<std::uint8_t>(ABytes[2 * AnIndex + 1]);
     return static_cast<std::uint32_t>(Low | High << 8);
   };
-  std::string Text;
-  Text.reserve(Count);
+  ATarget.reserve(ATarget.size() + Count);
   for (std::size_t I = 0; I < Count; ++I) {
     std::uint32_t Char = UnitAt(I);
+    if (Char < 0x80) {
+      ATarget.push_back(static_cast<char>(Char));
+      continue;
+    }
     if ((Char & SurrogateMask) == FirstHigh && I + 1 < Count && (UnitAt(I + 1) & SurrogateMask) == FirstLow) {
       ++I;
       Char = 0x10000 + ((Char - FirstHigh) << 10) + (UnitAt(I) - FirstLow);
     } else if ((Char & SurrogateMask) == FirstHigh || (Char & SurrogateMask) == FirstLow) {
       Char = Replacement;
     }
-    utf8::unchecked::append(Char, std::back_inserter(Text));
+    utf8::unchecked::append(Char, std::back_inserter(ATarget));
   }
-  return Text;
 }
 
 std::string ToUtf16LE(std::string_view AText) {

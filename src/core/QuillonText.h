@@ -31,9 +31,12 @@ char32_t TakeCharacter(std::string_view& AText);
 /// become U+FFFD.
 std::string FromUtf16(std::string_view ABytes, bool AnIsBigEndian);
 
-/// UTF-16 in bytes, the low one first, as UTF-8. A byte order mark is a character like any other; half a surrogate pair
-/// becomes U+FFFD. @param ABytes two for each unit
-std::string FromUtf16LE(std::string_view ABytes);
+/// Whether all bytes are ASCII.
+bool IsAscii(std::string_view AText);
+
+/// Appends UTF-16 in bytes, the low one first, as UTF-8. A byte order mark is a character like any other; half a
+/// surrogate pair becomes U+FFFD. @param ABytes two for each unit
+void AppendUtf16LE(std::string& ATarget, std::string_view ABytes);
 /// The text's UTF-16 in bytes, the low one first, after ReplaceInvalidUtf8.
 std::string ToUtf16LE(std::string_view AText);
 

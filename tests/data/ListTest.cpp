@@ -128,7 +128,7 @@ TEST(DataList, ListsWithoutOwnerTakeCopyAndFree) {
 
 TEST(DataList, IsKnownByItsIdentityOnceThatIsAskedOrTold) {
   const auto Store = CreateStorage<TTestStorage>();
-  const TQuillonDataObjectRegistry& Registry = Store->Registry();
+  TQuillonDataObjectRegistry& Registry = Store->Registry();
   const TGUID Told = QuillonGuid::New();
   Store->FItems.SetID(Told);
   EXPECT_EQ(Registry.GetList(Told), &Store->FItems);

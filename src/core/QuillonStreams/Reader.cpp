@@ -6,7 +6,7 @@
 #include "QuillonStreams/Extended.h"
 #include "QuillonText.h"
 
-void TQuillonReader::ReadAll(std::span<char> ABuffer) {
+void TQuillonReader::ReadThrough(std::span<char> ABuffer) {
   if (Read(ABuffer) != ABuffer.size()) {
     throw EQuillonReaderError();
   }
@@ -47,7 +47,22 @@ TGUID TQuillonReader::ReadGuid() {
   return Guid;
 }
 
-std::string TQuillonReader::ReadString() { return QuillonText::FromUtf16LE(ReadBlock(2 * ReadLength(), {})); }
+std::string TQuillonReader::ReadString() {
+  std::string Text;
+  ReadStringInto(Text);
+  return Text;
+}
+
+void TQuillonReader::ReadStringInto(std::string& ATarget) {
+  const std::size_t Size = 2 * ReadLength();
+  ATarget.clear();
+  if (Size <= Unread().size()) {
+    QuillonText::AppendUtf16LE(ATarget, Unread().substr(0, Size));
+    FNext += Size;
+  } else {
+    QuillonText::AppendUtf16LE(ATarget, ReadBlock(Size, {}));
+  }
+}
 
 std::string TQuillonReader::ReadUtf8String() {
   std::string Text = ReadBinary();
@@ -97,8 +112,8 @@ TQuillonStreamReader::~TQuillonStreamReader() {
 }
 
 void TQuillonStreamReader::FlushBuffer() {
-  const std::size_t Back = Unread();
-  FBufferPosition = FBufferEnd = 0;
+  const std::size_t Back = Unread().size();
+  FNext = FEnd = nullptr;
   if (Back > 0) {
     FStream.Seek(-static_cast<std::int64_t>(Back), TQuillonSeekOrigin::Current);
   }
@@ -116,22 +131,24 @@ std::size_t TQuillonStreamReader::Read(std::span<char> ABuffer) {
       Done += Got;
       continue;
     }
-    if (Unread() == 0) {
-      FBufferPosition = FBufferEnd = 0;
-      FBufferEnd = FStream.Read(FBuffer);
-      if (FBufferEnd == 0) {
+    if (Unread().empty()) {
+      FNext = FEnd = nullptr;
+      const std::size_t Got = FStream.Read(FBuffer);
+      if (Got == 0) {
         break;
       }
+      FNext = FBuffer.data();
+      FEnd = FNext + Got;
     }
-    const std::size_t Count = std::min(Left.size(), Unread());
-    std::memcpy(Left.data(), FBuffer.data() + FBufferPosition, Count);
-    FBufferPosition += Count;
+    const std::size_t Count = std::min(Left.size(), Unread().size());
+    std::memcpy(Left.data(), FNext, Count);
+    FNext += Count;
     Done += Count;
   }
   return Done;
 }
 
 bool TQuillonStreamReader::Available(std::int64_t ACount) {
-  const std::int64_t Wanted = ACount - static_cast<std::int64_t>(Unread());
+  const std::int64_t Wanted = ACount - static_cast<std::int64_t>(Unread().size());
   return Wanted <= 0 || FStream.Size() - FStream.Position() >= Wanted;
 }

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <string>
 #include <string_view>
@@ -48,6 +49,8 @@ class TQuillonReader {
   TGUID ReadGuid();
   /// Half a surrogate pair becomes U+FFFD.
   std::string ReadString();
+  /// The same into a text whose memory serves again.
+  void ReadStringInto(std::string& ATarget);
   /// The bytes as they stand.
   std::string ReadAnsiString() { return ReadBinary(); }
   /// What is no UTF-8 becomes U+FFFD.
@@ -63,6 +66,14 @@ class TQuillonReader {
 
   TQuillonStreamProgressEvent FOnProgress;
 
+ protected:
+  std::string_view Unread() const { return {FNext, static_cast<std::size_t>(FEnd - FNext)}; }
+
+  /// Bytes in the derived class's buffer that nobody has asked for yet, which small values are taken from without a
+  /// call; none where there is no buffer.
+  const char* FNext = nullptr;
+  const char* FEnd = nullptr;
+
  private:
   template <class TValue>
   TValue ReadValue() {
@@ -75,7 +86,15 @@ class TQuillonReader {
     }
     return std::bit_cast<TValue>(Bits);
   }
-  void ReadAll(std::span<char> ABuffer);
+  void ReadAll(std::span<char> ABuffer) {
+    if (ABuffer.size() <= Unread().size()) {
+      std::memcpy(ABuffer.data(), FNext, ABuffer.size());
+      FNext += ABuffer.size();
+    } else {
+      ReadThrough(ABuffer);
+    }
+  }
+  void ReadThrough(std::span<char> ABuffer);
   std::size_t ReadLength();
   std::string ReadBlock(std::size_t ASize, const TQuillonStreamProgressEvent& AnEvent);
 };
@@ -96,10 +115,6 @@ class TQuillonStreamReader final : public TQuillonReader {
   bool Available(std::int64_t ACount);
 
  private:
-  std::size_t Unread() const { return FBufferEnd - FBufferPosition; }
-
   TQuillonStream& FStream;
   std::string FBuffer;
-  std::size_t FBufferPosition = 0;
-  std::size_t FBufferEnd = 0;
 };

@@ -6,7 +6,7 @@
 #include "QuillonStreams/Extended.h"
 #include "QuillonText.h"
 
-void TQuillonWriter::WriteAll(std::string_view ABytes) {
+void TQuillonWriter::WriteThrough(std::string_view ABytes) {
   if (Write(ABytes) != ABytes.size()) {
     throw EQuillonWriterError();
   }
@@ -45,6 +45,15 @@ void TQuillonWriter::WriteGuid(const TGUID& AValue) {
 }
 
 void TQuillonWriter::WriteString(std::string_view AValue) {
+  const auto Room = static_cast<std::size_t>(FRoomEnd - FRoom);
+  if (AValue.size() < Room / 2 && 2 * AValue.size() + sizeof(std::int32_t) < Room && QuillonText::IsAscii(AValue)) {
+    WriteLength(AValue.size());
+    for (const char C : AValue) {
+      *FRoom++ = C;
+      *FRoom++ = '\0';
+    }
+    return;
+  }
   const std::string Units = QuillonText::ToUtf16LE(AValue);
   WriteLength(Units.size() / 2);
   WriteAll(Units);
@@ -81,8 +90,9 @@ void TQuillonWriter::WriteBinary(TQuillonStream& AStream) {
 }
 
 TQuillonStreamWriter::TQuillonStreamWriter(TQuillonStream& AStream, std::size_t ABufferSize)
-    : FStream(AStream), FBufferSize(ABufferSize) {
-  FBuffer.reserve(ABufferSize);
+    : FStream(AStream), FBuffer(ABufferSize, '\0') {
+  FRoom = FBuffer.data();
+  FRoomEnd = FRoom + FBuffer.size();
 }
 
 TQuillonStreamWriter::~TQuillonStreamWriter() {
@@ -93,28 +103,24 @@ TQuillonStreamWriter::~TQuillonStreamWriter() {
 }
 
 void TQuillonStreamWriter::FlushBuffer() {
-  if (FBuffer.empty()) {
-    return;
+  const std::string_view Filled(FBuffer.data(), static_cast<std::size_t>(FRoom - FBuffer.data()));
+  FRoom = FBuffer.data();
+  if (!Filled.empty()) {
+    FStream.Write(Filled);
   }
-  try {
-    FStream.Write(FBuffer);
-  } catch (...) {
-    FBuffer.clear();
-    throw;
-  }
-  FBuffer.clear();
 }
 
 std::size_t TQuillonStreamWriter::Write(std::string_view ABytes) {
-  if (FBufferSize == 0) {
+  if (FBuffer.empty()) {
     FStream.Write(ABytes);
     return ABytes.size();
   }
   for (std::string_view Left = ABytes; !Left.empty();) {
-    const std::size_t Count = std::min(Left.size(), FBufferSize - FBuffer.size());
-    FBuffer.append(Left.substr(0, Count));
+    const std::size_t Count = std::min(Left.size(), static_cast<std::size_t>(FRoomEnd - FRoom));
+    std::memcpy(FRoom, Left.data(), Count);
+    FRoom += Count;
     Left.remove_prefix(Count);
-    if (FBuffer.size() == FBufferSize) {
+    if (FRoom == FRoomEnd) {
       FlushBuffer();
     }
   }

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <string>
 #include <string_view>
@@ -62,6 +63,11 @@ class TQuillonWriter {
 
   TQuillonStreamProgressEvent FOnProgress;
 
+ protected:
+  /// Free room of the derived class's buffer, which small values go into without a call; empty where there is none.
+  char* FRoom = nullptr;
+  char* FRoomEnd = nullptr;
+
  private:
   template <class TValue>
   void WriteValue(TValue AValue) {
@@ -73,7 +79,16 @@ class TQuillonWriter {
     }
     WriteAll({Bytes.data(), Bytes.size()});
   }
-  void WriteAll(std::string_view ABytes);
+  void WriteAll(std::string_view ABytes) {
+    // With room to spare: a writer whose buffer is full hands it on.
+    if (ABytes.size() < static_cast<std::size_t>(FRoomEnd - FRoom)) {
+      std::memcpy(FRoom, ABytes.data(), ABytes.size());
+      FRoom += ABytes.size();
+    } else {
+      WriteThrough(ABytes);
+    }
+  }
+  void WriteThrough(std::string_view ABytes);
   void WriteLength(std::uint64_t ALength);
 
   template <class TSource>
@@ -97,5 +112,4 @@ class TQuillonStreamWriter final : public TQuillonWriter {
  private:
   TQuillonStream& FStream;
   std::string FBuffer;
-  std::size_t FBufferSize;
 };

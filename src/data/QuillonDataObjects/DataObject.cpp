@@ -207,6 +207,9 @@ void TQuillonDataAbstractObject::AfterConstruction(TQuillonDataAbstractObject* A
 }
 
 void TQuillonDataAbstractObject::BeforeDestruction() {
+  if (TQuillonDataStorage* const Store = AsStorage()) {
+    Store->StopBackgroundSaver();
+  }
   Unregister();
   FreeProperties();
 }
@@ -232,6 +235,13 @@ void TQuillonDataHolder::Hold(TQuillonDataObject& AnObject, TQuillonDataAbstract
   }
   AnObject.FIsHeld = true;
   AnObject.MoveTo(AHolder);
+}
+
+bool TQuillonDataHolder::IsHeldBy(const TQuillonDataObject& AnObject, const TQuillonDataAbstractObject& AHolder) {
+  if (AnObject.FHolders != nullptr) {
+    return std::ranges::find(*AnObject.FHolders, &AHolder) != AnObject.FHolders->end();
+  }
+  return AnObject.FIsHeld && AnObject.FOwner == &AHolder;
 }
 
 void TQuillonDataHolder::Release(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder) {

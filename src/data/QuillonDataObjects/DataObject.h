@@ -174,6 +174,7 @@ class TQuillonDataHolder {
   /// Lets go without freeing. One of those who hold the object still becomes the owner in the holder's place.
   static void Drop(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder);
   static bool IsHeld(const TQuillonDataObject& AnObject) { return AnObject.FIsHeld; }
+  static bool IsHeldBy(const TQuillonDataObject& AnObject, const TQuillonDataAbstractObject& AHolder);
   /// Remembers that a document names the object: others may come to refer to it as long as that is read.
   static void MarkNamed(TQuillonDataObject& AnObject) { AnObject.FIsNamed = true; }
 };

@@ -20,14 +20,19 @@ TQuillonDataObject& TQuillonDataObjectReader::Create(const TQuillonDataClass& AC
   return Object;
 }
 
-void TQuillonDataObjectReader::ReadContent(TQuillonDataObject& AnObject) {
+void TQuillonDataObjectReader::ReadContent(TQuillonDataObject& AnObject, TFailed AFailed) {
+  // No plan comes near; a damaged file may.
+  constexpr std::size_t MaxLevels = 256;
+  if (FBeingRead.size() >= MaxLevels || std::ranges::find(FBeingRead, &AnObject) != FBeingRead.end()) {
+    throw EQuillonDataObjectReaderError(AnObject.GetPublicClassName() + " " + QuillonGuid::Braced(AnObject.ID()) +
+                                        " ist in sich selbst oder zu tief verschachtelt.");
+  }
   FBeingRead.push_back(&AnObject);
   try {
     AnObject.ReadProperties(*this);
   } catch (...) {
     FBeingRead.pop_back();
-    // A damaged file may nest an object in itself: the outer one ends it.
-    if (!TQuillonDataHolder::IsHeld(AnObject) && std::ranges::find(FBeingRead, &AnObject) == FBeingRead.end()) {
+    if (AFailed == TFailed::Freed && !TQuillonDataHolder::IsHeld(AnObject)) {
       QuillonDataObjects::ClearReferences(FStorage, AnObject);
       QuillonDataObjects::Free(&AnObject);
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "QuillonTypes.h"
@@ -35,8 +36,11 @@ class TQuillonDataObjectReader {
   TQuillonDataObject* FindKnown(const TQuillonDataClass& ABase, const TGUID& AnID) const;
   /// A bare object of the storage, to be filled now or later.
   TQuillonDataObject& Create(const TQuillonDataClass& AClass, const TGUID& AnID) const;
-  /// Reads the object from where the reader stands. If that raises, an object that nobody holds is freed.
-  void ReadContent(TQuillonDataObject& AnObject);
+  /// What becomes of an object that nobody holds when its content cannot be read.
+  enum class TFailed : std::uint8_t { Freed, LeftToStorage };
+  /// Reads the object from where the reader stands.
+  /// @throws EQuillonDataObjectReaderError for an object that holds itself, or too many levels
+  void ReadContent(TQuillonDataObject& AnObject, TFailed AFailed);
 
  private:
   TQuillonDataStorage& FStorage;

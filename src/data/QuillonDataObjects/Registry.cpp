@@ -6,6 +6,7 @@
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/DataList.h"
 #include "QuillonDataObjects/ReaderWriter.h"
+#include "QuillonDataObjects/Storage.h"
 #include "QuillonText.h"
 
 TQuillonDataClassRegistry& TQuillonDataClassRegistry::Instance() {
@@ -63,7 +64,8 @@ constexpr std::size_t InitialSlots = 64;
 
 }  // namespace
 
-TQuillonDataObjectRegistry::TQuillonDataObjectRegistry() : FSlots(InitialSlots) {}
+TQuillonDataObjectRegistry::TQuillonDataObjectRegistry(TQuillonDataStorage& AStorage)
+    : FSlots(InitialSlots), FStorage(AStorage) {}
 
 void TQuillonDataObjectRegistry::Put(std::vector<TSlot>& ASlots, const TSlot& ASlot) {
   const std::size_t Mask = ASlots.size() - 1;
@@ -153,8 +155,10 @@ TQuillonDataAbstractObject* TQuillonDataObjectRegistry::GetObject(const TGUID& A
 }
 
 void TQuillonDataObjectRegistry::AddList(TQuillonDataList& AList) {
-  const std::scoped_lock Lock(FListsMutex);
-  AList.FRegistered = FLists.try_emplace(AList.FID, &AList).second || AList.FRegistered;
+  if (FKnowsLists) {
+    const std::scoped_lock Lock(FListsMutex);
+    AList.FRegistered = FLists.try_emplace(AList.FID, &AList).second || AList.FRegistered;
+  }
 }
 
 void TQuillonDataObjectRegistry::RemoveList(TQuillonDataList& AList) {
@@ -163,7 +167,25 @@ void TQuillonDataObjectRegistry::RemoveList(TQuillonDataList& AList) {
   AList.FRegistered = false;
 }
 
-TQuillonDataList* TQuillonDataObjectRegistry::GetList(const TGUID& AnID) const {
+void TQuillonDataObjectRegistry::FindLists() {
+  FKnowsLists = true;
+  const auto AddListsOf = [this](TQuillonDataAbstractObject& AnObject) {
+    for (const TQuillonDataClass::TListField Field : AnObject.DataClass().Lists()) {
+      if (TQuillonDataList& List = Field(AnObject); List.FHasID) {
+        AddList(List);
+      }
+    }
+  };
+  AddListsOf(FStorage);
+  for (TQuillonDataAbstractObject* Object : Objects()) {
+    AddListsOf(*Object);
+  }
+}
+
+TQuillonDataList* TQuillonDataObjectRegistry::GetList(const TGUID& AnID) {
+  if (!FKnowsLists) {
+    FindLists();
+  }
   const std::scoped_lock Lock(FListsMutex);
   const auto Found = FLists.find(AnID);
   return Found == FLists.end() ? nullptr : Found->second;
@@ -201,6 +223,7 @@ void TQuillonDataObjectRegistry::Clear() {
     List->FRegistered = false;
   }
   FLists.clear();
+  FKnowsLists = false;
   for (TQuillonDataAbstractObject* Object : Objects()) {
     Object->FRegistered = false;
   }

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <mutex>
 #include <string_view>
 #include <unordered_map>
@@ -51,7 +51,7 @@ class TQuillonDataClassRegistry {
 /// TQuillonDataAbstractObject::ID.
 class TQuillonDataObjectRegistry {
  public:
-  TQuillonDataObjectRegistry();
+  explicit TQuillonDataObjectRegistry(TQuillonDataStorage& AStorage);
 
   /// An object of a class and an identity that are there already is never found; the storage ends it with the others.
   void AddObject(TQuillonDataAbstractObject& AnObject);
@@ -60,11 +60,12 @@ class TQuillonDataObjectRegistry {
   /// The object with the identity whose class is AClass or descends from it; null if there is none.
   TQuillonDataAbstractObject* GetObject(const TGUID& AnID, const TQuillonDataClass& AClass) const;
 
-  /// Ignored if a list has the identity already.
+  /// Ignored if a list has the identity already, or nobody has looked for a list yet.
   void AddList(TQuillonDataList& AList);
   void RemoveList(TQuillonDataList& AList);
-  /// The list with the identity, if it was asked for it or told; null if there is none.
-  TQuillonDataList* GetList(const TGUID& AnID) const;
+  /// The list with the identity, if it was asked for it or told; null if there is none. Whoever asks first pays for a
+  /// walk over all objects. Under the storage's write lock only.
+  TQuillonDataList* GetList(const TGUID& AnID);
 
   std::size_t Count() const { return FCount; }
   /// All objects, no lists, in no order.
@@ -85,12 +86,15 @@ class TQuillonDataObjectRegistry {
   template <class TPredicate>
   const TSlot* FindSlot(std::uint64_t AHash, const TPredicate& APredicate) const;
   void Grow();
+  void FindLists();
   static void Put(std::vector<TSlot>& ASlots, const TSlot& ASlot);
 
   std::vector<TSlot> FSlots;  ///< open addressing; the length is a power of two
   std::size_t FCount = 0;
   std::unordered_set<TQuillonDataAbstractObject*> FDoubles;
-  std::map<TGUID, TQuillonDataList*> FLists;
-  mutable std::mutex FListsMutex;
+  TQuillonDataStorage& FStorage;
   TGuidHash FHash;
+  std::unordered_map<TGUID, TQuillonDataList*, TGuidHash> FLists;  ///< empty until somebody looks for a list
+  std::atomic<bool> FKnowsLists = false;
+  std::mutex FListsMutex;
 };

@@ -2,9 +2,8 @@
 
 #include <limits>
 
+#include "QuillonDataObjects/BackgroundSaver.h"
 #include "QuillonDataObjects/DataClass.h"
-#include "QuillonDataObjects/XMLReader.h"
-#include "QuillonDataObjects/XMLWriter.h"
 #include "QuillonFileReplacement.h"
 #include "QuillonFileSystem.h"
 
@@ -28,6 +27,11 @@ const TQuillonDataClass& TQuillonDataStorage::Class() {
   return Class;
 }
 
+TQuillonDataStorage::TQuillonDataStorage(std::int32_t AReadersCount)
+    : FObjectRegistry(*this), FReadWriteMutex(AReadersCount) {}
+
+TQuillonDataStorage::~TQuillonDataStorage() = default;
+
 void TQuillonDataStorage::InitProperties() {
   TQuillonDataAbstractObject::InitProperties();
   FFileName = GetDefaultFileName();
@@ -38,7 +42,7 @@ void TQuillonDataStorage::ClearProperties() { FFileVersion = 0; }
 
 void TQuillonDataStorage::FreeProperties() {
   LockChangeTracking();
-  FState = static_cast<std::uint8_t>(FState | Mask(TQuillonDataStorageState::dssClearing));
+  const TQuillonStorageStateGuard Clearing(*this, TQuillonDataStorageState::dssClearing);
   // All at once: nobody looks an object up any more, and leaving one by one would take as long as the load.
   std::vector<TQuillonDataObject*> Loose = FObjectRegistry.Unheld();
   FObjectRegistry.Clear();
@@ -78,12 +82,10 @@ void TQuillonDataStorage::UnlockChangeTracking() {
 void TQuillonDataStorage::Clear() {
   ++FChangeCount;
   const TQuillonChangeTrackingLock Lock(*this);
-  const std::uint8_t Before = FState;
-  FState = static_cast<std::uint8_t>(FState | Mask(TQuillonDataStorageState::dssClearing));
+  const TQuillonStorageStateGuard Clearing(*this, TQuillonDataStorageState::dssClearing);
   ClearProperties();
   FreeUnheld();
   FObjectRegistry.ForgetNames();
-  FState = Before;
 }
 
 void TQuillonDataStorage::NewFile() {
@@ -92,6 +94,7 @@ void TQuillonDataStorage::NewFile() {
   Clear();
   FFileName.clear();
   SetID(QuillonGuid::New());
+  FChangeLog.Clear();
   FModified = false;
   AfterNewFile();
 }
@@ -131,11 +134,16 @@ template <class TOpen>
 std::unique_ptr<TQuillonFileStream> TQuillonDataStorage::LoadFrom(const std::string& AFileName, const TOpen& AnOpen) {
   std::unique_ptr<TQuillonFileStream> Stream;
   BeforeLoad();
+  FChangeLog.Clear();
   {
     const TQuillonChangeTrackingLock Lock(*this);
     FFileName = AFileName;
     Stream = AnOpen(FFileName);
-    LoadFromXML(QuillonIO::ReadIntoBuffer(*Stream), FFileName);
+    if (FFileFormat == ffBinary) {
+      LoadFromBinStream(*Stream);
+    } else {
+      LoadFromXML(QuillonIO::ReadIntoBuffer(*Stream), FFileName);
+    }
   }
   FModified = false;
   return Stream;
@@ -162,32 +170,41 @@ template <class TOpen>
 void TQuillonDataStorage::OpenAndLoad(const std::string& AFileName, const TOpen& AnOpen) {
   if (!AFileName.empty() && TQuillonFileSystem::Exists(AFileName)) {
     CloseFile();
-    FFileStream = LoadFrom(AFileName, AnOpen);
+    auto Stream = LoadFrom(AFileName, AnOpen);
+    {
+      const std::scoped_lock Lock(FFileMutex);
+      FFileStream = std::move(Stream);
+    }
     AfterLoad();
   }
 }
 
-void TQuillonDataStorage::LoadFromXML(TQuillonBuffer ADocument, std::string_view ASource) {
-  TQuillonDataObjectXMLReader Reader(*this, std::move(ADocument), ASource);
-  const TQuillonChangeTrackingLock Lock(*this);
-  Clear();
-  struct TReading {
-    TQuillonDataStorage& Storage;
-    ~TReading() {
-      Storage.FIsReading = false;
-      ++Storage.FChangeCount;
-    }
-  } const Reading{*this};
-  const TQuillonDataChangeLogLock LogLock(&FChangeLog);
-  FReadingSince = QuillonDateTime::Now();
-  FIsReading = true;
-  ReadProperties(Reader);
+std::string TQuillonDataStorage::Document() const {
+  if (FFileFormat == ffXML) {
+    return SaveToXML();
+  }
+  TQuillonMemoryStream Stream;
+  SaveToBinStream(Stream);
+  return Stream.TakeContent();
 }
 
-std::string TQuillonDataStorage::SaveToXML() const {
-  TQuillonDataObjectXMLWriter Writer;
-  WriteProperties(Writer);
-  return Writer.Finish();
+void TQuillonDataStorage::MarkSaved() {
+  FSavedAt = FChangeCount;
+  FModified = false;
+}
+
+void TQuillonDataStorage::WriteDocument(const std::string& AFileName, std::string_view ADocument) {
+  TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(AFileName));
+  if (!HoldsFile() && !TQuillonFileSystem::IsFile(AFileName)) {
+    QuillonIO::ReplaceFile(AFileName, ADocument);
+    return;
+  }
+  const auto Held = HoldsFile() ? nullptr : QuillonIO::HoldFile(AFileName);
+  TQuillonFileStream& File = HoldsFile() ? *FFileStream : *Held;
+  if (FCreateBackups && File.OpenMode() != fomOpenRead) {
+    QuillonIO::KeepBackup(File, BackupNameOf(AFileName));
+  }
+  QuillonIO::ReplaceFile(File, ADocument);
 }
 
 void TQuillonDataStorage::SaveToFile(const std::string& AFileName) {
@@ -195,31 +212,25 @@ void TQuillonDataStorage::SaveToFile(const std::string& AFileName) {
     return;
   }
   BeforeStore();
-  if (!HoldsFile()) {
-    FFileName = AFileName;
-  }
-  const std::string Name = HoldsFile() ? FFileStream->FileName() : FFileName;
-  const std::string Document = SaveToXML();
-  TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(Name));
-  if (!HoldsFile() && !TQuillonFileSystem::IsFile(Name)) {
-    QuillonIO::ReplaceFile(Name, Document);
-  } else {
-    const auto Held = HoldsFile() ? nullptr : QuillonIO::HoldFile(Name);
-    TQuillonFileStream& File = HoldsFile() ? *FFileStream : *Held;
-    if (FCreateBackups && File.OpenMode() != fomOpenRead) {
-      QuillonIO::KeepBackup(File, BackupNameOf(Name));
+  {
+    const std::scoped_lock Lock(FFileMutex);
+    if (!HoldsFile()) {
+      FFileName = AFileName;
     }
-    QuillonIO::ReplaceFile(File, Document);
+    WriteDocument(HoldsFile() ? FFileStream->FileName() : FFileName, Document());
+    MarkSaved();
   }
-  FModified = false;
   AfterStore();
 }
 
 void TQuillonDataStorage::StoreFile() {
   if (HoldsFile()) {
     BeforeStore();
-    QuillonIO::ReplaceFile(*FFileStream, SaveToXML());
-    FModified = false;
+    {
+      const std::scoped_lock Lock(FFileMutex);
+      QuillonIO::ReplaceFile(*FFileStream, Document());
+      MarkSaved();
+    }
     AfterStore();
   }
 }
@@ -232,9 +243,38 @@ void TQuillonDataStorage::StoreFile(const std::string& AFileName, bool ATakeFile
   if (ATakeFileName) {
     FFileName = Name;
   }
-  const std::string Document = SaveToXML();
-  TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(Name));
-  FFileStream = QuillonIO::ReplaceFile(Name, Document);
-  FModified = false;
+  {
+    const std::scoped_lock Lock(FFileMutex);
+    const std::string Content = Document();
+    TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(Name));
+    FFileStream = QuillonIO::ReplaceFile(Name, Content);
+    MarkSaved();
+  }
   AfterStore();
 }
+
+void TQuillonDataStorage::CloseFile() {
+  const std::scoped_lock Lock(FFileMutex);
+  FFileStream.reset();
+}
+
+void TQuillonDataStorage::BeginWrite() {
+  // A writer that ended inside leaves the lock to the next one, who learns of it and has to ask again.
+  while (FReadWriteMutex.BeginWrite(QuillonInfinite) != wrSignaled) {
+  }
+}
+
+void TQuillonDataStorage::StartBackgroundSaver() {
+  if (FBackgroundSaverThread == nullptr) {
+    auto Thread = std::make_unique<TQuillonDataStorageBackgroundSaverThread>(*this);
+    Thread->Start();
+    FBackgroundSaverThread = std::move(Thread);
+  }
+}
+
+void TQuillonDataStorage::SignalBackgroundSaver() {
+  StartBackgroundSaver();
+  FBackgroundSaverThread->Signal();
+}
+
+void TQuillonDataStorage::StopBackgroundSaver() { FBackgroundSaverThread.reset(); }

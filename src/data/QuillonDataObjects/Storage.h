@@ -1,29 +1,51 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 
 #include "QuillonDataObjects/ChangeLog.h"
+#include "QuillonDataObjects/Content.h"
 #include "QuillonDataObjects/DataObject.h"
 #include "QuillonDataObjects/Registry.h"
 #include "QuillonDataObjects/Release.h"
 #include "QuillonIO.h"
+#include "QuillonSynchronization/Mutexes.h"
+
+class TQuillonDataStorageBackgroundSaverThread;
 
 /// What a storage is busy with; model objects skip reactions that would be wrong at these times.
 enum class TQuillonDataStorageState : std::uint8_t { dssPlayback, dssClearing };
 
+/// The form of a storage's file.
+enum TQuillonDataFileFormat : std::uint8_t { ffXML, ffBinary };
+
+/// How the last save in the background has ended.
+enum class TQuillonBackgroundSave : std::uint8_t { None, Succeeded, Failed };
+
 /// Root of a tree of data objects and the gate between it and files.
+///
+/// Threads bracket their work on the tree by BeginWrite or BeginRead; nothing in here does so itself but the background
+/// saver.
 class TQuillonDataStorage : public TQuillonDataAbstractObject {
  public:
+  static constexpr std::int32_t DefaultReadersCount = 10;
+
+  /// @param AReadersCount how many may read at a time
+  explicit TQuillonDataStorage(std::int32_t AReadersCount = DefaultReadersCount);
+  ~TQuillonDataStorage() override;
+
   static const TQuillonDataClass& Class();
 
-  bool FCreateBackups = false;    ///< the first state of a day stays beside the file
-  std::string FFileName;          ///< where the storage was loaded from or saved to
-  std::int64_t FFileVersion = 0;  ///< raised by every tracked change
-  bool FModified = false;         ///< unsaved changes
+  bool FCreateBackups = false;                 ///< the first state of a day stays beside the file
+  std::string FFileName;                       ///< where the storage was loaded from or saved to
+  std::int64_t FFileVersion = 0;               ///< raised by every tracked change
+  std::atomic<bool> FModified = false;         ///< unsaved changes
+  TQuillonDataFileFormat FFileFormat = ffXML;  ///< of files that are loaded and saved; never guessed from the content
 
   TQuillonDataStorage* AsStorage() override { return this; }
   TQuillonDataObjectRegistry& Registry() { return FObjectRegistry; }
@@ -38,6 +60,8 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   void UnlockChangeTracking();
   /// True while a document is read: what loses its last holder now stays, unheld, since others may refer to it.
   bool IsReading() const { return FIsReading; }
+  /// True while a state of this very storage is read again: it is in order as it is.
+  bool IsRestoring() const { return FIsRestoring; }
   /// When the reading began.
   TQuillonDateTime ReadingSince() const { return FReadingSince; }
   bool IsChangeTrackingLocked() const { return FChangeTrackingLockCount > 0; }
@@ -68,7 +92,7 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   /// @throws as LoadFromFile, EQuillonFileInUseError
   void OpenFileToChange(const std::string& AFileName);
   /// Lets go of the file that is held open.
-  void CloseFile() { FFileStream.reset(); }
+  void CloseFile();
   bool HoldsFile() const { return FFileStream != nullptr; }
   /// Replaces the file whole or not at all, as QuillonIO::ReplaceFile tells; an empty name does nothing. While a file
   /// is held open, it is that one that is saved, whatever the name; it stays held.
@@ -86,6 +110,46 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   /// @param ASource what messages call the document, usually its file name
   void LoadFromXML(TQuillonBuffer ADocument, std::string_view ASource);
   std::string SaveToXML() const;
+  /// The binary form, from the stream's position on; the stream stands behind it then.
+  /// @throws EQuillonReaderError, EQuillonDataObjectReaderError; the storage then holds what was read so far
+  void LoadFromBinStream(TQuillonStream& AStream);
+  void SaveToBinStream(TQuillonStream& AStream) const;
+  /// The binary form within the zlib format.
+  /// @throws as LoadFromBinStream, EQuillonZlibError
+  void LoadFromZIPStream(TQuillonStream& AStream);
+  void SaveToZIPStream(TQuillonStream& AStream) const;
+  /// A file of the binary form, whatever the form of the storage's own file; that and its name stay.
+  /// @throws as LoadFromBinStream, EQuillonFileHandleError also for a file that does not exist
+  void LoadFromBinFile(const std::string& AFileName);
+  void SaveToBinFile(const std::string& AFileName) const;
+  /// Makes objects of the other storage what those with their identities are here, and puts there what is missing; its
+  /// list items that are not here stay. Does nothing unless both are of the same class.
+  void Overwrite(TQuillonDataStorage& AStorage) const;
+
+  /// Content and change log, from the begin of the stream. Nothing counts as unsaved afterwards.
+  void SaveToMemorySnapshot(TQuillonStream& AStream);
+  /// The reverse; lists keep the order they had.
+  /// @throws as LoadFromBinStream
+  void LoadFromMemorySnapshot(TQuillonStream& AStream);
+  /// The same in a file, which is replaced whole. An empty name does nothing, nor does a file that does not exist.
+  void SaveToSnapshot(const std::string& AFileName);
+  void LoadFromSnapshot(const std::string& AFileName);
+
+  /// Each waits without limit.
+  void BeginRead() { FReadWriteMutex.BeginRead(QuillonInfinite); }
+  void EndRead() { FReadWriteMutex.EndRead(); }
+  void BeginWrite();
+  void EndWrite() { FReadWriteMutex.EndWrite(); }
+
+  /// Has the storage's file saved as soon as nobody writes to the storage; returns at once. Signals that come during a
+  /// save are one more save. The saver stops with the storage, without a last save.
+  void SignalBackgroundSaver();
+  /// @throws EQuillonThreadError
+  void StartBackgroundSaver();
+  /// Waits for a save that has begun.
+  void StopBackgroundSaver();
+  /// A failed save is in the program's log too, and the storage counts as modified.
+  TQuillonBackgroundSave LastBackgroundSave() const { return FLastBackgroundSave; }
 
  protected:
   void InitProperties() override;
@@ -112,6 +176,22 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   template <class TOpen>
   void OpenAndLoad(const std::string& AFileName, const TOpen& AnOpen);
   void FreeUnheld();
+  /// Empties the storage and reads it with the reader.
+  void LoadWith(TQuillonDataObjectReader& AReader);
+  /// Reads without tracking or recording anything.
+  template <class TRead>
+  void WhileReading(const TRead& ARead);
+  /// The document in the form of the file.
+  std::string Document() const;
+  /// Puts a document in the place of the file: of the one that is held, if one is.
+  void WriteDocument(const std::string& AFileName, std::string_view ADocument);
+  /// The file has the content of this moment now.
+  void MarkSaved();
+
+  friend class TQuillonDataStorageBackgroundSaverThread;
+  friend class TQuillonStorageStateGuard;
+  friend void QuillonDataObjects::ReadContent(TQuillonDataStorage& AStorage, TQuillonDataAbstractObject& AnObject,
+                                              std::string_view AContent);
 
   TQuillonDataObjectRegistry FObjectRegistry;
   TQuillonDataChangeLog FChangeLog;
@@ -121,6 +201,28 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   int FChangeTrackingLockCount = 0;
   std::uint8_t FState = 0;
   bool FIsReading = false;
+  bool FIsRestoring = false;
+  TQuillonReadWriteMutex FReadWriteMutex;
+  std::mutex FFileMutex;       ///< one save at a time; guards FFileStream and FSavedAt
+  std::uint64_t FSavedAt = 0;  ///< the count of changes that the file has
+  std::atomic<TQuillonBackgroundSave> FLastBackgroundSave = TQuillonBackgroundSave::None;
+  std::unique_ptr<TQuillonDataStorageBackgroundSaverThread> FBackgroundSaverThread;  ///< null unless running
+};
+
+/// Keeps a storage in a state for as long as it lives.
+class TQuillonStorageStateGuard {
+ public:
+  TQuillonStorageStateGuard(TQuillonDataStorage& AStorage, TQuillonDataStorageState AState)
+      : FStorage(AStorage), FBefore(AStorage.FState) {
+    AStorage.FState = static_cast<std::uint8_t>(FBefore | TQuillonDataStorage::Mask(AState));
+  }
+  TQuillonStorageStateGuard(const TQuillonStorageStateGuard&) = delete;
+  TQuillonStorageStateGuard& operator=(const TQuillonStorageStateGuard&) = delete;
+  ~TQuillonStorageStateGuard() { FStorage.FState = FBefore; }
+
+ private:
+  TQuillonDataStorage& FStorage;
+  const std::uint8_t FBefore;
 };
 
 /// Locks the change tracking of a storage for as long as it lives.

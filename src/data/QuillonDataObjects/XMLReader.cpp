@@ -237,7 +237,7 @@ TQuillonDataObject& TQuillonDataObjectXMLReader::ReadObject(const pugi::xml_node
                                                             const TQuillonDataClass& ABase) {
   TQuillonDataObject& Object = FindReferred(AnElement, ABase);
   const pugi::xml_node Parent = std::exchange(FCursor, AnElement);
-  ReadContent(Object);
+  ReadContent(Object, TFailed::Freed);
   FCursor = Parent;
   return Object;
 }

@@ -126,10 +126,17 @@ void TVELPlan::ReadProperties(TQuillonDataObjectReader& AReader) {
     List->SetSorted(false);
   }
   TVELDataStorage::ReadProperties(AReader);
-  EnterSupervisions();
-  uPlandaten::UpgradePlan(*this, FFileRelease);
-  uPlandaten::EnterLessons(*this);
-  SortAfterLoad();
+  if (!IsRestoring()) {
+    EnterSupervisions();
+    uPlandaten::UpgradePlan(*this, FFileRelease);
+    uPlandaten::EnterLessons(*this);
+    SortAfterLoad();
+  }
+  // The calendar is another object now: the one of the file.
+  FKalender->FEintraege.SetCompare(TVELKalenderEintragList::CompareItems);
+  for (TQuillonDataList* List : SortedLists()) {
+    List->TakeAsSorted();
+  }
   FDataformatVersion = CurrentRelease;
 }
 
@@ -202,10 +209,5 @@ void TVELPlan::SortAfterLoad() {
   for (TQuillonDataList* List : Lists) {
     Places.Sort(*List);
   }
-  // The calendar is another object now: the one of the file.
-  FKalender->FEintraege.SetCompare(TVELKalenderEintragList::CompareItems);
   SortDatedLists();
-  for (TQuillonDataList* List : SortedLists()) {
-    List->TakeAsSorted();
-  }
 }

@@ -1,0 +1,90 @@
+#include "QuillonDataObjects/ChangeLog.h"
+
+#include <iterator>
+#include <limits>
+#include <string>
+#include <utility>
+
+const TQuillonPersistentClass& TQuillonDataChangeLog::Class() {
+  static const TQuillonPersistentClass Class{
+      "TQuillonDataChangeLog",
+      []() -> std::shared_ptr<TQuillonPersistent> { return std::make_shared<TQuillonDataChangeLog>(); },
+      {}};
+  return Class;
+}
+
+void TQuillonDataChangeLog::WriteProperties(TQuillonObjectWriter& AWriter) const {
+  TQuillonPersistent::WriteProperties(AWriter);
+  AWriter.WriteBoolean(FOverfilled);
+  if (FOverfilled) {
+    return;
+  }
+  if (FOperations.size() > std::numeric_limits<std::int32_t>::max()) {
+    throw EQuillonWriterError();
+  }
+  AWriter.WriteLongInt(static_cast<std::int32_t>(FOperations.size()));
+  for (const TQuillonDataOperation& Operation : FOperations) {
+    Operation.Write(AWriter);
+  }
+}
+
+void TQuillonDataChangeLog::ReadProperties(TQuillonObjectReader& AReader) {
+  TQuillonPersistent::ReadProperties(AReader);
+  if (AReader.ReadBoolean()) {
+    FOverfilled = true;
+    return;
+  }
+  const std::int32_t Count = AReader.ReadLongInt();
+  if (Count < 0) {
+    throw EQuillonReaderError();
+  }
+  if (Exceeds(static_cast<std::size_t>(Count))) {
+    Overfill();
+    return;
+  }
+  // The count is not believed: it reserves nothing.
+  std::vector<TQuillonDataOperation> Operations;
+  for (std::int32_t I = 0; I < Count; ++I) {
+    Operations.push_back(TQuillonDataOperation::Read(AReader));
+  }
+  std::ranges::move(Operations, std::back_inserter(FOperations));
+}
+
+void TQuillonDataChangeLog::Deactivate() {
+  FActive = false;
+  Clear();
+}
+
+const TQuillonDataOperation& TQuillonDataChangeLog::GetOperation(int AnIndex) const {
+  if (AnIndex < 0 || AnIndex >= Count()) {
+    throw EQuillonCollectionError("Listenindex überschreitet das Maximum (" + std::to_string(AnIndex) + ")");
+  }
+  return FOperations[static_cast<std::size_t>(AnIndex)];
+}
+
+void TQuillonDataChangeLog::Clear() {
+  FOperations.clear();
+  FOverfilled = false;
+}
+
+void TQuillonDataChangeLog::Add(const TQuillonDataChangeLog* AChangeLog) {
+  if (AChangeLog == nullptr) {
+    return;
+  }
+  if (AChangeLog->FOverfilled || (!AChangeLog->IsEmpty() && Exceeds(AChangeLog->FOperations.size()))) {
+    Overfill();
+    return;
+  }
+  // The other one may be this log.
+  std::vector<TQuillonDataOperation> Copies = AChangeLog->FOperations;
+  std::ranges::move(Copies, std::back_inserter(FOperations));
+}
+
+bool TQuillonDataChangeLog::Exceeds(std::size_t ACount) const {
+  return FOperationLimit != 0 && std::cmp_greater(FOperations.size() + ACount, FOperationLimit);
+}
+
+void TQuillonDataChangeLog::Overfill() {
+  FOperations.clear();
+  FOverfilled = true;
+}

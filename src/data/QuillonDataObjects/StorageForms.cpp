@@ -1,0 +1,162 @@
+#include "QuillonDataObjects/BinReader.h"
+#include "QuillonDataObjects/BinWriter.h"
+#include "QuillonDataObjects/Content.h"
+#include "QuillonDataObjects/DataClass.h"
+#include "QuillonDataObjects/Storage.h"
+#include "QuillonDataObjects/XMLReader.h"
+#include "QuillonDataObjects/XMLWriter.h"
+#include "QuillonFileReplacement.h"
+#include "QuillonFileSystem.h"
+#include "QuillonZlib.h"
+
+namespace {
+
+/// Sets a flag for as long as it lives.
+class TFlagged {
+ public:
+  explicit TFlagged(bool& AFlag) : FFlag(AFlag), FBefore(AFlag) { AFlag = true; }
+  TFlagged(const TFlagged&) = delete;
+  TFlagged& operator=(const TFlagged&) = delete;
+  ~TFlagged() { FFlag = FBefore; }
+
+ private:
+  bool& FFlag;
+  const bool FBefore;
+};
+
+constexpr int BestCompression = 9;
+
+}  // namespace
+
+template <class TRead>
+void TQuillonDataStorage::WhileReading(const TRead& ARead) {
+  const TQuillonChangeTrackingLock Tracking(*this);
+  const TQuillonDataChangeLogLock Log(&FChangeLog);
+  const TFlagged Reading(FIsReading);
+  struct TCount {
+    std::uint64_t& Count;
+    ~TCount() { ++Count; }
+  } const Counted{FChangeCount};
+  FReadingSince = QuillonDateTime::Now();
+  ARead();
+}
+
+void TQuillonDataStorage::LoadWith(TQuillonDataObjectReader& AReader) {
+  {
+    const TQuillonDataChangeLogLock Log(&FChangeLog);
+    Clear();
+  }
+  WhileReading([&] { ReadProperties(AReader); });
+}
+
+void TQuillonDataStorage::LoadFromXML(TQuillonBuffer ADocument, std::string_view ASource) {
+  TQuillonDataObjectXMLReader Reader(*this, std::move(ADocument), ASource);
+  LoadWith(Reader);
+}
+
+std::string TQuillonDataStorage::SaveToXML() const {
+  TQuillonDataObjectXMLWriter Writer;
+  WriteProperties(Writer);
+  return Writer.Finish();
+}
+
+void TQuillonDataStorage::LoadFromBinStream(TQuillonStream& AStream) {
+  TQuillonDataObjectBinReader Reader(*this, AStream, true);
+  LoadWith(Reader);
+  FModified = false;
+}
+
+void TQuillonDataStorage::SaveToBinStream(TQuillonStream& AStream) const {
+  TQuillonDataObjectBinWriter Writer(AStream, true);
+  WriteProperties(Writer);
+  Writer.Finish();
+}
+
+void TQuillonDataStorage::LoadFromZIPStream(TQuillonStream& AStream) {
+  TQuillonZDecompressionStream Content(AStream);
+  {
+    TQuillonDataObjectBinReader Reader(*this, Content, true);
+    LoadWith(Reader);
+  }
+  Content.Finish();
+  FModified = false;
+}
+
+void TQuillonDataStorage::SaveToZIPStream(TQuillonStream& AStream) const {
+  TQuillonZCompressionStream Content(AStream, BestCompression);
+  SaveToBinStream(Content);
+  Content.Finish();
+}
+
+void TQuillonDataStorage::LoadFromBinFile(const std::string& AFileName) {
+  TQuillonFileStream File(AFileName, fomOpenRead, famShareDenyWrite, fomOpenRead, famShareDenyNone);
+  LoadFromBinStream(File);
+}
+
+void TQuillonDataStorage::SaveToBinFile(const std::string& AFileName) const {
+  TQuillonMemoryStream Content;
+  SaveToBinStream(Content);
+  QuillonIO::ReplaceFile(AFileName, Content.Content());
+}
+
+void TQuillonDataStorage::Overwrite(TQuillonDataStorage& AStorage) const {
+  if (&AStorage.DataClass() != &DataClass() || &AStorage == this) {
+    return;
+  }
+  TQuillonMemoryStream Content;
+  SaveToBinStream(Content);
+  Content.Seek(0, TQuillonSeekOrigin::Begin);
+  TQuillonDataObjectBinReader Reader(AStorage, Content, true, dormOverwrite);
+  AStorage.WhileReading([&] { AStorage.ReadProperties(Reader); });
+  AStorage.FModified = true;
+}
+
+void TQuillonDataStorage::SaveToMemorySnapshot(TQuillonStream& AStream) {
+  AStream.Clear();
+  SaveToBinStream(AStream);
+  FChangeLog.SaveToStream(AStream);
+  FModified = false;
+}
+
+void TQuillonDataStorage::LoadFromMemorySnapshot(TQuillonStream& AStream) {
+  FChangeLog.Clear();
+  AStream.Seek(0, TQuillonSeekOrigin::Begin);
+  const TFlagged Restoring(FIsRestoring);
+  LoadFromBinStream(AStream);
+  FChangeLog.LoadFromStream(AStream);
+}
+
+void TQuillonDataStorage::SaveToSnapshot(const std::string& AFileName) {
+  if (AFileName.empty()) {
+    return;
+  }
+  TQuillonMemoryStream Content;
+  SaveToMemorySnapshot(Content);
+  TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(AFileName));
+  QuillonIO::ReplaceFile(AFileName, Content.Content());
+}
+
+void TQuillonDataStorage::LoadFromSnapshot(const std::string& AFileName) {
+  if (!AFileName.empty() && TQuillonFileSystem::Exists(AFileName)) {
+    TQuillonFileStream File(AFileName, fomOpenRead, famShareDenyWrite, fomOpenRead, famShareDenyNone);
+    LoadFromMemorySnapshot(File);
+  }
+}
+
+namespace QuillonDataObjects {
+
+std::string WriteContent(const TQuillonDataAbstractObject& AnObject) {
+  TQuillonMemoryStream Content;
+  TQuillonDataObjectBinWriter Writer(Content, false);
+  AnObject.WriteProperties(Writer);
+  Writer.Finish();
+  return Content.TakeContent();
+}
+
+void ReadContent(TQuillonDataStorage& AStorage, TQuillonDataAbstractObject& AnObject, std::string_view AContent) {
+  TQuillonMemoryStream Stream{std::string(AContent)};
+  TQuillonDataObjectBinReader Reader(AStorage, Stream, false);
+  AStorage.WhileReading([&] { AnObject.ReadProperties(Reader); });
+}
+
+}  // namespace QuillonDataObjects
