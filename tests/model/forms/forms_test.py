@@ -19,7 +19,7 @@ import xml_form
 from binary_form import BinaryReader, BinaryWriter
 from forms_tool import XML_TOLERANCE, Folder, Settings, without_lists
 from log_cases import PlayedLogs, RecordedLogs
-from plan_classes import CURRENT_RELEASE
+from plan_classes import CURRENT_RELEASE, release_number
 from plan_tree import all_lists
 from random_plan import random_plan
 
@@ -71,7 +71,7 @@ NEW_NESTED = {
     "Settings": {"LessonWeeks": "1" * 56, "MinProDefaultLessons": 45, "MinLKStudentCount": 5, "MaxLKStudentCount": 25,
                  "MinGKStudentCount": 5, "MaxGKStudentCount": 25, "StatisticsWeeksCount": 1, "LessonsDisplay": 2,
                  "TimetableID": -1, "Weekend": 5, "WeekStart": 1, "ShowSupervisions": True, "WeekFmt": "W",
-                 "WeekPrefix": "[KW %s]", "ShowTeacherIcons": True, "AutoWeekfactor": True, "LineWrap": False},
+                 "WeekPrefix": "[KW %s]", "ShowTeacherIcons": True, "AutoWeekfactor": True, "LineWrap": True},
     "Owner": {"Site": "", "Name": ""},
 }
 NEW_FRAME = {"UnitsPerHour": 1, "LessonsPerDay": 10, "FirstHour": 10, "MinutesPerHour": 45, "MorningLessonTo": 6,
@@ -107,7 +107,7 @@ class RandomPlans(Folder):
 
 class OldReleases(Folder):
     def assert_loaded(self, expected, actual, message):
-        if message < "6.0.103":
+        if release_number(message) < release_number("6.0.103"):
             for tree in (expected, actual):
                 for lesson in tree.values["Events"].items:
                     lesson.values["Student"].items.sort(key=lambda item: item.id)

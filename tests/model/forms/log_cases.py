@@ -42,6 +42,8 @@ class Plan:
         self.made = RandomPlan(77)
         self.groups, self.rooms = tree.values["Groups"], tree.values["Rooms"]
         self.room = self.rooms.items[0]
+        self.many = max((tree.values[key] for key in ("Groups", "Rooms", "Building", "Students", "Classes")),
+                        key=lambda entry: len(entry.items))
         teachers = tree.values["Teacher"].items
         self.subjects = max((teacher.values["Subjects"] for teacher in teachers), key=lambda entry: len(entry.items))
 
@@ -118,9 +120,9 @@ def deletion(plan):
 
 
 def move(plan):
-    yield in_list(MOVE, plan.rooms, plan.rooms.items[0], index=1)
-    yield in_list(MOVE, plan.rooms, plan.rooms.items[1], index=-1)
-    yield in_list(MOVE, plan.groups, plan.room, index=0)
+    yield in_list(MOVE, plan.many, plan.many.items[0], index=1)
+    yield in_list(MOVE, plan.many, plan.many.items[0], index=-1)
+    yield in_list(MOVE, plan.subjects, plan.room, index=0)
 
 
 def clearance(plan):
@@ -144,7 +146,7 @@ def stale_release(plan):
 
 def stale_list(plan):
     """Lists take concurrent changes; the greater version stays."""
-    yield in_list(MOVE, plan.rooms, plan.rooms.items[-1], version=-2**63, index=0)
+    yield in_list(MOVE, plan.many, plan.many.items[-1], version=-2**63, index=0)
 
 
 def duplicate_code(plan):

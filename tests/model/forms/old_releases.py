@@ -59,6 +59,16 @@ def _merge(values, into, *keys):
                 present.add(item.id)
 
 
+def _add(values, *keys):
+    values["New"].items += [values[key] for key in keys if values[key]]
+
+
+def _supervision(values, _):
+    """The teacher would be lost with the next save if the new objects did not take it in."""
+    _add(values, "Teacher")
+    values["Time"] = values["Supervision"]
+
+
 def _room(values, _):
     values["Groups"] = DataList(None, None, [values["Group"]] if values["Group"] else [])
 
@@ -83,7 +93,7 @@ def _additional_lesson(values, release):
 
 
 def _stand_in_objects(values, _):
-    values["New"].items += [item for item in (values["Teacher"], values["Room"]) if item]
+    _add(values, "Teacher", "Room")
     values["Absent"].items += values["GapObjects"].items
 
 
@@ -117,8 +127,8 @@ UPGRADES = {
                                                                  "Resources"))],
     "TVELZusatzunterricht": [("6.0.144", _additional_lesson)],
     "TVELVertretung": [("6.0.114", _stand_in_objects), ("6.0.120", _swap_flags)],
-    "TVELAufsichtsVertretung": [("6.0.114", lambda values, _: values.__setitem__("Time", values["Supervision"]))],
-    "TVELRaumaenderung": [("6.0.114", lambda values, _: values["New"].items.extend(filter(None, [values["Room"]])))],
+    "TVELAufsichtsVertretung": [("6.0.114", _supervision)],
+    "TVELRaumaenderung": [("6.0.114", lambda values, _: _add(values, "Room"))],
     "TVELStundentafelEintrag": [("6.0.101", lambda values, _: values["WholeClass"] or
                                  values.__setitem__("Group", "G"))],
     "TVELVeranstaltung": [("6.0.165", _lesson), ("6.0.105", _set("BlockNext", None))],
