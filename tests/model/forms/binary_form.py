@@ -199,7 +199,8 @@ def read_plan(data):
 
 def write_plan(tree):
     """The stream of a plan in the form of the release that its row "DataformatRelease" names."""
-    writer = BinaryWriter(release=tree.values["DataformatRelease"])
+    text = tree.values["DataformatRelease"]
+    writer = BinaryWriter(release=CURRENT_RELEASE if text == "7.0.163" else text)
     writer.values(tree)
     return writer.data()
 

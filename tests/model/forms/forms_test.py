@@ -125,6 +125,21 @@ class OldReleases(Folder):
                     self.assert_loaded(without_lists(expected), binary_form.read_plan(data), release)
 
 
+    def test_releases_that_are_none(self):
+        tree = random_plan(Settings.seeds[0])
+        tree.values["DataformatRelease"] = "7.0.163"
+        read = binary_form.read_plan(self.convert(binary_form.write_plan(tree), "bin", "bin"))
+        self.assertEqual(read.values["DataformatRelease"], CURRENT_RELEASE)
+        tree.values["DataformatRelease"] = CURRENT_RELEASE
+        self.assert_same(tree, read)
+        tree.values["DataformatRelease"] = "6.0.173"
+        self.put("in.bin", binary_form.write_plan(tree))
+        code, text = self.run_tool("convert", "in.bin", "out.bin")
+        self.assertEqual((code, text.strip()), (1, f'[Error] Neues Datenformat "6.0.173" erkannt, aber diese Velmora '
+                                                   f'Version erwartet Datenformat "{CURRENT_RELEASE}". Bitte updaten '
+                                                   "Sie Velmora."))
+
+
 class DamagedStreams(Folder):
     def assert_refused(self, data, form="bin"):
         self.put("in." + form, data)

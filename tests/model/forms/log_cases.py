@@ -86,6 +86,24 @@ def modification(plan):
     yield with_content(MODIFICATION, plan.changed(plan.room, Comments="𝔘mgebaut", Capacity=-5, Code="R 1"))
 
 
+def modification_of_nested_objects(plan):
+    settings = copy.deepcopy(plan.tree.values["Settings"])
+    settings.values["LessonLayout"].values["Time"].values["LessonFontColor"] = 4711
+    settings.values["TimeFrame"].values["Name"] = "Raster"
+    yield with_content(MODIFICATION, settings)
+
+
+def modification_with_another_list(plan):
+    """The identity of a list comes with the object; what the list holds stays."""
+    room, group = copy.deepcopy(plan.room), plan.new("Group", Code="neu")
+    room.values["Code"] = "R 1"
+    room.values["Groups"].id = bytes(15) + b"\2"
+    yield with_content(MODIFICATION, room)
+    yield with_content(CREATION, group)
+    yield in_list(INSERTION, plan.groups, group)
+    yield in_list(INSERTION, room.values["Groups"], group, index=0)
+
+
 def modification_twice(plan):
     operation = with_content(MODIFICATION, plan.changed(plan.room, Comments="a", Code="R 1"))
     yield operation
@@ -157,7 +175,8 @@ def duplicate_code(plan):
         yield in_list(INSERTION, plan.groups, group)
 
 
-CASES = (creation_and_insertion, created_of_every_class, modification, modification_twice, stale_modification,
+CASES = (creation_and_insertion, created_of_every_class, modification, modification_of_nested_objects,
+         modification_with_another_list, modification_twice, stale_modification,
          missing_object, missing_in_list, missing_list, list_and_object_missing, deletion, move, clearance,
          unknown_kind, release, stale_release, stale_list)
 TOO_MANY = "Die Zahl der abzugleichenden Änderungen ist zu groß"

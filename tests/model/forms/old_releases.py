@@ -6,7 +6,7 @@ from plan_classes import CURRENT_RELEASE, release_number
 from plan_tree import DataList, DataObject, walk
 from random_plan import RandomPlan
 
-RELEASES = ("6.0.52", "6.0.100", "6.0.113", "6.0.134", "6.0.139", "6.0.167", "6.0.169", "6.0.170", "6.0.171")
+RELEASES = ("", "6.0.52", "6.0.100", "6.0.113", "6.0.134", "6.0.139", "6.0.167", "6.0.169", "6.0.170", "6.0.171")
 NOT_PUBLIC = 3
 ROOM_AUTOMATIC = 1 << 9
 
@@ -97,7 +97,12 @@ def _stand_in_objects(values, _):
     values["Absent"].items += values["GapObjects"].items
 
 
-def _swap_flags(values, _):
+def _swap_flags(values, release):
+    if release == release_number(""):
+        if values["StandInTeacherFeature"] >= 5:
+            values["StandInTeacherFeature"], values["StandInFeature"] = 2, 1
+        if values["NewTime"]:
+            values["StandInFeature"] = 1
     feature = values["StandInFeature"]
     values["ChangeTeacher"] |= feature in (2, 3)
     values["ChangeRoom"] |= feature in (2, 4)
