@@ -52,8 +52,7 @@ class EQuillonCollectionError : public EQuillonException {
   using EQuillonException::EQuillonException;
 };
 
-/// Root of the library's class tree: assignment and comparison. Who holds an object holds it by a shared pointer, and
-/// the last one to let go frees it: no collection, box or reader has a flag for who owns what it holds.
+/// Root of the library's class tree: assignment and comparison.
 class TQuillonObject {
  public:
   TQuillonObject() = default;

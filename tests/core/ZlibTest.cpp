@@ -68,6 +68,17 @@ TEST(Zlib, WhatIsCutOrDamagedIsRefused) {
   EXPECT_THROW(Compressed("abc", 10), EQuillonZlibError);
 }
 
+TEST(Zlib, WhatGrowsBeyondReasonIsRefused) {
+  TQuillonMemoryStream Stream;
+  TQuillonZCompressionStream Target(Stream);
+  for (int I = 0; I < 40; ++I) {
+    Target.Write(std::string(1 << 20, 'x'));
+  }
+  Target.Finish();
+  Stream.Seek(0, TQuillonSeekOrigin::Begin);
+  EXPECT_THROW(TQuillonZDecompressionStream(Stream).Finish(), EQuillonZlibError);
+}
+
 TEST(Zlib, AFailureOfTheTargetLeavesNoWholeStream) {
   class FullStream final : public TQuillonMemoryStream {
    public:
