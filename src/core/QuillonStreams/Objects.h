@@ -62,8 +62,8 @@ class TQuillonClassRegistry {
   std::map<std::string, const TQuillonPersistentClass*, std::less<>> FClassMap;
 };
 
-/// An object that can be put on a stream with all that it refers to. Who holds one holds it by a shared pointer, and the
-/// last one to let go frees it: no collection, box or reader has a flag for who owns what it holds.
+/// An object that can be put on a stream with all that it refers to. Who holds one holds it by a shared pointer, and
+/// the last one to let go frees it: no collection, box or reader has a flag for who owns what it holds.
 class TQuillonPersistent : public TQuillonObject {
  public:
   virtual const TQuillonPersistentClass& PersistentClass() const = 0;

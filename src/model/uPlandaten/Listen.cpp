@@ -183,7 +183,8 @@ TVELSchueler* TVELSchuelerliste::FindUser(std::string_view AUserName, bool ACase
 TVELSchueler* TVELSchuelerliste::FindName(std::string_view AVorname, std::string_view ANachname,
                                           bool ACaseSensitive) const {
   return FindFirst(*this, [&](const TVELSchueler* AnItem) {
-    return SameText(AnItem->FVorname, AVorname, ACaseSensitive) && SameText(AnItem->FNachname, ANachname, ACaseSensitive);
+    return SameText(AnItem->FVorname, AVorname, ACaseSensitive) &&
+           SameText(AnItem->FNachname, ANachname, ACaseSensitive);
   });
 }
 
