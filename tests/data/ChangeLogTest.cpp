@@ -135,6 +135,15 @@ const TSession Sessions[] = {
      "DCI"},
     {[](TTestStorage& S) { S.FTwins2.Add(Create<TTestTwin<2>>(&S)), S.FTwins1.Add(Create<TTestTwin<1>>(&S)); }, "CICI"},
     {[](TTestStorage& S) {
+       const auto Other = CreateStorage<TTestStorage>();
+       Other->AddItem("o");
+       S.FOthers.MergeEx(Other->FItems);
+       auto* const Free = Create<TTestItem>(nullptr);
+       Free->FName = "f";
+       S.FOthers.Add(Free);
+     },
+     "CICI"},
+    {[](TTestStorage& S) {
        S.FItems.FRefused = "x";
        EXPECT_THROW(S.AddItem("x"), EQuillonException);
        TTestList OfTheProgram(&S);

@@ -10,8 +10,8 @@
 /// The document of a storage without the stamps that tell who did something, and when: on another copy that is the
 /// time of the playback.
 inline std::string PlainContent(const TQuillonDataStorage& AStorage) {
-  static constexpr std::array<std::string_view, 5> Stamps = {"<Changed>", "<ChangedBy", "<Created>", "<CreatedBy",
-                                                             "<FileVersion"};
+  static constexpr std::array<std::string_view, 6> Stamps = {"<Changed>",  "<ChangedBy",   "<Created>",
+                                                             "<CreatedBy", "<FileVersion", "<Modified>"};
   std::string Content;
   std::istringstream Document(AStorage.SaveToXML());
   for (std::string Line; std::getline(Document, Line);) {

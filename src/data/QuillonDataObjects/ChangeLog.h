@@ -48,7 +48,7 @@ class TQuillonDataChangeLog final : public TQuillonPersistent {
   void RecordModification(TQuillonDataObject& AnObject);
   void RecordRelease(TQuillonDataObject& AnObject);
   /// Ahead of the change of the list.
-  /// @param AnIndex -1 for the place of the list's choice
+  /// @param AnIndex may be QuillonDataObjects::AnyPlace
   void RecordInsertion(TQuillonDataList& AList, int AnIndex, TQuillonDataObject& AnItem);
   void RecordDeletion(TQuillonDataList& AList, TQuillonDataObject& AnItem);
   void RecordClearance(TQuillonDataList& AList);

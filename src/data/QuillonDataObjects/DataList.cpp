@@ -6,13 +6,6 @@
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/Storage.h"
 
-namespace {
-
-/// Place that is told ahead of an item that goes to the end, or where the order puts it.
-constexpr int AnyPlace = -1;
-
-}  // namespace
-
 TQuillonDataList::TQuillonDataList(TQuillonDataAbstractObject* AnOwner, TItems AnItems)
     : FIsItemOwner(AnItems == TItems::Owned) {
   FOwner = AnOwner;
@@ -198,7 +191,7 @@ void TQuillonDataList::InsertAt(int AWanted, int AnIndex, TQuillonDataObject* An
 
 void TQuillonDataList::Add(TQuillonDataObject* AnItem) {
   if (AnItem != nullptr) {
-    InsertAt(AnyPlace, FSorted ? FindPlace(*AnItem) : Count(), AnItem);
+    InsertAt(QuillonDataObjects::AnyPlace, FSorted ? FindPlace(*AnItem) : Count(), AnItem);
   }
 }
 

@@ -4,6 +4,7 @@
 #include <cassert>
 #include <iterator>
 #include <mutex>
+#include <span>
 
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/DataList.h"
@@ -131,6 +132,25 @@ void TQuillonDataAbstractObject::MoveTo(TQuillonDataAbstractObject& AnOwner) {
   VisitOwned([](TQuillonDataAbstractObject& AnObject) {
     if (AnObject.FHasID) {
       AnObject.Register();
+    }
+  });
+  if (TQuillonDataChangeLog* const Log = RecordingLog(Storage())) {
+    RecordArrival(*Log);
+  }
+}
+
+void TQuillonDataAbstractObject::RecordArrival(TQuillonDataChangeLog& ALog) {
+  VisitOwned([&](TQuillonDataAbstractObject& AnObject) {
+    if (AnObject.AsList() == nullptr) {
+      ALog.RecordCreation(static_cast<TQuillonDataObject&>(AnObject));
+    }
+  });
+  VisitOwned([&](TQuillonDataAbstractObject& AnObject) {
+    TQuillonDataList* const List = AnObject.AsList();
+    for (TQuillonDataObject* Item : List != nullptr ? List->Items() : std::span<TQuillonDataObject* const>()) {
+      if (Item != nullptr && Item->Storage() == Storage()) {
+        ALog.RecordInsertion(*List, QuillonDataObjects::AnyPlace, *Item);
+      }
     }
   });
 }

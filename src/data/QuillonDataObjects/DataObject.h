@@ -13,6 +13,7 @@
 #include "QuillonGuid.h"
 #include "QuillonTypes.h"
 
+class TQuillonDataChangeLog;
 class TQuillonDataClass;
 class TQuillonDataList;
 class TQuillonDataObject;
@@ -140,6 +141,8 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   void LeaveRegistry(TQuillonDataStorage& AStorage);
   /// Sets the owner. What comes into another storage, or leaves one, changes the registry with all that it owns.
   void MoveTo(TQuillonDataAbstractObject& AnOwner);
+  /// Records this object and all that it owns as made: it comes from outside of the storage.
+  void RecordArrival(TQuillonDataChangeLog& ALog);
   /// The objects that this one owns itself: items of its lists and nested ones.
   std::vector<TQuillonDataObject*> Parts();
   /// Calls AVisit with this object and all that it owns, lists included.

@@ -16,11 +16,18 @@ class TQuillonWriter;
 struct TQuillonDataEvent;
 struct TQuillonDataOperationClass;
 
+namespace QuillonDataObjects {
+
+/// Place of an item that goes to the end of a list, or where the order of the list puts it.
+inline constexpr int AnyPlace = -1;
+
+}  // namespace QuillonDataObjects
+
 /// One thing that a user did to a storage, as a change log holds it. Which fields it has is up to its kind; the others
 /// are empty.
 struct TQuillonDataOperation {
   TQuillonDataOperationKind FKind = TQuillonDataOperationKind::Creation;
-  std::int32_t FListIndex = 0;      ///< -1 for the place of the list's choice
+  std::int32_t FListIndex = 0;      ///< may be AnyPlace
   std::int64_t FObjectVersion = 0;  ///< what the operation has made it
   std::int64_t FListVersion = 0;    ///< what the operation has made it
   TGUID FObjectID;

@@ -42,6 +42,7 @@ void TQuillonDataStorage::ClearProperties() { FFileVersion = 0; }
 
 void TQuillonDataStorage::FreeProperties() {
   LockChangeTracking();
+  FChangeLog.Deactivate();
   const TQuillonStorageStateGuard Clearing(*this, TQuillonDataStorageState::dssClearing);
   // All at once: nobody looks an object up any more, and leaving one by one would take as long as the load.
   std::vector<TQuillonDataObject*> Loose = FObjectRegistry.Unheld();
