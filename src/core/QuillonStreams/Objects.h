@@ -307,3 +307,26 @@ constexpr TQuillonProperty Published() {
 }
 
 }  // namespace QuillonStreams
+
+/// Gives a class the table that streams want: by the name TObject::ClassName, its objects made without arguments, and
+/// with the rows of TObject::Properties(), if it has such.
+template <class TObject, class TBase = TQuillonPersistent>
+class TQuillonNamed : public TBase {
+ public:
+  using TBase::TBase;
+
+  static const TQuillonPersistentClass& Class() {
+    static const TQuillonPersistentClass Class{std::string(TObject::ClassName), QuillonStreams::Make<TObject>, Rows()};
+    return Class;
+  }
+  const TQuillonPersistentClass& PersistentClass() const override { return Class(); }
+
+ private:
+  static std::vector<TQuillonProperty> Rows() {
+    if constexpr (requires { TObject::Properties(); }) {
+      return TObject::Properties();
+    } else {
+      return {};
+    }
+  }
+};

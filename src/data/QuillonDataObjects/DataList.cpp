@@ -470,7 +470,7 @@ void TQuillonDataList::Sort() {
 }
 
 void TQuillonDataList::Sort(TQuillonCompareItems ACompare) {
-  QuillonDataObjects::QuickSort(
+  QuillonClasses::QuickSort(
       0, Count() - 1, [&](int A, int B) { return CompareReal(GetItem(A), GetItem(B), ACompare); },
       [this](int A, int B) { Exchange(A, B); });
 }
