@@ -44,8 +44,9 @@ class Plan:
         self.room = self.rooms.items[0]
         self.many = max((tree.values[key] for key in ("Groups", "Rooms", "Building", "Students", "Classes")),
                         key=lambda entry: len(entry.items))
-        teachers = tree.values["Teacher"].items
-        self.subjects = max((teacher.values["Subjects"] for teacher in teachers), key=lambda entry: len(entry.items))
+        held = sorted((teacher.values["Subjects"] for teacher in tree.values["Teacher"].items),
+                      key=lambda entry: len(entry.items))
+        self.subjects, self.other_subject = held[-1], held[-2].items[0]
 
     def new(self, tag, **values):
         """An object that no storage holds yet, without references, its lists empty but for their identity."""
@@ -134,13 +135,13 @@ def list_and_object_missing(plan):
 
 def deletion(plan):
     yield in_list(DELETION, plan.subjects, plan.subjects.items[-1])
-    yield in_list(DELETION, plan.subjects, plan.room)
+    yield in_list(DELETION, plan.subjects, plan.other_subject)
 
 
 def move(plan):
     yield in_list(MOVE, plan.many, plan.many.items[0], index=1)
     yield in_list(MOVE, plan.many, plan.many.items[0], index=-1)
-    yield in_list(MOVE, plan.subjects, plan.room, index=0)
+    yield in_list(MOVE, plan.subjects, plan.other_subject, index=0)
 
 
 def clearance(plan):
