@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -51,7 +52,8 @@ class EQuillonCollectionError : public EQuillonException {
   using EQuillonException::EQuillonException;
 };
 
-/// Root of the library's class tree: assignment and comparison.
+/// Root of the library's class tree: assignment and comparison. Who holds an object holds it by a shared pointer, and
+/// the last one to let go frees it: no collection, box or reader has a flag for who owns what it holds.
 class TQuillonObject {
  public:
   TQuillonObject() = default;
@@ -65,4 +67,9 @@ class TQuillonObject {
 
   /// Negative, zero or positive, as this object stands before, with or behind the other; 0 by default.
   virtual int Compare(const TQuillonObject& AnObject) const;
+
+  /// Whether the two are the same to a collection: by default only an object and itself.
+  virtual bool Equals(const TQuillonObject& AnObject) const { return this == &AnObject; }
+  /// The same for objects that are equal; by default one of the object itself.
+  virtual std::int32_t GetHashCode() const;
 };

@@ -34,7 +34,7 @@ std::string Decompressed(TQuillonStream& ASource) {
 }  // namespace
 
 TEST(Zlib, ContentComesBackAndTheSourceStandsBehindIt) {
-  for (const std::size_t Size : {0, 1, 1000, 300'000}) {
+  for (const std::size_t Size : std::initializer_list<std::size_t>{0, 1, 1000, 300'000}) {
     for (const int Level : {-1, 0, 1, 9}) {
       TQuillonMemoryStream Source(Compressed(Plain(Size), Level) + "behind");
       EXPECT_EQ(Decompressed(Source), Plain(Size)) << Level;

@@ -5,6 +5,14 @@
 #include <string>
 #include <utility>
 
+#include "QuillonDataObjects/DataObject.h"
+
+namespace {
+
+using TKind = TQuillonDataOperationKind;
+
+}  // namespace
+
 const TQuillonPersistentClass& TQuillonDataChangeLog::Class() {
   static const TQuillonPersistentClass Class{
       "TQuillonDataChangeLog",
@@ -48,6 +56,68 @@ void TQuillonDataChangeLog::ReadProperties(TQuillonObjectReader& AReader) {
     Operations.push_back(TQuillonDataOperation::Read(AReader));
   }
   std::ranges::move(Operations, std::back_inserter(FOperations));
+}
+
+void TQuillonDataChangeLog::RecordCreation(TQuillonDataObject& AnObject) {
+  Record(TKind::Creation, {.Object = &AnObject});
+}
+
+void TQuillonDataChangeLog::RecordModification(TQuillonDataObject& AnObject) {
+  if (!IsRecording()) {
+    return;
+  }
+  const bool IsNew = IsLast(TKind::Creation, AnObject);
+  const bool IsOneMore = IsNew || IsLast(TKind::Modification, AnObject);
+  auto Operation = TQuillonDataOperation::Record(IsNew ? TKind::Creation : TKind::Modification, FUserName.Text(),
+                                                 {.Object = &AnObject});
+  if (IsOneMore) {
+    FOperations.back() = std::move(Operation);
+  } else {
+    FOperations.push_back(std::move(Operation));
+  }
+}
+
+void TQuillonDataChangeLog::RecordRelease(TQuillonDataObject& AnObject) {
+  if (!IsRecording()) {
+    return;
+  }
+  const bool IsNew = IsLast(TKind::Creation, AnObject);
+  if (IsNew || IsLast(TKind::Modification, AnObject)) {
+    DropLast();
+  }
+  if (!IsNew) {
+    Record(TKind::Release, {.Object = &AnObject});
+  }
+}
+
+void TQuillonDataChangeLog::RecordInsertion(TQuillonDataList& AList, int AnIndex, TQuillonDataObject& AnItem) {
+  Record(TKind::Insertion, {.Object = &AnItem, .List = &AList, .Index = AnIndex});
+}
+
+void TQuillonDataChangeLog::RecordDeletion(TQuillonDataList& AList, TQuillonDataObject& AnItem) {
+  Record(TKind::Deletion, {.Object = &AnItem, .List = &AList});
+}
+
+void TQuillonDataChangeLog::RecordClearance(TQuillonDataList& AList) { Record(TKind::Clearance, {.List = &AList}); }
+
+void TQuillonDataChangeLog::RecordMove(TQuillonDataList& AList, int ANewIndex, TQuillonDataObject& AnItem) {
+  Record(TKind::Move, {.Object = &AnItem, .List = &AList, .Index = ANewIndex});
+}
+
+void TQuillonDataChangeLog::DropLast() {
+  if (!FOperations.empty()) {
+    FOperations.pop_back();
+  }
+}
+
+bool TQuillonDataChangeLog::IsLast(TKind AKind, const TQuillonDataObject& AnObject) const {
+  return !FOperations.empty() && FOperations.back().FKind == AKind && FOperations.back().FObjectID == AnObject.ID();
+}
+
+void TQuillonDataChangeLog::Record(TKind AKind, const TQuillonDataEvent& AnEvent) {
+  if (IsRecording()) {
+    FOperations.push_back(TQuillonDataOperation::Record(AKind, FUserName.Text(), AnEvent));
+  }
 }
 
 void TQuillonDataChangeLog::Deactivate() {

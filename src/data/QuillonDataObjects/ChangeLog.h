@@ -9,6 +9,8 @@
 #include "QuillonDataObjects/UserName.h"
 #include "QuillonStreams/Objects.h"
 
+class TQuillonDataStorage;
+
 /// What users did to a storage, as operations that can be played back on another copy of it. While the log is locked,
 /// what happens is part of an operation that is told as a whole.
 ///
@@ -39,6 +41,21 @@ class TQuillonDataChangeLog final : public TQuillonPersistent {
   bool IsLocked() const { return FLockCount > 0; }
   bool IsRecording() const { return FActive && FLockCount == 0; }
 
+  /// What happens to an object or a list, each recorded while the log is active and not locked. A record of what
+  /// happens to an object takes the place of the last one if that tells of the same object: a burst of changes costs
+  /// one record, and an object that is made and freed again none.
+  void RecordCreation(TQuillonDataObject& AnObject);
+  void RecordModification(TQuillonDataObject& AnObject);
+  void RecordRelease(TQuillonDataObject& AnObject);
+  /// Ahead of the change of the list.
+  /// @param AnIndex -1 for the place of the list's choice
+  void RecordInsertion(TQuillonDataList& AList, int AnIndex, TQuillonDataObject& AnItem);
+  void RecordDeletion(TQuillonDataList& AList, TQuillonDataObject& AnItem);
+  void RecordClearance(TQuillonDataList& AList);
+  void RecordMove(TQuillonDataList& AList, int ANewIndex, TQuillonDataObject& AnItem);
+  /// Takes the last record back, if there is one.
+  void DropLast();
+
   int Count() const { return static_cast<int>(FOperations.size()); }
   bool IsEmpty() const { return FOperations.empty(); }
   /// @throws EQuillonCollectionError for an index outside of the log
@@ -50,7 +67,16 @@ class TQuillonDataChangeLog final : public TQuillonPersistent {
   /// Appends copies of another log's operations, which may be null.
   void Add(const TQuillonDataChangeLog* AChangeLog);
 
+  /// Does to a storage what the log tells, all of it or nothing; what it does is not recorded.
+  /// @return false for an empty log
+  /// @throws EQuillonDataConflict for what others have changed since; EQuillonReaderError,
+  ///   EQuillonDataObjectReaderError for objects that cannot be read. The storage is as it was then, but made anew:
+  ///   pointers into it are no longer valid.
+  bool Playback(TQuillonDataStorage& AStorage) const;
+
  private:
+  bool IsLast(TQuillonDataOperationKind AKind, const TQuillonDataObject& AnObject) const;
+  void Record(TQuillonDataOperationKind AKind, const TQuillonDataEvent& AnEvent);
   bool Exceeds(std::size_t ACount) const;
   void Overfill();
 

@@ -34,15 +34,51 @@ const TQuillonDataClass& TQuillonDataList::Class() {
 
 const TQuillonDataClass& TQuillonDataList::ItemClass() const { return TQuillonDataObject::Class(); }
 
-/// The one shape of every change of the items. What records changes comes in here, ahead of the hooks, and keeps silent
-/// until the end, also when one raises: the list's own Change and what its hooks do belong to the operation.
+/// The one shape of every change of the items. What it brings with it, the list's own Change and what the hooks do,
+/// belongs to the operation and is not recorded.
 void TQuillonDataList::Perform(const TOperation& AnOperation) {
   TQuillonDataStorage* const Store = Storage();
-  const TQuillonDataChangeLogLock Lock(Store != nullptr ? &Store->ChangeLog() : nullptr);
-  Before(AnOperation);
-  Apply(AnOperation);
+  TQuillonDataChangeLog* const Log = Store != nullptr ? &Store->ChangeLog() : nullptr;
+  const bool IsRecording = Log != nullptr && Log->IsRecording();
+  const bool IsRecorded = IsRecording && IsPersisted();
+  const int CountBefore = IsRecorded ? Log->Count() : 0;
+  const std::int64_t VersionBefore = FVersion;
+  if (IsRecorded) {
+    Record(AnOperation, *Log);
+  }
+  const TQuillonDataChangeLogLock Lock(IsRecorded == IsRecording ? Log : nullptr);
+  try {
+    Before(AnOperation);
+    Apply(AnOperation);
+  } catch (...) {
+    // Refused by a hook: nothing has happened.
+    if (IsRecorded && Log->Count() > CountBefore) {
+      Log->DropLast();
+      FVersion = VersionBefore;
+    }
+    throw;
+  }
   After(AnOperation);
   Change();
+}
+
+void TQuillonDataList::Record(const TOperation& AnOperation, TQuillonDataChangeLog& ALog) {
+  if (AnOperation.Kind == TOperationKind::Clearance) {
+    ALog.RecordClearance(*this);
+  } else if (AnOperation.Item == nullptr) {
+    return;  // an empty place is no item
+  } else if (AnOperation.Kind == TOperationKind::Insertion) {
+    ALog.RecordInsertion(*this, AnOperation.Index, *AnOperation.Item);
+  } else if (AnOperation.Kind == TOperationKind::Move) {
+    ALog.RecordMove(*this, AnOperation.NewIndex, *AnOperation.Item);
+  } else {
+    ALog.RecordDeletion(*this, *AnOperation.Item);
+  }
+}
+
+bool TQuillonDataList::IsPersisted() const {
+  return FOwner != nullptr && std::ranges::any_of(FOwner->DataClass().Lists(),
+                                                  [this](const auto AField) { return &AField(*FOwner) == this; });
 }
 
 void TQuillonDataList::Before(const TOperation& AnOperation) {
@@ -171,10 +207,15 @@ void TQuillonDataList::Append(TQuillonDataObject* AnItem) {
     return;
   }
   assert(AnItem->DataClass().DescendsFrom(ItemClass()));
-  if (FIsItemOwner) {
-    TQuillonDataHolder::Hold(*AnItem, *this);
-  }
   FItems.push_back(AnItem);
+  if (FIsItemOwner) {
+    try {
+      TQuillonDataHolder::Hold(*AnItem, *this);
+    } catch (...) {
+      FItems.pop_back();
+      throw;
+    }
+  }
 }
 
 void TQuillonDataList::Insert(int AnIndex, TQuillonDataObject* AnItem) {

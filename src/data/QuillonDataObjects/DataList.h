@@ -7,6 +7,8 @@
 #include "QuillonDataObjects/DataObject.h"
 #include "QuillonDataObjects/QuickSort.h"
 
+class TQuillonDataChangeLog;
+
 using TQuillonDataObjectSet = std::unordered_set<const TQuillonDataAbstractObject*>;
 
 /// Order of two items: negative, zero or positive.
@@ -14,8 +16,8 @@ using TQuillonCompareItems = int (*)(const TQuillonDataObject& A, const TQuillon
 
 /// A list of data objects: of its own, or of references to objects that others own.
 ///
-/// Every change runs in one shape: the Before hook, the change of the items, the After hook, Change; the change log is
-/// locked meanwhile. A place may hold null, which nothing but Pack and the count takes for an item.
+/// Every change runs in one shape: the record of it, then the Before hook, the change of the items, the After hook and
+/// Change, with the change log locked. A place may hold null, which nothing but Pack and the count takes for an item.
 class TQuillonDataList : public TQuillonDataAbstractObject {
  public:
   enum class TItems : std::uint8_t { Referenced, Owned };
@@ -144,6 +146,12 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
 
   std::string GetDisplayName() const override;
 
+  /// Around an operation on this list that a change log plays back.
+  /// @param AnItem the object that it concerns; null for a clearance, and for an item that has gone
+  /// @throws EQuillonDataConflict to refuse the operation
+  virtual void BeforeOperation(TQuillonDataOperationKind /*AKind*/, TQuillonDataObject* /*AnItem*/) {}
+  virtual void AfterOperation(TQuillonDataOperationKind /*AKind*/, TQuillonDataObject* /*AnItem*/) {}
+
   /// Frees the items without hooks or notice: the end of a list.
   void FreeItems();
 
@@ -179,6 +187,9 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   }
 
   void Perform(const TOperation& AnOperation);
+  void Record(const TOperation& AnOperation, TQuillonDataChangeLog& ALog);
+  /// True for a list that a row of its owner's table holds; others are of the running program only.
+  bool IsPersisted() const;
   void Before(const TOperation& AnOperation);
   void Apply(const TOperation& AnOperation);
   void After(const TOperation& AnOperation);

@@ -10,6 +10,15 @@
 #include "QuillonDataObjects/ReaderWriter.h"
 #include "QuillonDataObjects/Storage.h"
 
+namespace {
+
+/// The storage's change log if it records; null else.
+TQuillonDataChangeLog* RecordingLog(TQuillonDataStorage* AStorage) {
+  return AStorage != nullptr && AStorage->ChangeLog().IsRecording() ? &AStorage->ChangeLog() : nullptr;
+}
+
+}  // namespace
+
 const TQuillonDataClass& TQuillonDataAbstractObject::Class() {
   using T = TQuillonDataAbstractObject;
   static const TQuillonDataClass Class = TQuillonDataClassBuilder("TQuillonDataAbstractObject", {}, nullptr, nullptr)
@@ -55,26 +64,30 @@ void TQuillonDataAbstractObject::SetID(const TGUID& AnID) {
 }
 
 void TQuillonDataAbstractObject::Register() {
-  TQuillonDataStorage* const Store = Storage();
-  if (Store == nullptr) {
-    return;
+  if (TQuillonDataStorage* const Store = Storage()) {
+    EnterRegistry(*Store);
   }
+}
+
+void TQuillonDataAbstractObject::EnterRegistry(TQuillonDataStorage& AStorage) {
   if (TQuillonDataList* const List = AsList()) {
-    Store->Registry().AddList(*List);
+    AStorage.Registry().AddList(*List);
   } else {
-    Store->Registry().AddObject(*this);
+    AStorage.Registry().AddObject(*this);
   }
 }
 
 void TQuillonDataAbstractObject::LeaveRegistry() {
-  TQuillonDataStorage* const Store = Storage();
-  if (Store == nullptr) {
-    return;
+  if (TQuillonDataStorage* const Store = Storage()) {
+    LeaveRegistry(*Store);
   }
+}
+
+void TQuillonDataAbstractObject::LeaveRegistry(TQuillonDataStorage& AStorage) {
   if (TQuillonDataList* const List = AsList()) {
-    Store->Registry().RemoveList(*List);
+    AStorage.Registry().RemoveList(*List);
   } else {
-    Store->Registry().RemoveObject(*this);
+    AStorage.Registry().RemoveObject(*this);
   }
 }
 
@@ -135,15 +148,19 @@ TQuillonDataStorage* TQuillonDataAbstractObject::Storage() const {
   return Top == nullptr ? nullptr : Top->AsStorage();
 }
 
-void TQuillonDataAbstractObject::Change() {
+TQuillonDataStorage* TQuillonDataAbstractObject::StampChange() {
   FChanged = QuillonDateTime::Now();
-  if (TQuillonDataStorage* const Store = Storage()) {
+  TQuillonDataStorage* const Store = Storage();
+  if (Store != nullptr) {
     FOwner->Change();
     if (const TQuillonDataChangeLog& Log = Store->ChangeLog(); !Log.IsLocked()) {
       FChangedBy = Log.FUserName;
     }
   }
+  return Store;
 }
+
+void TQuillonDataAbstractObject::Change() { StampChange(); }
 
 void TQuillonDataAbstractObject::TakeStamps(const TQuillonDataAbstractObject& AnObject) {
   FVersion = AnObject.FVersion;
@@ -202,15 +219,35 @@ void TQuillonDataAbstractObject::AfterConstruction(TQuillonDataAbstractObject* A
   FOwner = AnOwner;
   FID = AnID;
   FHasID = true;
-  Register();
-  InitProperties();
+  TQuillonDataStorage* const Store = Storage();
+  if (Store != nullptr) {
+    EnterRegistry(*Store);
+  }
+  TQuillonDataChangeLog* const Log = RecordingLog(Store);
+  {
+    // The parts that the object makes for itself are told with it.
+    const TQuillonDataChangeLogLock Lock(Log);
+    InitProperties();
+  }
+  if (Log != nullptr && DataClass().DescendsFrom(TQuillonDataObject::Class())) {
+    Log->RecordCreation(static_cast<TQuillonDataObject&>(*this));
+  }
 }
 
 void TQuillonDataAbstractObject::BeforeDestruction() {
   if (TQuillonDataStorage* const Store = AsStorage()) {
     Store->StopBackgroundSaver();
   }
-  Unregister();
+  TQuillonDataChangeLog* Log = nullptr;
+  if (TQuillonDataStorage* const Store = FRegistered ? Storage() : nullptr) {
+    Log = RecordingLog(Store);
+    if (Log != nullptr && DataClass().DescendsFrom(TQuillonDataObject::Class())) {
+      Log->RecordRelease(static_cast<TQuillonDataObject&>(*this));
+    }
+    LeaveRegistry(*Store);
+  }
+  // What goes with the object, and all references to it, is told with its end.
+  const TQuillonDataChangeLogLock Lock(Log);
   FreeProperties();
 }
 
@@ -226,12 +263,22 @@ void TQuillonDataObject::Extract() {
   }
 }
 
+void TQuillonDataObject::Change() {
+  TQuillonDataStorage* const Store = StampChange();
+  AfterStamp();
+  if (TQuillonDataChangeLog* const Log = RecordingLog(Store)) {
+    Log->RecordModification(*this);
+  }
+}
+
 void TQuillonDataHolder::Hold(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder) {
   if (AnObject.FIsHeld) {
     if (AnObject.FHolders == nullptr) {
-      AnObject.FHolders = std::make_unique<std::vector<TQuillonDataAbstractObject*>>(1, AnObject.FOwner);
+      AnObject.FHolders = std::make_unique<std::vector<TQuillonDataAbstractObject*>>(
+          std::initializer_list<TQuillonDataAbstractObject*>{AnObject.FOwner, &AHolder});
+    } else {
+      AnObject.FHolders->push_back(&AHolder);
     }
-    AnObject.FHolders->push_back(&AHolder);
   }
   AnObject.FIsHeld = true;
   AnObject.MoveTo(AHolder);
@@ -275,6 +322,32 @@ void TQuillonDataHolder::Drop(TQuillonDataObject& AnObject, TQuillonDataAbstract
   if (AnObject.FOwner == &AHolder) {
     AnObject.SetOwner(AHolder.AsStorage() != nullptr ? &AHolder : AHolder.Storage());
   }
+}
+
+bool TQuillonDataHolder::LeaveLists(TQuillonDataObject& AnObject, TQuillonDataStorage& AStorage) {
+  if (!AnObject.FIsHeld) {
+    return true;
+  }
+  // The last list to let go would free it.
+  struct THeld {
+    TQuillonDataObject& Object;
+    TQuillonDataStorage& Storage;
+    THeld(TQuillonDataObject& AHeld, TQuillonDataStorage& AHolder) : Object(AHeld), Storage(AHolder) {
+      Hold(Object, Storage);
+    }
+    THeld(const THeld&) = delete;
+    THeld& operator=(const THeld&) = delete;
+    ~THeld() { Drop(Object, Storage); }
+  };
+  {
+    const THeld Held(AnObject, AStorage);
+    for (TQuillonDataAbstractObject* Holder : std::vector(*AnObject.FHolders)) {
+      if (TQuillonDataList* const List = Holder->AsList()) {
+        List->RemoveObject(&AnObject);
+      }
+    }
+  }
+  return !AnObject.FIsHeld;
 }
 
 namespace QuillonDataObjects {

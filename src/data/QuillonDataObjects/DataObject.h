@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "QuillonDataObjects/Conflict.h"
 #include "QuillonDataObjects/UserName.h"
 #include "QuillonDateTime.h"
 #include "QuillonGuid.h"
@@ -113,6 +114,8 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   virtual void ClearProperties() {}
   /// Frees owned parts, and in the model every reference to this object.
   virtual void FreeProperties();
+  /// Change without a record of it. @return the storage
+  TQuillonDataStorage* StampChange();
   /// Leaves the registry of the storage.
   void Unregister() {
     if (FRegistered) {
@@ -132,7 +135,9 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   void BeforeDestruction();
   void MakeID() const;
   void Register();
+  void EnterRegistry(TQuillonDataStorage& AStorage);
   void LeaveRegistry();
+  void LeaveRegistry(TQuillonDataStorage& AStorage);
   /// Sets the owner. What comes into another storage, or leaves one, changes the registry with all that it owns.
   void MoveTo(TQuillonDataAbstractObject& AnOwner);
   /// The objects that this one owns itself: items of its lists and nested ones.
@@ -157,6 +162,18 @@ class TQuillonDataObject : public TQuillonDataAbstractObject {
 
   /// Takes this object out of its owner, if that is a list.
   void Extract();
+  /// The change is recorded too.
+  void Change() override;
+
+  /// Around an operation on this object that a change log plays back.
+  /// @param AList the list that the object enters or is moved in; else null
+  /// @throws EQuillonDataConflict to refuse the operation
+  virtual void BeforeOperation(TQuillonDataOperationKind /*AKind*/) {}
+  virtual void AfterOperation(TQuillonDataOperationKind /*AKind*/, const TQuillonDataList* /*AList*/) {}
+
+ protected:
+  /// What else a change stamps, before it is recorded.
+  virtual void AfterStamp() {}
 };
 
 /// The right to hold an object: whoever owns one counts here, and the last to let go frees it.
@@ -175,6 +192,8 @@ class TQuillonDataHolder {
   static void Drop(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder);
   static bool IsHeld(const TQuillonDataObject& AnObject) { return AnObject.FIsHeld; }
   static bool IsHeldBy(const TQuillonDataObject& AnObject, const TQuillonDataAbstractObject& AHolder);
+  /// Takes the object out of all lists that hold it. @return whether nobody holds it then
+  static bool LeaveLists(TQuillonDataObject& AnObject, TQuillonDataStorage& AStorage);
   /// Remembers that a document names the object: others may come to refer to it as long as that is read.
   static void MarkNamed(TQuillonDataObject& AnObject) { AnObject.FIsNamed = true; }
 };

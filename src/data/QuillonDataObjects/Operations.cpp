@@ -1,7 +1,11 @@
 #include "QuillonDataObjects/Operations.h"
 
 #include <array>
+#include <limits>
 
+#include "QuillonDataObjects/Content.h"
+#include "QuillonDataObjects/DataList.h"
+#include "QuillonDataObjects/Playback.h"
 #include "QuillonStreams/Reader.h"
 #include "QuillonStreams/Writer.h"
 
@@ -11,48 +15,64 @@ using TField = TQuillonDataOperationField;
 using TKind = TQuillonDataOperationKind;
 using TOperation = TQuillonDataOperation;
 
-template <auto Member, auto WriteValue, auto ReadValue>
+using TRaised = TQuillonDataOperationClass::TRaised;
+
+/// @tparam ValueOf what an event gives the field
+template <auto Member, auto WriteValue, auto ReadValue, auto ValueOf>
 constexpr TField Field = {
     [](const TOperation& AnOperation, TQuillonWriter& AWriter) { (AWriter.*WriteValue)(AnOperation.*Member); },
-    [](TOperation& AnOperation, TQuillonReader& AReader) { AnOperation.*Member = (AReader.*ReadValue)(); }};
+    [](TOperation& AnOperation, TQuillonReader& AReader) { AnOperation.*Member = (AReader.*ReadValue)(); },
+    [](TOperation& AnOperation, const TQuillonDataEvent& AnEvent) { AnOperation.*Member = ValueOf(AnEvent); }};
 
-template <auto Member>
-constexpr TField Guid = Field<Member, &TQuillonWriter::WriteGuid, &TQuillonReader::ReadGuid>;
-template <auto Member>
-constexpr TField Int64 = Field<Member, &TQuillonWriter::WriteInt64, &TQuillonReader::ReadInt64>;
-template <auto Member>
-constexpr TField Text = Field<Member, &TQuillonWriter::WriteString, &TQuillonReader::ReadString>;
+template <auto Member, auto ValueOf>
+constexpr TField Guid = Field<Member, &TQuillonWriter::WriteGuid, &TQuillonReader::ReadGuid, ValueOf>;
+template <auto Member, auto ValueOf>
+constexpr TField Int64 = Field<Member, &TQuillonWriter::WriteInt64, &TQuillonReader::ReadInt64, ValueOf>;
+template <auto Member, auto ValueOf>
+constexpr TField Text = Field<Member, &TQuillonWriter::WriteString, &TQuillonReader::ReadString, ValueOf>;
 
-constexpr TField UserName = Text<&TOperation::FUserName>;
-constexpr TField ObjectID = Guid<&TOperation::FObjectID>;
-constexpr TField ObjectClassName = Text<&TOperation::FObjectClassName>;
-constexpr TField ObjectDisplayName = Text<&TOperation::FObjectDisplayName>;
-constexpr TField ObjectVersion = Int64<&TOperation::FObjectVersion>;
+using TEvent = TQuillonDataEvent;
+constexpr TField ObjectID = Guid<&TOperation::FObjectID, [](const TEvent& AnEvent) { return AnEvent.Object->ID(); }>;
+constexpr TField ObjectClassName =
+    Text<&TOperation::FObjectClassName, [](const TEvent& AnEvent) { return AnEvent.Object->GetPublicClassName(); }>;
+constexpr TField ObjectDisplayName =
+    Text<&TOperation::FObjectDisplayName, [](const TEvent& AnEvent) { return AnEvent.Object->GetDisplayName(); }>;
+constexpr TField ObjectVersion =
+    Int64<&TOperation::FObjectVersion, [](const TEvent& AnEvent) { return AnEvent.Object->FVersion; }>;
 constexpr TField ObjectData =
-    Field<&TOperation::FObjectData, &TQuillonWriter::WriteAnsiString, &TQuillonReader::ReadAnsiString>;
-constexpr TField ListID = Guid<&TOperation::FListID>;
-constexpr TField ListDisplayName = Text<&TOperation::FListDisplayName>;
-constexpr TField ListVersion = Int64<&TOperation::FListVersion>;
-constexpr TField ListIndex =
-    Field<&TOperation::FListIndex, &TQuillonWriter::WriteLongInt, &TQuillonReader::ReadLongInt>;
+    Field<&TOperation::FObjectData, &TQuillonWriter::WriteAnsiString, &TQuillonReader::ReadAnsiString,
+          [](const TEvent& AnEvent) { return QuillonDataObjects::WriteContent(*AnEvent.Object); }>;
+constexpr TField ListID = Guid<&TOperation::FListID, [](const TEvent& AnEvent) { return AnEvent.List->ID(); }>;
+constexpr TField ListDisplayName =
+    Text<&TOperation::FListDisplayName, [](const TEvent& AnEvent) { return AnEvent.List->GetDisplayName(); }>;
+constexpr TField ListVersion =
+    Int64<&TOperation::FListVersion, [](const TEvent& AnEvent) { return AnEvent.List->FVersion; }>;
+constexpr TField ListIndex = Field<&TOperation::FListIndex, &TQuillonWriter::WriteLongInt, &TQuillonReader::ReadLongInt,
+                                   [](const TEvent& AnEvent) { return AnEvent.Index; }>;
 
-constexpr std::array CreationFields = {UserName, ObjectID, ObjectClassName, ObjectVersion, ObjectData};
-constexpr std::array ModificationFields = {UserName, ObjectID, ObjectDisplayName, ObjectVersion, ObjectData};
-constexpr std::array ReleaseFields = {UserName, ObjectID, ObjectDisplayName, ObjectVersion};
-constexpr std::array PlaceFields = {UserName,  ListID,   ListDisplayName,  ListVersion,
-                                    ListIndex, ObjectID, ObjectDisplayName};
-constexpr std::array DeletionFields = {UserName, ListID, ListDisplayName, ListVersion, ObjectID, ObjectDisplayName};
-constexpr std::array ClearanceFields = {UserName, ListID, ListDisplayName, ListVersion};
+constexpr std::array CreationFields = {ObjectID, ObjectClassName, ObjectVersion, ObjectData};
+constexpr std::array ModificationFields = {ObjectID, ObjectDisplayName, ObjectVersion, ObjectData};
+constexpr std::array ReleaseFields = {ObjectID, ObjectDisplayName, ObjectVersion};
+constexpr std::array PlaceFields = {ListID, ListDisplayName, ListVersion, ListIndex, ObjectID, ObjectDisplayName};
+constexpr std::array DeletionFields = {ListID, ListDisplayName, ListVersion, ObjectID, ObjectDisplayName};
+constexpr std::array ClearanceFields = {ListID, ListDisplayName, ListVersion};
 
+using TPlayback = TQuillonDataPlayback;
 constexpr std::array<TQuillonDataOperationClass, 7> Classes = {{
-    {TKind::Creation, "TQuillonDataCreation", CreationFields},
-    {TKind::Modification, "TQuillonDataModification", ModificationFields},
-    {TKind::Release, "TQuillonDataRelease", ReleaseFields},
-    {TKind::Insertion, "TQuillonDataInsertion", PlaceFields},
-    {TKind::Deletion, "TQuillonDataDeletion", DeletionFields},
-    {TKind::Clearance, "TQuillonDataClearance", ClearanceFields},
-    {TKind::Move, "TQuillonDataMove", PlaceFields},
+    {TKind::Creation, "TQuillonDataCreation", CreationFields, TRaised::Nothing, &TPlayback::Create},
+    {TKind::Modification, "TQuillonDataModification", ModificationFields, TRaised::Object, &TPlayback::Modify},
+    {TKind::Release, "TQuillonDataRelease", ReleaseFields, TRaised::Object, &TPlayback::Release},
+    {TKind::Insertion, "TQuillonDataInsertion", PlaceFields, TRaised::List, &TPlayback::Insert},
+    {TKind::Deletion, "TQuillonDataDeletion", DeletionFields, TRaised::List, &TPlayback::Delete},
+    {TKind::Clearance, "TQuillonDataClearance", ClearanceFields, TRaised::List, &TPlayback::Clear},
+    {TKind::Move, "TQuillonDataMove", PlaceFields, TRaised::List, &TPlayback::Move},
 }};
+
+void Raise(std::int64_t& AVersion) {
+  if (AVersion < std::numeric_limits<std::int64_t>::max()) {
+    ++AVersion;
+  }
+}
 
 }  // namespace
 
@@ -62,8 +82,26 @@ const TQuillonDataOperationClass& TQuillonDataOperation::Class() const {
   return Classes[static_cast<std::size_t>(FKind)];
 }
 
+TQuillonDataOperation TQuillonDataOperation::Record(TQuillonDataOperationKind AKind, const std::string& AnUserName,
+                                                    const TQuillonDataEvent& AnEvent) {
+  TQuillonDataOperation Operation;
+  Operation.FKind = AKind;
+  Operation.FUserName = AnUserName;
+  const TQuillonDataOperationClass& Kind = Operation.Class();
+  if (Kind.Raised == TRaised::Object) {
+    Raise(AnEvent.Object->FVersion);
+  } else if (Kind.Raised == TRaised::List) {
+    Raise(AnEvent.List->FVersion);
+  }
+  for (const TField& Own : Kind.Fields) {
+    Own.Record(Operation, AnEvent);
+  }
+  return Operation;
+}
+
 void TQuillonDataOperation::Write(TQuillonWriter& AWriter) const {
   AWriter.WriteByte(static_cast<std::uint8_t>(FKind));
+  AWriter.WriteString(FUserName);
   for (const TField& Own : Class().Fields) {
     Own.Write(*this, AWriter);
   }
@@ -73,6 +111,7 @@ TQuillonDataOperation TQuillonDataOperation::Read(TQuillonReader& AReader) {
   const std::uint8_t Kind = AReader.ReadByte();
   TQuillonDataOperation Operation;
   Operation.FKind = Kind < Classes.size() ? static_cast<TKind>(Kind) : TKind::Clearance;
+  Operation.FUserName = AReader.ReadString();
   for (const TField& Own : Operation.Class().Fields) {
     Own.Read(Operation, AReader);
   }

@@ -10,8 +10,10 @@
 
 class TQuillonDataList;
 class TQuillonDataObject;
+class TQuillonDataPlayback;
 class TQuillonReader;
 class TQuillonWriter;
+struct TQuillonDataEvent;
 struct TQuillonDataOperationClass;
 
 /// One thing that a user did to a storage, as a change log holds it. Which fields it has is up to its kind; the others
@@ -31,6 +33,9 @@ struct TQuillonDataOperation {
 
   /// What holds for all operations of the kind.
   const TQuillonDataOperationClass& Class() const;
+  /// What just happens, or is about to happen; raises the version of the object or list that it happens to.
+  static TQuillonDataOperation Record(TQuillonDataOperationKind AKind, const std::string& AnUserName,
+                                      const TQuillonDataEvent& AnEvent);
   /// The kind and the fields that it has.
   void Write(TQuillonWriter& AWriter) const;
   /// A kind that is not known is taken for a clearance.
@@ -40,7 +45,7 @@ struct TQuillonDataOperation {
   friend bool operator==(const TQuillonDataOperation&, const TQuillonDataOperation&) = default;
 };
 
-/// What an operation is recorded from; the parts that its kind does not ask for may be missing.
+/// What an operation is recorded from; what its kind does not ask for may be missing.
 struct TQuillonDataEvent {
   TQuillonDataObject* Object = nullptr;
   TQuillonDataList* List = nullptr;
@@ -51,13 +56,18 @@ struct TQuillonDataEvent {
 struct TQuillonDataOperationField {
   void (*Write)(const TQuillonDataOperation& AnOperation, TQuillonWriter& AWriter);
   void (*Read)(TQuillonDataOperation& AnOperation, TQuillonReader& AReader);
+  void (*Record)(TQuillonDataOperation& AnOperation, const TQuillonDataEvent& AnEvent);
 };
 
-/// A kind of operations.
+/// A kind of operations: all that tells it from the others.
 struct TQuillonDataOperationClass {
+  enum class TRaised : std::uint8_t { Nothing, Object, List };
+
   TQuillonDataOperationKind Kind;
   std::string_view Name;
-  std::span<const TQuillonDataOperationField> Fields;  ///< in their order on a stream
+  std::span<const TQuillonDataOperationField> Fields;  ///< in their order on a stream, behind the user's name
+  TRaised Raised;                                      ///< whose version a record raises
+  void (TQuillonDataPlayback::*Play)(const TQuillonDataOperation& AnOperation);
 };
 
 namespace QuillonDataObjects {

@@ -30,12 +30,7 @@ void TVELDataObject::Assign(const TQuillonObject& AnObject) {
 
 namespace {
 
-bool IsTrackedObject(const TQuillonDataAbstractObject& AnObject) {
-  const TQuillonDataStorage* const Store = AnObject.Storage();
-  return Store != nullptr && !Store->IsChangeTrackingLocked();
-}
-
-/// As IsTrackedObject; a change that is not tracked is counted all the same.
+/// True if changes count at present; a change that is not tracked is counted all the same.
 bool TracksChange(const TQuillonDataAbstractObject& AnObject) {
   TQuillonDataStorage* const Store = AnObject.Storage();
   if (Store != nullptr && Store->IsChangeTrackingLocked()) {
@@ -46,8 +41,6 @@ bool TracksChange(const TQuillonDataAbstractObject& AnObject) {
 }
 
 }  // namespace
-
-bool TVELDataObject::IsTracked() const { return IsTrackedObject(*this); }
 
 void TVELDataObject::Change() {
   if (TracksChange(*this)) {

@@ -26,6 +26,9 @@ class TVELDataObject : public TQuillonDataObject {
   /// @param AList the list that receives the object; may be null
   /// @throws EQuillonDataConflict
   virtual void CheckConflict(TQuillonDataOperationKind /*AKind*/, const TQuillonDataList* /*AList*/) const {}
+  void AfterOperation(TQuillonDataOperationKind AKind, const TQuillonDataList* AList) override {
+    CheckConflict(AKind, AList);
+  }
   /// The class's display text, with what this object is told by.
   std::string GetDisplayName() const override;
 
@@ -38,8 +41,6 @@ class TVELDataObject : public TQuillonDataObject {
   void FreeProperties() override;
   /// What stands for "%s" in the display text.
   virtual std::string DisplayArgument() const { return {}; }
-  /// True if changes count at present.
-  bool IsTracked() const;
   /// Release of the file that is being read.
   TQuillonRelease FileRelease() const;
 };

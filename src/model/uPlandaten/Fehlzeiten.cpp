@@ -35,12 +35,7 @@ void TVELFehlzeit::CheckConflict(TQuillonDataOperationKind AKind, const TQuillon
   }
 }
 
-void TVELFehlzeit::Change() {
-  TVELBasisObject::Change();
-  if (IsTracked()) {
-    FModified = FChanged;
-  }
-}
+void TVELFehlzeit::AfterStamp() { FModified = FChanged; }
 
 const TQuillonDataClass& TVELLehrerfehlzeit::Class() {
   using T = TVELLehrerfehlzeit;

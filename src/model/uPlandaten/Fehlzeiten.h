@@ -35,12 +35,14 @@ class TVELFehlzeit : public TVELBasisObject {
   TVELDateTime FModified;                  ///< last change of the content
   bool FNotPublic = false;                 ///< not for the public
 
-  /// Stamps the change of the content too.
-  void Change() override;
   /// An absence that another list than the plan's owns must not overlap others there.
   void CheckConflict(TQuillonDataOperationKind AKind, const TQuillonDataList* AList) const override;
   /// Who or what is missing; null if the file does not tell.
   virtual TVELPlanobjekt* Objekt() const = 0;
+
+ protected:
+  /// Stamps the change of the content.
+  void AfterStamp() override;
 };
 
 /// Absence of a teacher.

@@ -71,12 +71,7 @@ std::string JoinLines(const std::vector<std::string>& ALines) {
 
 TVELZeitrahmen* TVELKalendereintrag::Zeitrahmen() const { return StandardTimeframe(); }
 
-void TVELKalendereintrag::Change() {
-  TVELAbstrakterTermin::Change();
-  if (IsTracked()) {
-    FModified = FChanged;
-  }
-}
+void TVELKalendereintrag::AfterStamp() { FModified = FChanged; }
 
 std::string TVELKalendereintrag::Ort() const { return FRaum != nullptr ? FRaum->FKuerzel : JoinLines(FAdresse); }
 

@@ -56,12 +56,14 @@ class TVELKalendereintrag : public TVELAbstrakterTermin {
 
   bool Reoccur() const override { return false; }
   TVELZeitrahmen* Zeitrahmen() const override;
-  /// Stamps the change of the content too.
-  void Change() override;
   /// Name of the room, or the address.
   std::string Ort() const;
   /// The description as one text, its lines parted by CR LF.
   std::string Beschreibung() const;
+
+ protected:
+  /// Stamps the change of the content.
+  void AfterStamp() override;
 };
 
 /// A task.
