@@ -183,10 +183,26 @@ CASES = (creation_and_insertion, created_of_every_class, modification, modificat
 TOO_MANY = "Die Zahl der abzugleichenden Änderungen ist zu groß"
 
 
+def fit_for_cases(tree):
+    """Versions that can rise, and enough in the lists that the cases take."""
+    for item in walk(tree):
+        item.values["Version"] %= 1000
+    for entry, _, _ in all_lists(tree):
+        entry.stamps[0] %= 1000
+    subjects = [teacher.values["Subjects"] for teacher in tree.values["Teacher"].items]
+    return tree.values["Rooms"].items and tree.values["Groups"].items and len([1 for held in subjects if held.items]) > 1
+
+
 class PlayedLogs(Folder):
     def setUp(self):
+        """A plan whose sorted lists have no ties: a load, and so the way back after a conflict, may order them anew."""
         super().setUp()
-        self.storage = self.convert(binary_form.write_plan(RandomPlan(Settings.seeds[0]).tree), "bin", "bin")
+        for seed in range(Settings.seeds[0], Settings.seeds[0] + 100):
+            tree = RandomPlan(seed).tree
+            if fit_for_cases(tree):
+                self.storage = self.convert(binary_form.write_plan(tree), "bin", "bin")
+                if self.convert(self.storage, "bin", "bin") == self.storage:
+                    break
         self.put("storage.bin", self.storage)
 
     def play(self, log):
