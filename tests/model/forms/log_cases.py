@@ -184,9 +184,13 @@ TOO_MANY = "Die Zahl der abzugleichenden Änderungen ist zu groß"
 
 
 def fit_for_cases(tree):
-    """Versions that can rise, and enough in the lists that the cases take."""
+    """Versions that can rise, users who fit on a line, enough in the lists that the cases take, and nobody who goes
+    with what they free."""
     for item in walk(tree):
         item.values["Version"] %= 1000
+        item.values["ChangedBy"] = item.values["ChangedBy"][:40]
+        if "DataObject" in item.values:
+            item.values["DataObject"] = None
     for entry, _, _ in all_lists(tree):
         entry.stamps[0] %= 1000
     subjects = [teacher.values["Subjects"] for teacher in tree.values["Teacher"].items]
