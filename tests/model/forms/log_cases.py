@@ -3,7 +3,7 @@
 import copy
 
 import binary_form
-from binary_form import read_content, write_content
+from binary_form import write_content
 from change_log import (CLEARANCE, CREATION, DELETION, INSERTION, MODIFICATION, MOVE, RELEASE, Conflict, Operation,
                         Player, read_log, recode, write_log)
 from forms_tool import WRITTEN, Folder, Settings
@@ -193,8 +193,8 @@ def fit_for_cases(tree):
             item.values["DataObject"] = None
     for entry, _, _ in all_lists(tree):
         entry.stamps[0] %= 1000
-    subjects = [teacher.values["Subjects"] for teacher in tree.values["Teacher"].items]
-    return tree.values["Rooms"].items and tree.values["Groups"].items and len([1 for held in subjects if held.items]) > 1
+    able = [teacher for teacher in tree.values["Teacher"].items if teacher.values["Subjects"].items]
+    return tree.values["Rooms"].items and tree.values["Groups"].items and len(able) > 1
 
 
 class PlayedLogs(Folder):
