@@ -248,6 +248,13 @@ class PlayedLogs(Folder):
         self.assertEqual((code, text), (3, 'conflict 4 Das Kürzel "doppelt" ist bereits vorhanden.'))
         self.assertEqual(data, self.storage)
 
+    def test_a_snapshot_keeps_its_log(self):
+        """The log stands right behind the storage, with nothing between or before it."""
+        plan = Plan(binary_form.read_plan(self.storage))
+        for operations in ([], None, list(creation_and_insertion(plan)) + list(move(plan)) + list(release(plan))):
+            data = self.storage + write_log(operations)
+            self.assertEqual(self.convert(data, "snapshot", "snapshot"), data)
+
     def test_a_log_that_lost_track(self):
         code, text, data = self.play(write_log(None))
         self.assertEqual((code, text, data), (3, "conflict 5 " + TOO_MANY, self.storage))
