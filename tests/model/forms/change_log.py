@@ -144,6 +144,10 @@ class Player:
                 kept.id = value.id
                 item.values[row.key] = kept
                 self.lists[kept.id] = (kept, row.owns)
+            elif isinstance(value, DataObject):
+                known = self.objects.get(value.id)
+                self._take_lists(value, known.values if known else {})
+                self.objects[value.id] = value
 
     def _fresh_object(self, operation):
         if operation.object_id not in self.objects:
@@ -158,7 +162,7 @@ class Player:
         if operation.list_id not in self.lists:
             raise Conflict(LIST_MISSING, f"{operation.list_name} existiert nicht mehr in der Zieldatenmenge")
         target, owns = self.lists[operation.list_id]
-        if operation.kind == CLEARANCE:
+        if operation.kind not in FIELDS or operation.kind == CLEARANCE:
             del target.items[:]
         else:
             if operation.object_id not in self.objects:

@@ -39,6 +39,7 @@ class Sample(Folder):
         self.assertEqual(binary_form.write_plan(tree), data)
 
         self.assert_same(plan, xml_form.read_plan(self.convert(data, "bin", "xml")), XML_TOLERANCE)
+        self.assertEqual(self.convert(data, "bin", "z")[:2], b"\x78\xda", "greatest window and compression")
         self.assertEqual(binary_form.decompress(self.convert(data, "bin", "z")), self.convert(data, "bin", "bin"))
         self.assertEqual(self.convert(binary_form.compress(data), "z", "bin"), self.convert(data, "bin", "bin"))
 

@@ -134,15 +134,16 @@ class RandomPlan:
         return self.list([reference(item) for item in self.random.sample(pool, count)])
 
     def bind(self):
-        """What the objects themselves keep in step: lessons, absences and supervisions of those who take part, and
-        the name that stands twice for one field; by name, the first of two is read for both."""
+        """What the objects themselves keep in step: lessons, absences and supervisions of those who take part. A name
+        that stands twice for one field has one value, as all names have that are read by name."""
         items = {item.id: item for item in walk(self.tree) if item.id}
         for item in list(items.values()):
             if item.plan_class.descends_from("TVELPlanobjekt"):
                 item.values["Events"].items = []
                 item.values["AbsenceTimes"].items = []
+            one_value = not self.raw or item.plan_class.name == "TVELKlasse"
             for key in item.values:
-                if key.endswith("#2") and key[:-2] in item.values and (not self.raw or item.plan_class.name == "TVELKlasse"):
+                if one_value and key.endswith("#2") and key[:-2] in item.values:
                     item.values[key] = item.values[key[:-2]]
             if item.plan_class.name == "TVELLehrer":
                 item.values["SupervisionList"].items = []
