@@ -10,6 +10,7 @@
 
 #include "Globals.h"
 #include "Jobs.h"
+#include "Measure.h"
 #include "Program.h"
 #include "QuillonFileReplacement.h"
 #include "QuillonIO.h"
@@ -99,6 +100,45 @@ std::uint64_t Load(const std::string& AFileName) {
   TVELGlobals Globals;
   Globals.Plan().LoadFromFile(AFileName);
   return Globals.Plan().Registry().Count();
+}
+
+namespace {
+
+/// Saves the plan in a form, the clock starting behind the load.
+std::uint64_t Save(const std::string& AFileName, const std::string& ATarget, TQuillonDataFileFormat AFormat) {
+  static TVELGlobals& Globals = *new TVELGlobals;
+  Globals.Plan().LoadFromFile(AFileName);
+  Globals.Plan().FFileFormat = AFormat;
+  StartClock();
+  Globals.Plan().SaveToFile(ATarget);
+  return std::filesystem::file_size(ATarget);
+}
+
+}  // namespace
+
+std::uint64_t LoadBinary(const std::string& AFileName) {
+  const std::string Binary = AFileName + ".bin";
+  if (!std::filesystem::exists(Binary)) {
+    Save(AFileName, Binary, ffBinary);
+  }
+  StartClock();
+  TVELGlobals Globals;
+  Globals.Plan().FFileFormat = ffBinary;
+  Globals.Plan().LoadFromFile(Binary);
+  return Globals.Plan().Registry().Count();
+}
+
+std::uint64_t SaveXML(const std::string& AFileName) { return Save(AFileName, AFileName + ".saved.velmora", ffXML); }
+
+std::uint64_t SaveBinary(const std::string& AFileName) { return Save(AFileName, AFileName + ".saved.bin", ffBinary); }
+
+std::uint64_t Snapshot(const std::string& AFileName) {
+  static TVELGlobals& Globals = *new TVELGlobals;
+  Globals.Plan().LoadFromFile(AFileName);
+  TQuillonMemoryStream Stream;
+  StartClock();
+  Globals.Plan().SaveToMemorySnapshot(Stream);
+  return Stream.Content().size();
 }
 
 namespace {

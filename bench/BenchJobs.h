@@ -22,6 +22,18 @@ std::uint64_t ParseWithDefaults(const std::string& AFileName);
 /// @returns the number of its objects
 std::uint64_t Load(const std::string& AFileName);
 
+/// Loads a plan from its binary form, which lies beside the data file, or is made there first.
+std::uint64_t LoadBinary(const std::string& AFileName);
+
+/// Saves a plan that was loaded before the clock starts, to another file.
+/// @returns the file's length in bytes
+std::uint64_t SaveXML(const std::string& AFileName);
+std::uint64_t SaveBinary(const std::string& AFileName);
+
+/// Takes a snapshot in memory of a plan that was loaded before the clock starts.
+/// @returns its length in bytes
+std::uint64_t Snapshot(const std::string& AFileName);
+
 /// Runs the program's export: load and writing of all files.
 /// @returns 0
 /// @throws std::runtime_error where the job fails, as those below

@@ -23,11 +23,12 @@ struct TReport {
   std::uint64_t Value = 0;
 };
 
-double SecondsOf(const std::function<void()>& ARun) {
-  const auto Start = std::chrono::steady_clock::now();
-  ARun();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - Start).count();
-}
+using TClock = std::chrono::steady_clock;
+
+double SecondsSince(TClock::time_point AStart) { return std::chrono::duration<double>(TClock::now() - AStart).count(); }
+
+/// When the job of this process began.
+TClock::time_point JobStart;
 
 /// Adds up how long calls wait for the disk.
 class TDiskWatch final : public Platform::WatchedFiles {
@@ -38,11 +39,9 @@ class TDiskWatch final : public Platform::WatchedFiles {
   void Around(Call ACall, const std::function<void()>& ARun) override {
     const bool IsWait =
         ACall == Call::Flush || ACall == Call::EndFlush || ACall == Call::FlushSystem || ACall == Call::FlushDirectory;
-    if (IsWait) {
-      FSeconds += SecondsOf(ARun);
-    } else {
-      ARun();
-    }
+    const auto Start = TClock::now();
+    ARun();
+    FSeconds += IsWait ? SecondsSince(Start) : 0;
   }
 };
 
@@ -52,8 +51,9 @@ class TDiskWatch final : public Platform::WatchedFiles {
     TDiskWatch Watch;
     const Platform::FilesReplacement Replacement(Watch);
     TReport Report;
-    const double Seconds = SecondsOf([&] { Report.Value = AJob(); });
-    Report.Seconds = Seconds - Watch.FSeconds;
+    StartClock();
+    Report.Value = AJob();
+    Report.Seconds = SecondsSince(JobStart) - Watch.FSeconds;
     Report.DiskSeconds = Watch.FSeconds;
     // Less than a pipe takes at once.
     ExitCode = write(AnOutput, &Report, sizeof(Report)) == static_cast<ssize_t>(sizeof(Report)) ? 0 : 1;
@@ -92,6 +92,8 @@ TResult MeasureWhole(const std::function<std::uint64_t()>& AJob) {
 }
 
 }  // namespace
+
+void StartClock() { JobStart = TClock::now(); }
 
 TResult Measure(const std::function<std::uint64_t()>& AJob) {
   const TResult Idle = MeasureWhole([] { return std::uint64_t{0}; });

@@ -13,6 +13,9 @@ struct TResult {
   std::uint64_t PeakBytes = 0;  ///< largest resident memory of the process, what an idle one has taken off
 };
 
+/// For a job that has something to prepare: its time counts from here.
+void StartClock();
+
 /// @throws std::runtime_error when the job raises or its process fails; the job's own text stands on standard error
 TResult Measure(const std::function<std::uint64_t()>& AJob);
 

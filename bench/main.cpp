@@ -138,6 +138,10 @@ void Register(const TFolder& AFolder, const TFamily& AFamily, int ASize) {
   Add("parse_default_options", false,
       [](const TSchool& ASchool) { return Bench::ParseWithDefaults(ASchool.FileName); });
   Add("load", false, [](const TSchool& ASchool) { return Bench::Load(ASchool.FileName); });
+  Add("load_binary", false, [](const TSchool& ASchool) { return Bench::LoadBinary(ASchool.FileName); });
+  Add("save", false, [](const TSchool& ASchool) { return Bench::SaveXML(ASchool.FileName); });
+  Add("save_binary", false, [](const TSchool& ASchool) { return Bench::SaveBinary(ASchool.FileName); });
+  Add("snapshot", false, [](const TSchool& ASchool) { return Bench::Snapshot(ASchool.FileName); });
   Add("export", false,
       [&AFolder](const TSchool& ASchool) { return Bench::Export(ASchool.FileName, AFolder.Path("out")); });
   Add("import", false, [](const TSchool& ASchool) { return Bench::Import(ASchool.FileName, ASchool.SetFolder); });

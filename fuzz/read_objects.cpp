@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <array>
 
 #include "Fuzz.h"
+#include "QuillonMaps.h"
 #include "core/TestObjects.h"
 
 namespace {
@@ -62,18 +64,33 @@ std::shared_ptr<TQuillonPersistent> ReadGraph(std::string_view AnInput) {
   return Root;
 }
 
+std::int64_t SizeOf(const TQuillonPersistent& AnObject) {
+  TQuillonMemoryStream Stream;
+  TQuillonStreamWriter(Stream).WriteObject(&AnObject);
+  return Stream.Size();
+}
+
 }  // namespace
 
 /// Reads the input as values, each behind a byte for its kind, and as a graph of objects. Values that were read and
-/// written are read again as the same ones, with any buffer; a clone of a graph equals it.
+/// written are read again as the same ones, with any buffer; a clone of a graph equals it. The chains of a map follow
+/// the addresses of keys that have no hash of their own, so that with maps only the size is the same.
 void Fuzz::Run(std::string_view AnInput) {
   const std::string Values = RewriteValues(AnInput, 0);
   Fuzz::Require(RewriteValues(AnInput, 5) == Values, "a buffer changes the values");
   Fuzz::Require(RewriteValues(Values, 0) == Values, "values change when they are written and read");
 
-  TQuillonClassRegistry::Instance().AddClass(TestNode::Class());
+  const std::array<const TQuillonPersistentClass*, 3> WithMaps = {&TQuillonHashMap::Class(), &TQuillonHashSet::Class(),
+                                                                  &TQuillonPropertyList::Class()};
+  auto& Registry = TQuillonClassRegistry::Instance();
+  Registry.AddClass(TestNode::Class());
+  QuillonClasses::RegisterClasses();
+  std::shared_ptr<TQuillonPersistent> Clone;
+  if (const auto Root = ReadGraph(AnInput); Root != nullptr && Accepts([&] { Clone = Root->Clone(); })) {
+    Fuzz::Require(SizeOf(*Clone) == SizeOf(*Root), "a clone has another size");
+  }
+  std::ranges::for_each(WithMaps, [&](const auto* AClass) { Registry.RemoveClass(*AClass); });
   if (const auto Root = ReadGraph(AnInput)) {
-    std::shared_ptr<TQuillonPersistent> Clone;
-    Fuzz::Require(Accepts([&] { Clone = Root->Clone(); }) && Clone->Equals(*Root), "a clone is another graph");
+    Fuzz::Require(Accepts([&] { Clone = Root->Clone(); }) && Clone->HasSameContent(*Root), "a clone is another graph");
   }
 }

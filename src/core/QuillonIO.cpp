@@ -58,13 +58,32 @@ void TQuillonStream::Clear() {
   SetEndOfFile();
 }
 
-std::size_t TQuillonMemoryStream::Read(std::span<char> ABuffer) {
-  if (FPosition >= FContent.size()) {
+std::size_t TQuillonCustomMemoryStream::Read(std::span<char> ABuffer) {
+  const std::span<char> Content = Block();
+  if (FPosition >= Content.size()) {
     return 0;
   }
-  const std::size_t Count = FContent.copy(ABuffer.data(), ABuffer.size(), FPosition);
+  const std::size_t Count = std::min(ABuffer.size(), Content.size() - FPosition);
+  std::copy_n(Content.begin() + static_cast<std::ptrdiff_t>(FPosition), Count, ABuffer.begin());
   FPosition += Count;
   return Count;
+}
+
+std::int64_t TQuillonCustomMemoryStream::Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) {
+  const std::array<std::size_t, 3> Origins = {0, FPosition, Block().size()};
+  const auto Origin = static_cast<std::int64_t>(Origins[static_cast<std::size_t>(AnOrigin)]);
+  if (AnOffset < -Origin || AnOffset > std::numeric_limits<std::int64_t>::max() - Origin) {
+    throw EQuillonStreamError("Die Position liegt außerhalb des Datenstroms.");
+  }
+  FPosition = static_cast<std::size_t>(Origin + AnOffset);
+  return Origin + AnOffset;
+}
+
+void TQuillonCustomMemoryStream::Zero() { std::ranges::fill(Block(), '\0'); }
+
+TQuillonMemoryStream::TQuillonMemoryStream(std::size_t ASize, std::size_t ACapacity) {
+  FContent.reserve(std::max(ASize, ACapacity));
+  FContent.resize(ASize);
 }
 
 void TQuillonMemoryStream::Write(std::string_view ABytes) {
@@ -76,21 +95,25 @@ void TQuillonMemoryStream::Write(std::string_view ABytes) {
   FPosition += ABytes.size();
 }
 
-std::int64_t TQuillonMemoryStream::Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) {
-  const std::array<std::size_t, 3> Origins = {0, FPosition, FContent.size()};
-  const auto Origin = static_cast<std::int64_t>(Origins[static_cast<std::size_t>(AnOrigin)]);
-  if (AnOffset < -Origin || AnOffset > std::numeric_limits<std::int64_t>::max() - Origin) {
-    throw EQuillonStreamError("Die Position liegt außerhalb des Datenstroms.");
-  }
-  FPosition = static_cast<std::size_t>(Origin + AnOffset);
-  return Origin + AnOffset;
-}
-
 void TQuillonMemoryStream::SetEndOfFile() { FContent.resize(FPosition); }
 
 std::string TQuillonMemoryStream::TakeContent() {
   FPosition = 0;
   return std::exchange(FContent, {});
+}
+
+void TQuillonBufferStream::Write(std::string_view ABytes) {
+  if (FPosition > FBuffer.size() || ABytes.size() > FBuffer.size() - FPosition) {
+    throw EQuillonStreamError("Expandieren des Speicher-Stream nicht möglich");
+  }
+  std::ranges::copy(ABytes, FBuffer.begin() + static_cast<std::ptrdiff_t>(FPosition));
+  FPosition += ABytes.size();
+}
+
+void TQuillonBufferStream::SetEndOfFile() {
+  if (FPosition != FBuffer.size()) {
+    throw EQuillonStreamError("Die Größe des Speicher-Stream steht fest.");
+  }
 }
 
 TQuillonFileStream::TQuillonFileStream(const std::string& AFileName, TQuillonFileOpenMode AnOpenMode,

@@ -62,24 +62,59 @@ class TQuillonStream {
   void Clear();
 };
 
+/// What streams over a block of memory share.
+class TQuillonCustomMemoryStream : public TQuillonStream {
+ public:
+  std::size_t Read(std::span<char> ABuffer) override;
+  /// @throws EQuillonStreamError for a position before the begin; one behind the end is allowed
+  std::int64_t Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) override;
+
+  /// Fills the block with zeros; size and position stay.
+  void Zero();
+
+ protected:
+  virtual std::span<char> Block() = 0;
+
+  std::size_t FPosition = 0;
+};
+
 /// A stream over a text in memory.
-class TQuillonMemoryStream : public TQuillonStream {
+class TQuillonMemoryStream : public TQuillonCustomMemoryStream {
  public:
   TQuillonMemoryStream() = default;
   explicit TQuillonMemoryStream(std::string AContent) : FContent(std::move(AContent)) {}
+  /// A content of zeros, in a block that has room for ACapacity bytes.
+  explicit TQuillonMemoryStream(std::size_t ASize, std::size_t ACapacity = 0);
 
-  std::size_t Read(std::span<char> ABuffer) override;
   void Write(std::string_view ABytes) override;
-  std::int64_t Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) override;
   void SetEndOfFile() override;
 
   const std::string& Content() const { return FContent; }
   /// Hands the content out and is empty afterwards.
   std::string TakeContent();
 
+ protected:
+  std::span<char> Block() override { return FContent; }
+
  private:
   std::string FContent;
-  std::size_t FPosition = 0;
+};
+
+/// A stream over somebody else's block, which must outlive it and whose size is fixed.
+class TQuillonBufferStream final : public TQuillonCustomMemoryStream {
+ public:
+  explicit TQuillonBufferStream(std::span<char> ABuffer) : FBuffer(ABuffer) {}
+
+  /// @throws EQuillonStreamError for bytes beyond the end of the block; none is written then
+  void Write(std::string_view ABytes) override;
+  /// @throws EQuillonStreamError unless the position is the end of the block
+  void SetEndOfFile() override;
+
+ protected:
+  std::span<char> Block() override { return FBuffer; }
+
+ private:
+  std::span<char> FBuffer;
 };
 
 enum TQuillonFileOpenMode {

@@ -1,5 +1,6 @@
 #include "QuillonTypes.h"
 
+#include <functional>
 #include <system_error>
 #include <utility>
 
@@ -28,3 +29,7 @@ void TQuillonObject::Assign(const TQuillonObject& /*AnObject*/) {
 }
 
 int TQuillonObject::Compare(const TQuillonObject& /*AnObject*/) const { return 0; }
+
+std::int32_t TQuillonObject::GetHashCode() const {
+  return static_cast<std::int32_t>(std::hash<const TQuillonObject*>()(this));
+}

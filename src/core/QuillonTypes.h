@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -65,4 +66,9 @@ class TQuillonObject {
 
   /// Negative, zero or positive, as this object stands before, with or behind the other; 0 by default.
   virtual int Compare(const TQuillonObject& AnObject) const;
+
+  /// Whether the two are the same to a collection: by default only an object and itself.
+  virtual bool Equals(const TQuillonObject& AnObject) const { return this == &AnObject; }
+  /// The same for objects that are equal; by default one of the object itself.
+  virtual std::int32_t GetHashCode() const;
 };

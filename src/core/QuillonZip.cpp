@@ -5,12 +5,11 @@
 #include <algorithm>
 #include <memory>
 
+#include "QuillonZlib.h"
+
 namespace {
 
 constexpr zip_uint32_t BestCompression = 9;
-constexpr std::size_t LargestGrowth = 200;
-/// Small enough for any machine: below it the growth of an entry does not matter.
-constexpr std::size_t AlwaysAllowed = 16 << 20;
 
 /// An error of the library that is cleared at the end.
 struct TError {
@@ -118,7 +117,7 @@ std::optional<TQuillonBuffer> ReadFirstEntry(std::string_view AnArchive) {
     Throw(Archive.get());
   }
   // What the archive says of the entry's size is not believed.
-  const std::size_t Limit = std::max(AlwaysAllowed, AnArchive.size() * LargestGrowth);
+  const std::size_t Limit = QuillonZlib::LargestContent(AnArchive.size());
   TQuillonBuffer Content;
   std::size_t Length = 0;
   for (zip_int64_t Got = 1; Got > 0; Length += static_cast<std::size_t>(Got)) {

@@ -124,6 +124,9 @@ std::size_t TQuillonZDecompressionStream::Read(std::span<char> ABuffer) {
   }
   const std::size_t Got = Wanted - FState->avail_out;
   Advance(Got);
+  if (static_cast<std::size_t>(Position()) > QuillonZlib::LargestContent(FTaken)) {
+    throw EQuillonZlibError("Der komprimierte Datenstrom wächst über jedes Maß.");
+  }
   return Got;
 }
 
@@ -140,6 +143,7 @@ void TQuillonZDecompressionStream::FillBuffer() {
   }
   FState->next_in = BytesOf(FBuffer.data());
   FState->avail_in = CountOf(FSource.Read(FBuffer));
+  FTaken += FState->avail_in;
 }
 
 void TQuillonZDecompressionStream::GiveBack() {

@@ -18,6 +18,18 @@ class EQuillonZlibError : public EQuillonException {
   using EQuillonException::EQuillonException;
 };
 
+namespace QuillonZlib {
+
+/// How many bytes compressed data may become. A plan shrinks to a thirtieth at most; what claims more than two
+/// hundredfold is made to fill the memory. What any machine can take is allowed always.
+constexpr std::size_t LargestContent(std::size_t ACompressedSize) {
+  constexpr std::size_t LargestGrowth = 200;
+  constexpr std::size_t AlwaysAllowed = std::size_t{16} << 20;
+  return ACompressedSize < AlwaysAllowed / LargestGrowth ? AlwaysAllowed : ACompressedSize * LargestGrowth;
+}
+
+}  // namespace QuillonZlib
+
 /// What the two directions share: of a stream that runs through there is only the position, counted in bytes that are
 /// not compressed. Every other move, and the other direction, raises EQuillonStreamError.
 class TQuillonZStream : public TQuillonStream {
@@ -71,7 +83,7 @@ class TQuillonZDecompressionStream final : public TQuillonZStream {
   explicit TQuillonZDecompressionStream(TQuillonStream& ASource);
   ~TQuillonZDecompressionStream() override;
 
-  /// @throws EQuillonZlibError for compressed data that are cut or damaged
+  /// @throws EQuillonZlibError for compressed data that are cut or damaged, or grow beyond QuillonZlib::LargestContent
   std::size_t Read(std::span<char> ABuffer) override;
   /// Reads on to the end of the compressed data, without keeping anything.
   /// @throws EQuillonZlibError as Read
@@ -88,5 +100,6 @@ class TQuillonZDecompressionStream final : public TQuillonZStream {
   TQuillonStream& FSource;
   std::unique_ptr<z_stream_s, TEnd> FState;
   std::string FBuffer;
+  std::size_t FTaken = 0;  ///< compressed bytes off the source
   bool FIsAtEnd = false;
 };

@@ -40,6 +40,34 @@ class ObjectStreams : public testing::Test {
   }
 };
 
+enum class TDay { Monday, Tuesday, Sunday };
+
+constexpr std::array<std::string_view, 3> EnumNames(TDay /*ADay*/) { return {"dayMo", "dayTu", "daySu"}; }
+
+/// One field of each kind that is no plain number.
+class TestKinds final : public TQuillonPersistent {
+ public:
+  const TQuillonPersistentClass& PersistentClass() const override {
+    using QuillonStreams::Published;
+    static const TQuillonPersistentClass Class{
+        "TKinds",
+        nullptr,
+        {Published<&TestKinds::IsOpen>(), Published<&TestKinds::Day>(), Published<&TestKinds::Days>(),
+         Published<&TestKinds::Extended>(), Published<&TestKinds::Comp>(), Published<&TestKinds::Currency>(),
+         Published<&TestKinds::DateTime>(), Published<&TestKinds::Guid>()}};
+    return Class;
+  }
+
+  bool IsOpen = false;
+  TDay Day = TDay::Monday;
+  std::set<TDay> Days;
+  TExtended Extended;
+  TComp Comp;
+  TCurrency Currency;
+  TQuillonDateTime DateTime;
+  TGUID Guid;
+};
+
 const std::string None(4, '\0');
 const std::string One = {1, 0, 0, 0};
 
@@ -62,9 +90,9 @@ TEST_F(ObjectStreams, SharedAndCyclicReferencesComeBackAsOneObject) {
   EXPECT_EQ(Copy->Left, Copy->Right);
   EXPECT_NE(Copy->Left, Root->Left);
   EXPECT_EQ(Copy->Left->Up.lock(), Copy);
-  EXPECT_TRUE(Copy->Equals(*Root));
+  EXPECT_TRUE(Copy->HasSameContent(*Root));
   Copy->Right = std::make_shared<TestNode>();
-  EXPECT_FALSE(Copy->Equals(*Root));
+  EXPECT_FALSE(Copy->HasSameContent(*Root));
 
   Root->Left->Up.reset();
   TQuillonMemoryStream Stream("ahead");
@@ -76,6 +104,73 @@ TEST_F(ObjectStreams, SharedAndCyclicReferencesComeBackAsOneObject) {
   Loaded.LoadFromStream(Stream);
   EXPECT_EQ(Loaded.Name, "Wurzel");
   EXPECT_EQ(QuillonIO::ReadWholeFile(Stream), "behind");
+}
+
+TEST_F(ObjectStreams, EachKindOfPropertyHasItsForm) {
+  TestKinds Given;
+  Given.IsOpen = true;
+  Given.Day = TDay::Tuesday;
+  Given.Days = {TDay::Sunday, TDay::Monday};
+  Given.Extended.Value = 0.1;
+  Given.Comp.Value = -3;
+  Given.Currency = TCurrency::Of(12.34565);
+  Given.DateTime = 0.75;
+  Given.Guid = QuillonGuid::Parse("{00112233-4455-6677-8899-AABBCCDDEEFF}");
+  TQuillonMemoryStream Stream;
+  Given.SaveToStream(Stream);
+  Stream.Seek(0, TQuillonSeekOrigin::Begin);
+  TQuillonStreamReader Reader(Stream);
+  EXPECT_EQ(Reader.ReadString(), "True");
+  EXPECT_EQ(Reader.ReadString(), "dayTu");
+  EXPECT_EQ(Reader.ReadString(), "dayMo,daySu");
+  EXPECT_EQ(Reader.ReadExtended(), 0.1);
+  EXPECT_EQ(Reader.ReadComp(), -3);
+  EXPECT_EQ(Reader.ReadCurrency(), 123'456) << "half way: the even one";
+  EXPECT_THROW(TCurrency::Of(1e18), EQuillonConvertError);
+  for (const bool IsZipped : {false, true}) {
+    Stream.Clear();
+    (Given.*(IsZipped ? &TestKinds::SaveToZipStream : &TestKinds::SaveToStream))(Stream);
+    Stream.Write("behind");
+    Stream.Seek(0, TQuillonSeekOrigin::Begin);
+    TestKinds Read;
+    (Read.*(IsZipped ? &TestKinds::LoadFromZipStream : &TestKinds::LoadFromStream))(Stream);
+    EXPECT_TRUE(Read.HasSameContent(Given) && Read.Days == Given.Days);
+    EXPECT_EQ(QuillonIO::ReadWholeFile(Stream), "behind");
+  }
+  using TTexts = std::vector<std::string>;
+  for (const TTexts& Texts : {TTexts{"true"}, TTexts{"False", "dayWe"}, TTexts{"False", "daySu", "dayMo,,daySu"}}) {
+    TQuillonMemoryStream Unknown;
+    TQuillonStreamWriter Writer(Unknown);
+    std::ranges::for_each(Texts, [&](const std::string& AText) { Writer.WriteString(AText); });
+    Unknown.Seek(0, TQuillonSeekOrigin::Begin);
+    EXPECT_THROW(TestKinds().LoadFromStream(Unknown), EQuillonConvertError) << Texts.back();
+  }
+  Given.Day = static_cast<TDay>(3);
+  EXPECT_THROW(Given.SaveToStream(Stream), EQuillonConvertError);
+}
+
+TEST_F(ObjectStreams, AnObjectWithoutAHandleIsItsContentAlone) {
+  TestNode Given;
+  Given.Name = "Knoten";
+  TQuillonMemoryStream Stream;
+  TQuillonStreamWriter Writer(Stream);
+  EXPECT_THROW(Writer.WriteObjectProperties(nullptr), EQuillonPersistentError);
+  Writer.WriteObjectProperties(&Given);
+  Writer.WriteObjectProperties(&Given);
+  Writer.WriteObject(&Given);
+  Stream.Seek(0, TQuillonSeekOrigin::Begin);
+  TQuillonStreamReader Reader(Stream);
+  EXPECT_TRUE(Reader.ReadObjectProperties(nullptr, TestNode::Class())->HasSameContent(Given));
+  const auto Present = std::make_shared<TestNode>();
+  EXPECT_EQ(Reader.ReadObjectProperties(Present, TestNode::Class()), Present);
+  EXPECT_EQ(Present->Name, "Knoten");
+  EXPECT_TRUE(Reader.ReadObject()->HasSameContent(Given));
+
+  auto& Registry = TQuillonClassRegistry::Instance();
+  EXPECT_TRUE(Registry.ContainsClass(TestNode::Class()));
+  Registry.RemoveClass(TestNode::Class());
+  EXPECT_FALSE(Registry.ContainsClass(TestNode::Class()));
+  EXPECT_THROW(Given.Clone(), EQuillonPersistentError);
 }
 
 TEST_F(ObjectStreams, WhatIsNoGraphIsRefused) {

@@ -68,6 +68,11 @@ std::vector<TCase> Cases() {
       Value("000000000000E83F", &W::WriteDateTime, &R::ReadDateTime, TQuillonDateTime(0.75)),
       Value("00000000000000A000C0", &W::WriteExtended, &R::ReadExtended, -2.5),
       Value("33221100554477668899AABBCCDDEEFF", &W::WriteGuid, &R::ReadGuid, Guid),
+      Value("FF0000FF", &W::WriteColor, &R::ReadColor, -0xFFFF01),
+      Value("0200000041FF", &W::WriteGraphic, &R::ReadGraphic, std::string("A\xFF")),
+      Value("0100000002", &W::WriteBrush, &R::ReadBrush, TQuillonBrush{1, 2}),
+      Value("01000000020304000000", &W::WritePen, &R::ReadPen, TQuillonPen{1, 2, 3, 4}),
+      Value("010000004100010000000200000003", &W::WriteFont, &R::ReadFont, TQuillonFont{"A", 1, 2, 3}),
       Value("00000000", &W::WriteString, &R::ReadString, std::string()),
       Value("040000004100E4003DD800DE", &W::WriteString, &R::ReadString, std::string("Aä😀")),
       Value("02000000FF00", &W::WriteAnsiString, &R::ReadAnsiString, std::string("\xFF\0", 2)),
@@ -266,6 +271,28 @@ TEST(Streams, AnExtendedValueIsTheNearestDouble) {
     EXPECT_TRUE(Expect(Row)) << Row.Bytes;
   }
   std::for_each(Rounded.begin(), Rounded.end(), Expect);
+}
+
+TEST(Streams, AStreamOverABlockNeverGrows) {
+  std::string Block = "0123456789";
+  TQuillonBufferStream Stream{std::span(Block)};
+  EXPECT_EQ(QuillonIO::ReadWholeFile(Stream), Block);
+  Stream.Seek(-3, TQuillonSeekOrigin::Current);
+  EXPECT_THROW(Stream.Write("abcd"), EQuillonStreamError);
+  Stream.Write("abc");
+  EXPECT_EQ(Block, "0123456abc");
+  Stream.SetEndOfFile();
+  EXPECT_THROW(Stream.Clear(), EQuillonStreamError);
+  EXPECT_THROW(Stream.Seek(-1, TQuillonSeekOrigin::Begin), EQuillonStreamError);
+  Stream.Seek(20, TQuillonSeekOrigin::Begin);
+  EXPECT_THROW(Stream.Write("a"), EQuillonStreamError);
+  Stream.Zero();
+  EXPECT_EQ(Block, std::string(10, '\0'));
+
+  TQuillonMemoryStream Zeros(3, 100);
+  Zeros.Write("ab");
+  EXPECT_EQ(Zeros.TakeContent(), std::string("ab\0", 3));
+  EXPECT_EQ(Zeros.Size(), 0);
 }
 
 TEST(Streams, AWriterThatPlacesTooLittleIsTold) {

@@ -22,7 +22,7 @@ class TestNode final : public TQuillonPersistent {
     using QuillonStreams::Published;
     static const TQuillonPersistentClass Class{
         "TNode",
-        []() -> std::shared_ptr<TQuillonPersistent> { return std::make_shared<TestNode>(); },
+        QuillonStreams::Make<TestNode>,
         {Published<&TestNode::Name>(), Published<&TestNode::Place>(), Published<&TestNode::Left>(),
          Published<&TestNode::Right>(), Published<&TestNode::Up>()}};
     return Class;

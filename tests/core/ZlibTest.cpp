@@ -34,7 +34,7 @@ std::string Decompressed(TQuillonStream& ASource) {
 }  // namespace
 
 TEST(Zlib, ContentComesBackAndTheSourceStandsBehindIt) {
-  for (const std::size_t Size : {0, 1, 1000, 300'000}) {
+  for (const std::size_t Size : std::initializer_list<std::size_t>{0, 1, 1000, 300'000}) {
     for (const int Level : {-1, 0, 1, 9}) {
       TQuillonMemoryStream Source(Compressed(Plain(Size), Level) + "behind");
       EXPECT_EQ(Decompressed(Source), Plain(Size)) << Level;
@@ -66,6 +66,17 @@ TEST(Zlib, WhatIsCutOrDamagedIsRefused) {
     Expect(Damaged, Place);
   }
   EXPECT_THROW(Compressed("abc", 10), EQuillonZlibError);
+}
+
+TEST(Zlib, WhatGrowsBeyondReasonIsRefused) {
+  TQuillonMemoryStream Stream;
+  TQuillonZCompressionStream Target(Stream);
+  for (int I = 0; I < 40; ++I) {
+    Target.Write(std::string(1 << 20, 'x'));
+  }
+  Target.Finish();
+  Stream.Seek(0, TQuillonSeekOrigin::Begin);
+  EXPECT_THROW(TQuillonZDecompressionStream(Stream).Finish(), EQuillonZlibError);
 }
 
 TEST(Zlib, AFailureOfTheTargetLeavesNoWholeStream) {

@@ -5,7 +5,7 @@
 #include <random>
 #include <thread>
 
-#include "QuillonDataObjects/QuickSort.h"
+#include "QuillonClasses/QuickSort.h"
 #include "data/TestObjects.h"
 
 namespace {
@@ -326,7 +326,7 @@ TEST(QuickSort, ExchangesAsToldWhateverTheOrder) {
       std::vector<int> Items = Expected;
       SortAsTold(Expected, 0, static_cast<int>(Expected.size()) - 1, Order);
       const auto At = [&](int AnIndex) -> int& { return Items.at(static_cast<std::size_t>(AnIndex)); };
-      QuillonDataObjects::QuickSort(
+      QuillonClasses::QuickSort(
           0, static_cast<int>(Items.size()) - 1, [&](int A, int B) { return Order(At(A), At(B)); },
           [&](int A, int B) { std::swap(At(A), At(B)); });
       ASSERT_EQ(Items, Expected);
@@ -339,7 +339,7 @@ TEST(QuickSort, StaysFlatOnInputsMadeToBeDeep) {
     const auto At = [&](int AnIndex) -> int& { return AnItems[static_cast<std::size_t>(AnIndex)]; };
     std::uintptr_t Low = UINTPTR_MAX;
     std::uintptr_t High = 0;
-    QuillonDataObjects::QuickSort(
+    QuillonClasses::QuickSort(
         0, static_cast<int>(AnItems.size()) - 1,
         [&](int A, int B) {
           const char Here = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -12,7 +13,7 @@
 /// A handful of classes with a row of every kind.
 class TTestItem : public TQuillonDataObject {
  public:
-  static inline int Alive = 0;
+  static inline std::atomic<int> Alive = 0;
   TTestItem() { ++Alive; }
   ~TTestItem() override { --Alive; }
 

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "QuillonDataObjects/QuickSort.h"
+#include "QuillonClasses/QuickSort.h"
 #include "QuillonText.h"
 #include "uDataUtils/Context.h"
 #include "uDataUtils/Spans.h"
@@ -81,7 +81,7 @@ void SortBy(TVELPlanEintragListe& AList, std::span<const TKey> AKeys) {
     Items[I].Entry = std::move(AList.Items()[I]);
   }
   const auto At = [&](int AnIndex) -> TSortable& { return Items[static_cast<std::size_t>(AnIndex)]; };
-  QuillonDataObjects::QuickSort(
+  QuillonClasses::QuickSort(
       0, static_cast<int>(Items.size()) - 1, [&](int A, int B) { return Compare(At(A), At(B), AKeys); },
       [&](int A, int B) { std::swap(At(A), At(B)); });
   for (std::size_t I = 0; I < Items.size(); ++I) {

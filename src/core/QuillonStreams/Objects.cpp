@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "QuillonText.h"
+#include "QuillonZlib.h"
 
 namespace {
 
@@ -55,8 +56,7 @@ std::shared_ptr<TQuillonPersistent> MakeObject(const std::string& AClassName) {
 /// The object's graph as a stream of its own.
 std::string BytesOf(const TQuillonPersistent& AnObject) {
   TQuillonMemoryStream Stream;
-  TQuillonStreamWriter Writer(Stream);
-  TQuillonObjectWriter(Writer).WriteObject(&AnObject);
+  TQuillonStreamWriter(Stream).WriteObject(&AnObject);
   return Stream.TakeContent();
 }
 
@@ -74,6 +74,12 @@ const TQuillonPersistentClass* TQuillonClassRegistry::GetClass(std::string_view 
   return Found == FClassMap.end() ? nullptr : Found->second;
 }
 
+void TQuillonClassRegistry::RemoveClass(const TQuillonPersistentClass& AClass) {
+  if (ContainsClass(AClass)) {
+    FClassMap.erase(AClass.Name);
+  }
+}
+
 void TQuillonPersistent::WriteProperties(TQuillonObjectWriter& AWriter) const {
   ForEachProperty(PersistentClass(), [&](const TQuillonProperty& AProperty) { AProperty.Write(*this, AWriter); });
 }
@@ -84,18 +90,16 @@ void TQuillonPersistent::ReadProperties(TQuillonObjectReader& AReader) {
 
 std::shared_ptr<TQuillonPersistent> TQuillonPersistent::Clone() const {
   TQuillonMemoryStream Stream(BytesOf(*this));
-  TQuillonStreamReader Reader(Stream);
-  return TQuillonObjectReader(Reader).ReadObject();
+  return TQuillonStreamReader(Stream).ReadObject();
 }
 
-bool TQuillonPersistent::Equals(const TQuillonPersistent& AnObject) const {
+bool TQuillonPersistent::HasSameContent(const TQuillonPersistent& AnObject) const {
   return this == &AnObject || BytesOf(*this) == BytesOf(AnObject);
 }
 
 void TQuillonPersistent::SaveToStream(TQuillonStream& AStream) const {
   TQuillonStreamWriter Writer(AStream, BufferSize);
-  TQuillonObjectWriter ObjectWriter(Writer);
-  WriteProperties(ObjectWriter);
+  Writer.WriteObjectProperties(this);
   Writer.FlushBuffer();
 }
 
@@ -104,6 +108,35 @@ void TQuillonPersistent::LoadFromStream(TQuillonStream& AStream) {
   TQuillonObjectReader ObjectReader(Reader);
   ReadProperties(ObjectReader);
   Reader.FlushBuffer();
+}
+
+void TQuillonPersistent::SaveToZipStream(TQuillonStream& AStream) const {
+  TQuillonZCompressionStream Compressed(AStream);
+  TQuillonStreamWriter(Compressed).WriteObjectProperties(this);
+  Compressed.Finish();
+}
+
+void TQuillonPersistent::LoadFromZipStream(TQuillonStream& AStream) {
+  TQuillonZDecompressionStream Compressed(AStream);
+  TQuillonStreamReader Reader(Compressed);
+  TQuillonObjectReader ObjectReader(Reader);
+  ReadProperties(ObjectReader);
+  Compressed.Finish();
+}
+
+void TQuillonWriter::WriteObject(const TQuillonPersistent* AnObject) {
+  TQuillonObjectWriter(*this).WriteObject(AnObject);
+}
+
+void TQuillonWriter::WriteObjectProperties(const TQuillonPersistent* AnObject) {
+  TQuillonObjectWriter(*this).WriteObjectProperties(AnObject);
+}
+
+std::shared_ptr<TQuillonPersistent> TQuillonReader::ReadObject() { return TQuillonObjectReader(*this).ReadObject(); }
+
+std::shared_ptr<TQuillonPersistent> TQuillonReader::ReadObjectProperties(std::shared_ptr<TQuillonPersistent> AnObject,
+                                                                         const TQuillonPersistentClass& AClass) {
+  return TQuillonObjectReader(*this).ReadObjectProperties(std::move(AnObject), AClass);
 }
 
 void TQuillonObjectWriter::WriteObject(const TQuillonPersistent* AnObject) {
@@ -118,6 +151,20 @@ void TQuillonObjectWriter::WriteObject(const TQuillonPersistent* AnObject) {
     WriteString(AnObject->PersistentClass().Name);
     AnObject->WriteProperties(*this);
   }
+}
+
+void TQuillonObjectWriter::WriteObjectProperties(const TQuillonPersistent* AnObject) {
+  if (AnObject == nullptr) {
+    throw EQuillonPersistentError("Objektinstanz darf nicht NIL sein.");
+  }
+  AnObject->WriteProperties(*this);
+}
+
+std::shared_ptr<TQuillonPersistent> TQuillonObjectReader::ReadObjectProperties(
+    std::shared_ptr<TQuillonPersistent> AnObject, const TQuillonPersistentClass& AClass) {
+  auto Object = AnObject == nullptr ? AClass.Create() : std::move(AnObject);
+  Object->ReadProperties(*this);
+  return Object;
 }
 
 std::shared_ptr<TQuillonPersistent> TQuillonObjectReader::ReadAny(bool IsHeld) {
@@ -145,3 +192,32 @@ std::shared_ptr<TQuillonPersistent> TQuillonObjectReader::ReadAny(bool IsHeld) {
   }
   return Entry.Object;
 }
+
+namespace QuillonStreams {
+
+std::string_view NameOf(TNames ANames, std::size_t AValue) {
+  if (AValue >= ANames.size()) {
+    throw EQuillonConvertError(std::to_string(AValue) + " ist kein Wert der Aufzählung.");
+  }
+  return ANames[AValue];
+}
+
+std::size_t ValueOfName(TNames ANames, std::string_view AName) {
+  const auto Found = std::ranges::find(ANames, AName);
+  if (Found == ANames.end()) {
+    throw EQuillonConvertError(QuillonText::Quoted(AName) + " ist kein Name der Aufzählung.");
+  }
+  return static_cast<std::size_t>(Found - ANames.begin());
+}
+
+std::vector<std::string_view> SplitNames(std::string_view AText) {
+  std::vector<std::string_view> Names;
+  for (std::size_t Begin = 0; !AText.empty() && Begin <= AText.size();) {
+    const std::size_t End = std::min(AText.find(',', Begin), AText.size());
+    Names.push_back(AText.substr(Begin, End - Begin));
+    Begin = End + 1;
+  }
+  return Names;
+}
+
+}  // namespace QuillonStreams

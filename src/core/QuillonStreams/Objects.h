@@ -1,11 +1,16 @@
 #pragma once
 
+#include <array>
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <set>
+#include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <unordered_map>
 #include <vector>
 
@@ -47,6 +52,9 @@ class TQuillonClassRegistry {
   void AddClass(const TQuillonPersistentClass& AClass) { FClassMap[AClass.Name] = &AClass; }
   /// @return null for a name that is not known
   const TQuillonPersistentClass* GetClass(std::string_view AName) const;
+  /// Whether this class, and no other, is the one that its name stands for.
+  bool ContainsClass(const TQuillonPersistentClass& AClass) const { return GetClass(AClass.Name) == &AClass; }
+  void RemoveClass(const TQuillonPersistentClass& AClass);
 
  private:
   TQuillonClassRegistry() = default;
@@ -54,7 +62,8 @@ class TQuillonClassRegistry {
   std::map<std::string, const TQuillonPersistentClass*, std::less<>> FClassMap;
 };
 
-/// An object that can be put on a stream with all that it refers to.
+/// An object that can be put on a stream with all that it refers to. Who holds one holds it by a shared pointer, and
+/// the last one to let go frees it: no collection, box or reader has a flag for who owns what it holds.
 class TQuillonPersistent : public TQuillonObject {
  public:
   virtual const TQuillonPersistentClass& PersistentClass() const = 0;
@@ -66,10 +75,14 @@ class TQuillonPersistent : public TQuillonObject {
   /// @throws EQuillonPersistentError if a class is not registered
   std::shared_ptr<TQuillonPersistent> Clone() const;
   /// Whether the other is of the same class and has the same content, that of the objects it refers to included.
-  bool Equals(const TQuillonPersistent& AnObject) const;
+  bool HasSameContent(const TQuillonPersistent& AnObject) const;
   /// The properties without a handle: nothing that the object holds may refer back to it.
   void SaveToStream(TQuillonStream& AStream) const;
   void LoadFromStream(TQuillonStream& AStream);
+  /// The same, compressed in the zlib format (RFC 1950), whose end is the end of the object.
+  /// @throws EQuillonZlibError when reading what is cut or damaged
+  void SaveToZipStream(TQuillonStream& AStream) const;
+  void LoadFromZipStream(TQuillonStream& AStream);
 };
 
 /// Objects with shared and cyclic references: each stands on the stream once, with its class and content behind its
@@ -84,6 +97,9 @@ class TQuillonObjectWriter final : public TQuillonWriter {
   /// The objects must live as long as the writer. @param AnObject may be null
   /// @throws EQuillonPersistentError for objects that hold each other in too many levels to be read again
   void WriteObject(const TQuillonPersistent* AnObject);
+  /// The content alone, without a handle or the name of the class.
+  /// @throws EQuillonPersistentError for null
+  void WriteObjectProperties(const TQuillonPersistent* AnObject);
 
  private:
   TQuillonWriter& FWriter;
@@ -112,6 +128,9 @@ class TQuillonObjectReader final : public TQuillonReader {
   std::weak_ptr<TObject> ReadReference() {
     return Checked<TObject>(ReadAny(false));
   }
+  /// Content without a handle, read into the object or, for null, into a fresh one of the class. @return that object
+  std::shared_ptr<TQuillonPersistent> ReadObjectProperties(std::shared_ptr<TQuillonPersistent> AnObject,
+                                                           const TQuillonPersistentClass& AClass);
 
  private:
   struct TEntry {
@@ -137,14 +156,24 @@ class TQuillonObjectReader final : public TQuillonReader {
 
 namespace QuillonStreams {
 
-/// The two sides of a kind of property: how a field of the type is written and read.
+/// The two sides of a kind of property: how a field of the type is written and read. The type decides, so that a field
+/// of another one is refused before the program runs.
 template <class TValue>
-struct TKind;
+struct TKind {
+  static_assert(sizeof(TValue) == 0, "Serialisierung der Eigenschaft wird nicht unterstützt.");
+};
 
 template <auto Write, auto Read>
 struct TValueKind {
   static void WriteTo(TQuillonObjectWriter& AWriter, const auto& AValue) { (AWriter.*Write)(AValue); }
   static void ReadFrom(TQuillonObjectReader& AReader, auto& AValue) { AValue = (AReader.*Read)(); }
+};
+
+/// As TValueKind, for a structure whose value is a member of it.
+template <auto Member, auto Write, auto Read>
+struct TMemberKind {
+  static void WriteTo(TQuillonObjectWriter& AWriter, const auto& AValue) { (AWriter.*Write)(AValue.*Member); }
+  static void ReadFrom(TQuillonObjectReader& AReader, auto& AValue) { AValue.*Member = (AReader.*Read)(); }
 };
 
 // clang-format off
@@ -159,7 +188,71 @@ template <> struct TKind<char16_t> : TValueKind<&TQuillonWriter::WriteChar, &TQu
 template <> struct TKind<float> : TValueKind<&TQuillonWriter::WriteSingle, &TQuillonReader::ReadSingle> {};
 template <> struct TKind<double> : TValueKind<&TQuillonWriter::WriteDouble, &TQuillonReader::ReadDouble> {};
 template <> struct TKind<std::string> : TValueKind<&TQuillonWriter::WriteString, &TQuillonReader::ReadString> {};
+template <> struct TKind<TGUID> : TValueKind<&TQuillonWriter::WriteGuid, &TQuillonReader::ReadGuid> {};
+template <> struct TKind<TQuillonDateTime> : TValueKind<&TQuillonWriter::WriteDateTime, &TQuillonReader::ReadDateTime> {};
+template <> struct TKind<TExtended>
+    : TMemberKind<&TExtended::Value, &TQuillonWriter::WriteExtended, &TQuillonReader::ReadExtended> {};
+template <> struct TKind<TComp> : TMemberKind<&TComp::Value, &TQuillonWriter::WriteComp, &TQuillonReader::ReadComp> {};
+template <> struct TKind<TCurrency>
+    : TMemberKind<&TCurrency::TenThousandths, &TQuillonWriter::WriteCurrency, &TQuillonReader::ReadCurrency> {};
 // clang-format on
+
+using TNames = std::span<const std::string_view>;
+/// @throws EQuillonConvertError for a value without a name, or a name without a value
+std::string_view NameOf(TNames ANames, std::size_t AValue);
+std::size_t ValueOfName(TNames ANames, std::string_view AName);
+/// The names between the commas of a text; none of an empty one.
+std::vector<std::string_view> SplitNames(std::string_view AText);
+
+/// An enumeration whose members, from 0 on, have names for streams: EnumNames(TMember), a function beside it, gives
+/// them as an array of texts.
+template <class TMember>
+concept TNamedEnum = std::is_enum_v<TMember> && requires(TMember AMember) {
+  TNames(EnumNames(AMember));
+};
+
+constexpr std::array<std::string_view, 2> BooleanNames = {"False", "True"};
+
+/// The name of the member.
+template <class TMember>
+struct TEnumKind {
+  static constexpr auto Names() {
+    if constexpr (std::is_same_v<TMember, bool>) {
+      return BooleanNames;
+    } else {
+      return EnumNames(TMember{});
+    }
+  }
+  static void WriteTo(TQuillonObjectWriter& AWriter, TMember AValue) {
+    AWriter.WriteString(NameOf(Names(), static_cast<std::size_t>(AValue)));
+  }
+  static void ReadFrom(TQuillonObjectReader& AReader, TMember& AValue) {
+    AValue = static_cast<TMember>(ValueOfName(Names(), AReader.ReadString()));
+  }
+};
+template <>
+struct TKind<bool> : TEnumKind<bool> {};
+template <TNamedEnum TMember>
+struct TKind<TMember> : TEnumKind<TMember> {};
+
+/// The names of the members, in their order, with commas between them.
+template <TNamedEnum TMember>
+struct TKind<std::set<TMember>> {
+  static void WriteTo(TQuillonObjectWriter& AWriter, const std::set<TMember>& AValue) {
+    std::string Text;
+    for (const TMember Member : AValue) {
+      Text.append(Text.empty() ? "" : ",").append(NameOf(EnumNames(Member), static_cast<std::size_t>(Member)));
+    }
+    AWriter.WriteString(Text);
+  }
+  static void ReadFrom(TQuillonObjectReader& AReader, std::set<TMember>& AValue) {
+    const std::string Text = AReader.ReadString();
+    AValue.clear();
+    for (const std::string_view Name : SplitNames(Text)) {
+      AValue.insert(static_cast<TMember>(ValueOfName(EnumNames(TMember{}), Name)));
+    }
+  }
+};
 
 template <class TObject>
 struct TKind<std::shared_ptr<TObject>> {
@@ -188,6 +281,12 @@ struct TKind<TObject> {
   static void ReadFrom(TQuillonObjectReader& AReader, TObject& AValue) { AValue.ReadProperties(AReader); }
 };
 
+/// Makes an object of a class, for its table.
+template <std::derived_from<TQuillonPersistent> TObject>
+std::shared_ptr<TQuillonPersistent> Make() {
+  return std::make_shared<TObject>();
+}
+
 template <class TOwner, class TValue>
 TOwner OwnerOf(TValue TOwner::*);
 template <class TOwner, class TValue>
@@ -208,3 +307,26 @@ constexpr TQuillonProperty Published() {
 }
 
 }  // namespace QuillonStreams
+
+/// Gives a class the table that streams want: by the name TObject::ClassName, its objects made without arguments, and
+/// with the rows of TObject::Properties(), if it has such.
+template <class TObject, class TBase = TQuillonPersistent>
+class TQuillonNamed : public TBase {
+ public:
+  using TBase::TBase;
+
+  static const TQuillonPersistentClass& Class() {
+    static const TQuillonPersistentClass Class{std::string(TObject::ClassName), QuillonStreams::Make<TObject>, Rows()};
+    return Class;
+  }
+  const TQuillonPersistentClass& PersistentClass() const override { return Class(); }
+
+ private:
+  static std::vector<TQuillonProperty> Rows() {
+    if constexpr (requires { TObject::Properties(); }) {
+      return TObject::Properties();
+    } else {
+      return {};
+    }
+  }
+};

@@ -101,6 +101,31 @@ void TQuillonReader::ReadBinary(TQuillonStream& ATarget) {
   ATarget.Seek(0, TQuillonSeekOrigin::Begin);
 }
 
+TQuillonBrush TQuillonReader::ReadBrush() {
+  TQuillonBrush Value;
+  Value.Color = ReadColor();
+  Value.Style = ReadByte();
+  return Value;
+}
+
+TQuillonPen TQuillonReader::ReadPen() {
+  TQuillonPen Value;
+  Value.Color = ReadColor();
+  Value.Mode = ReadByte();
+  Value.Style = ReadByte();
+  Value.Width = ReadLongInt();
+  return Value;
+}
+
+TQuillonFont TQuillonReader::ReadFont() {
+  TQuillonFont Value;
+  Value.Name = ReadString();
+  Value.Color = ReadColor();
+  Value.Size = ReadLongInt();
+  Value.Styles = ReadByte();
+  return Value;
+}
+
 TQuillonStreamReader::TQuillonStreamReader(TQuillonStream& AStream, std::size_t ABufferSize)
     : FStream(AStream), FBuffer(ABufferSize, '\0') {}
 

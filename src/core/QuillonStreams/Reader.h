@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -12,6 +13,9 @@
 #include "QuillonDateTime.h"
 #include "QuillonIO.h"
 #include "QuillonStreams/Streams.h"
+
+class TQuillonPersistent;
+struct TQuillonPersistentClass;
 
 /// The values that a TQuillonWriter has written, read in the same order. Every typed read raises EQuillonReaderError
 /// if fewer bytes come than the value has, or if its length is below zero. A length is not believed: the memory taken
@@ -63,6 +67,17 @@ class TQuillonReader {
   std::string ReadBinary();
   /// Makes the block the whole content of the stream, whose position is its begin then; reports progress.
   void ReadBinary(TQuillonStream& ATarget);
+  std::int32_t ReadColor() { return ReadValue<std::int32_t>(); }
+  /// @return the bytes of a picture, none for no picture
+  std::string ReadGraphic() { return ReadBinary(); }
+  TQuillonBrush ReadBrush();
+  TQuillonPen ReadPen();
+  TQuillonFont ReadFont();
+  /// An object that is a graph of its own; see TQuillonObjectReader, which reads several objects of one graph.
+  std::shared_ptr<TQuillonPersistent> ReadObject();
+  /// As TQuillonObjectReader::ReadObjectProperties, with a graph of its own.
+  std::shared_ptr<TQuillonPersistent> ReadObjectProperties(std::shared_ptr<TQuillonPersistent> AnObject,
+                                                           const TQuillonPersistentClass& AClass);
 
   TQuillonStreamProgressEvent FOnProgress;
 

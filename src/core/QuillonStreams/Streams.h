@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <type_traits>
 
 #include "QuillonGuid.h"
@@ -30,6 +31,45 @@ class EQuillonStreamAbort : public EQuillonException {
 
 /// Is told about a transfer: the bytes so far, those of the whole, and a flag that ends the transfer if it is set.
 using TQuillonStreamProgressEvent = std::function<void(std::int64_t APosition, std::int64_t ATotal, bool& DoAbort)>;
+
+/// Numbers that stand on streams in a form of their own, for fields of such a kind.
+struct TExtended {
+  double Value = 0;  ///< in the ten bytes of QuillonExtended
+  friend bool operator==(const TExtended&, const TExtended&) = default;
+};
+struct TComp {
+  std::int64_t Value = 0;
+  friend bool operator==(const TComp&, const TComp&) = default;
+};
+struct TCurrency {
+  std::int64_t TenThousandths = 0;
+  /// The amount times 10,000, rounded to the nearest whole number, of two equally near ones the even one.
+  /// @throws EQuillonConvertError for an amount that has no place in 64 bits
+  static TCurrency Of(double AnAmount);
+  double Amount() const { return static_cast<double>(TenThousandths) / 10'000; }
+  friend bool operator==(const TCurrency&, const TCurrency&) = default;
+};
+
+/// What a drawing is made with, as it stands on streams; nothing is drawn here.
+struct TQuillonBrush {
+  std::int32_t Color = 0;
+  std::uint8_t Style = 0;
+  friend bool operator==(const TQuillonBrush&, const TQuillonBrush&) = default;
+};
+struct TQuillonPen {
+  std::int32_t Color = 0;
+  std::uint8_t Mode = 0;
+  std::uint8_t Style = 0;
+  std::int32_t Width = 0;
+  friend bool operator==(const TQuillonPen&, const TQuillonPen&) = default;
+};
+struct TQuillonFont {
+  std::string Name;
+  std::int32_t Color = 0;
+  std::int32_t Size = 0;
+  std::uint8_t Styles = 0;
+  friend bool operator==(const TQuillonFont&, const TQuillonFont&) = default;
+};
 
 namespace QuillonStreams {
 

@@ -1,10 +1,20 @@
 #include "QuillonStreams/Writer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "QuillonStreams/Extended.h"
 #include "QuillonText.h"
+
+TCurrency TCurrency::Of(double AnAmount) {
+  constexpr double Limit = 0x1p63;
+  const double Scaled = std::nearbyint(AnAmount * 10'000);
+  if (!(Scaled >= -Limit && Scaled < Limit)) {
+    throw EQuillonConvertError("Der Betrag ist zu groß.");
+  }
+  return {static_cast<std::int64_t>(Scaled)};
+}
 
 void TQuillonWriter::WriteThrough(std::string_view ABytes) {
   if (Write(ABytes) != ABytes.size()) {
@@ -87,6 +97,25 @@ void TQuillonWriter::WriteBinary(TQuillonStream& AStream) {
     AStream.ReadBuffer(Piece);
     return std::string_view(Piece);
   });
+}
+
+void TQuillonWriter::WriteBrush(const TQuillonBrush& AValue) {
+  WriteColor(AValue.Color);
+  WriteByte(AValue.Style);
+}
+
+void TQuillonWriter::WritePen(const TQuillonPen& AValue) {
+  WriteColor(AValue.Color);
+  WriteByte(AValue.Mode);
+  WriteByte(AValue.Style);
+  WriteLongInt(AValue.Width);
+}
+
+void TQuillonWriter::WriteFont(const TQuillonFont& AValue) {
+  WriteString(AValue.Name);
+  WriteColor(AValue.Color);
+  WriteLongInt(AValue.Size);
+  WriteByte(AValue.Styles);
 }
 
 TQuillonStreamWriter::TQuillonStreamWriter(TQuillonStream& AStream, std::size_t ABufferSize)

@@ -12,6 +12,8 @@
 #include "QuillonIO.h"
 #include "QuillonStreams/Streams.h"
 
+class TQuillonPersistent;
+
 /// Values as bytes, without tags: integers and floating point numbers with their lowest byte first, texts and blocks
 /// behind their length, a 32-bit integer. Where the bytes go is up to the derived class. Every typed write raises
 /// EQuillonWriterError if not all of its bytes found a place, or if a length has none in 32 bits.
@@ -60,6 +62,17 @@ class TQuillonWriter {
   /// The whole of a stream, wherever its position is; reports progress.
   /// @throws EQuillonStreamError if the stream ends before its size
   void WriteBinary(TQuillonStream& AStream);
+  /// @param AValue the display system's, red in the low byte
+  void WriteColor(std::int32_t AValue) { WriteValue(AValue); }
+  /// @param AnImage the bytes of a picture, none for no picture
+  void WriteGraphic(std::string_view AnImage) { WriteBinary(AnImage); }
+  void WriteBrush(const TQuillonBrush& AValue);
+  void WritePen(const TQuillonPen& AValue);
+  void WriteFont(const TQuillonFont& AValue);
+  /// The object as a graph of its own; see TQuillonObjectWriter, which writes several objects into one graph.
+  void WriteObject(const TQuillonPersistent* AnObject);
+  /// As TQuillonObjectWriter::WriteObjectProperties, with a graph of its own for what the object refers to.
+  void WriteObjectProperties(const TQuillonPersistent* AnObject);
 
   TQuillonStreamProgressEvent FOnProgress;
 

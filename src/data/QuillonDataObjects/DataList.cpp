@@ -200,10 +200,15 @@ void TQuillonDataList::Append(TQuillonDataObject* AnItem) {
     return;
   }
   assert(AnItem->DataClass().DescendsFrom(ItemClass()));
-  if (FIsItemOwner) {
-    TQuillonDataHolder::Hold(*AnItem, *this);
-  }
   FItems.push_back(AnItem);
+  if (FIsItemOwner) {
+    try {
+      TQuillonDataHolder::Hold(*AnItem, *this);
+    } catch (...) {
+      FItems.pop_back();
+      throw;
+    }
+  }
 }
 
 void TQuillonDataList::Insert(int AnIndex, TQuillonDataObject* AnItem) {
@@ -465,7 +470,7 @@ void TQuillonDataList::Sort() {
 }
 
 void TQuillonDataList::Sort(TQuillonCompareItems ACompare) {
-  QuillonDataObjects::QuickSort(
+  QuillonClasses::QuickSort(
       0, Count() - 1, [&](int A, int B) { return CompareReal(GetItem(A), GetItem(B), ACompare); },
       [this](int A, int B) { Exchange(A, B); });
 }

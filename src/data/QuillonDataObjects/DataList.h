@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "QuillonDataObjects/DataObject.h"
-#include "QuillonDataObjects/QuickSort.h"
+#include "QuillonClasses/QuickSort.h"
 
 class TQuillonDataChangeLog;
 
@@ -114,7 +114,7 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   template <class TCompare>
   void SortBy(const TCompare& ACompare) {
     const auto At = [this](int AnIndex) -> TQuillonDataObject*& { return FItems[static_cast<std::size_t>(AnIndex)]; };
-    QuillonDataObjects::QuickSort(
+    QuillonClasses::QuickSort(
         0, Count() - 1, [&](int A, int B) { return CompareReal(At(A), At(B), ACompare); },
         [&](int A, int B) { std::swap(At(A), At(B)); });
   }
@@ -127,7 +127,7 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
       return HasBoth ? ACompare(AKeys[A], AKeys[B])
                      : static_cast<int>(FItems[A] == nullptr) - static_cast<int>(FItems[B] == nullptr);
     };
-    QuillonDataObjects::QuickSort(
+    QuillonClasses::QuickSort(
         0, Count() - 1, [&](int A, int B) { return Compare(static_cast<std::size_t>(A), static_cast<std::size_t>(B)); },
         [&](int A, int B) {
           std::swap(FItems[static_cast<std::size_t>(A)], FItems[static_cast<std::size_t>(B)]);

@@ -294,9 +294,11 @@ void TQuillonDataObject::Change() {
 void TQuillonDataHolder::Hold(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder) {
   if (AnObject.FIsHeld) {
     if (AnObject.FHolders == nullptr) {
-      AnObject.FHolders = std::make_unique<std::vector<TQuillonDataAbstractObject*>>(1, AnObject.FOwner);
+      AnObject.FHolders = std::make_unique<std::vector<TQuillonDataAbstractObject*>>(
+          std::initializer_list<TQuillonDataAbstractObject*>{AnObject.FOwner, &AHolder});
+    } else {
+      AnObject.FHolders->push_back(&AHolder);
     }
-    AnObject.FHolders->push_back(&AHolder);
   }
   AnObject.FIsHeld = true;
   AnObject.MoveTo(AHolder);

@@ -90,7 +90,6 @@ void TQuillonDataObjectRegistry::AddObject(TQuillonDataAbstractObject& AnObject)
   if (AnObject.FRegistered) {
     return;
   }
-  AnObject.FRegistered = true;
   const std::uint64_t Hash = FHash(AnObject.FID);
   const auto IsOther = [&](const TSlot& ASlot) {
     return ASlot.Hash == Hash && ASlot.Object->FID == AnObject.FID &&
@@ -98,12 +97,14 @@ void TQuillonDataObjectRegistry::AddObject(TQuillonDataAbstractObject& AnObject)
   };
   if (FindSlot(Hash, IsOther) != nullptr) {
     FDoubles.insert(&AnObject);
+    AnObject.FRegistered = true;
     return;
   }
   if (FCount >= FSlots.size() / 4 * 3) {
     Grow();
   }
   Put(FSlots, TSlot{Hash, &AnObject});
+  AnObject.FRegistered = true;
   ++FCount;
 }
 

@@ -34,7 +34,7 @@ void LinkRing(std::vector<TVELVeranstaltung*>& ALessons, const TLessonPlaces& AP
   }
   // As a list of lessons is sorted, so that those that are alike stand in the product's order.
   const auto At = [&](int APlace) -> TVELVeranstaltung*& { return ALessons[static_cast<std::size_t>(APlace)]; };
-  QuillonDataObjects::QuickSort(
+  QuillonClasses::QuickSort(
       0, static_cast<int>(ALessons.size()) - 1, [&](int A, int B) { return APlaces.Of(*At(A)) - APlaces.Of(*At(B)); },
       [&](int A, int B) { std::swap(At(A), At(B)); });
   for (std::size_t I = 0; I < ALessons.size(); ++I) {

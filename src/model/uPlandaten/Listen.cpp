@@ -34,7 +34,7 @@ std::string WithoutBlanks(std::string_view AText) {
   return Text;
 }
 
-bool Equals(std::string_view A, std::string_view B, bool ACaseSensitive) {
+bool SameText(std::string_view A, std::string_view B, bool ACaseSensitive) {
   return ACaseSensitive ? A == B : QuillonText::EqualsIgnoreCase(A, B);
 }
 
@@ -49,7 +49,7 @@ template <class TItem, class TList>
 TItem* FindUserIn(const TList& AList, std::string TItem::*AName, std::string_view AUserName, bool ACaseSensitive,
                   const TItem* AnExcluded) {
   return FindFirst(AList, [&](const TItem* AnItem) {
-    return AnItem != AnExcluded && Equals(AnItem->*AName, AUserName, ACaseSensitive);
+    return AnItem != AnExcluded && SameText(AnItem->*AName, AUserName, ACaseSensitive);
   });
 }
 
@@ -109,7 +109,7 @@ TVELStammobjekt* TVELStammobjektliste::Find(std::string_view AKuerzel, bool APar
     }
     const std::string Code = WithoutBlanks(AnItem->FKuerzel);
     const std::string_view Candidate(Code);
-    return Equals(APartial ? Candidate.substr(0, Wanted.size()) : Candidate, Wanted, ACaseSensitive);
+    return SameText(APartial ? Candidate.substr(0, Wanted.size()) : Candidate, Wanted, ACaseSensitive);
   });
 }
 
@@ -119,7 +119,7 @@ TVELStammobjekt* TVELStammobjektliste::WebFind(std::string_view AKuerzel, bool A
   }
   const std::string Wanted = WithoutBlanks(AKuerzel);
   if (TVELStammobjekt* const Found = FindFirst(*this, [&](const TVELStammobjekt* AnItem) {
-        return Equals(uPlandaten::WebForm(WithoutBlanks(AnItem->FKuerzel)), Wanted, ACaseSensitive);
+        return SameText(uPlandaten::WebForm(WithoutBlanks(AnItem->FKuerzel)), Wanted, ACaseSensitive);
       })) {
     return Found;
   }
@@ -127,7 +127,7 @@ TVELStammobjekt* TVELStammobjektliste::WebFind(std::string_view AKuerzel, bool A
 }
 
 TVELStammobjekt* TVELStammobjektliste::FindWebName(std::string_view AName) const {
-  return FindFirst(*this, [&](const TVELStammobjekt* AnItem) { return Equals(AnItem->WebName(), AName, false); });
+  return FindFirst(*this, [&](const TVELStammobjekt* AnItem) { return SameText(AnItem->WebName(), AName, false); });
 }
 
 TVELStammobjekt* TVELStammobjektliste::FindBrenmarkID(std::int32_t ABrenmarkID) const {
@@ -183,7 +183,8 @@ TVELSchueler* TVELSchuelerliste::FindUser(std::string_view AUserName, bool ACase
 TVELSchueler* TVELSchuelerliste::FindName(std::string_view AVorname, std::string_view ANachname,
                                           bool ACaseSensitive) const {
   return FindFirst(*this, [&](const TVELSchueler* AnItem) {
-    return Equals(AnItem->FVorname, AVorname, ACaseSensitive) && Equals(AnItem->FNachname, ANachname, ACaseSensitive);
+    return SameText(AnItem->FVorname, AVorname, ACaseSensitive) &&
+           SameText(AnItem->FNachname, ANachname, ACaseSensitive);
   });
 }
 

@@ -1,11 +1,11 @@
 #include <array>
-#include <functional>
 #include <iostream>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "QuillonDataObjects/Snapshot.h"
+#include "QuillonDataObjects/ChangeLog.h"
+#include "QuillonDataObjects/Conflict.h"
 #include "QuillonFileReplacement.h"
 #include "QuillonIO.h"
 #include "uPlandaten/Plan.h"
@@ -63,13 +63,30 @@ int Convert(TVELPlan& APlan, const TWords& AWords) {
   return 0;
 }
 
+/// Plays a log back on a plan and saves the plan, whether it has taken the log or not.
+int Play(TVELPlan& APlan, const TWords& AWords) {
+  Load(APlan, AWords[0]);
+  TQuillonDataChangeLog Log;
+  TQuillonFileStream Stream(AWords[1], fomOpenRead, famShareDenyNone);
+  Log.LoadFromStream(Stream);
+  try {
+    Log.Playback(APlan);
+  } catch (const EQuillonDataConflict& Conflict) {
+    std::cout << "conflict " << static_cast<int>(Conflict.FConflictType) << ' ' << Conflict.what() << '\n';
+    Save(APlan, AWords[2]);
+    return 3;
+  }
+  Save(APlan, AWords[2]);
+  return 0;
+}
+
 struct TCommand {
   std::string_view Name;
   std::size_t Words;
   int (*Run)(TVELPlan& APlan, const TWords& AWords);
 };
 
-constexpr std::array<TCommand, 1> Commands = {{{"convert", 2, Convert}}};
+constexpr std::array<TCommand, 2> Commands = {{{"convert", 2, Convert}, {"play", 3, Play}}};
 
 int Run(const TWords& AWords) {
   uPlandaten::RegisterClasses(TQuillonDataClassRegistry::Instance());
@@ -79,7 +96,7 @@ int Run(const TWords& AWords) {
       return Command.Run(*Plan, {AWords.begin() + 1, AWords.end()});
     }
   }
-  throw EQuillonException("Usage: velmora-forms convert IN OUT");
+  throw EQuillonException("Usage: velmora-forms convert IN OUT | play STORAGE LOG OUT");
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace QuillonDataObjects {
+namespace QuillonClasses {
 
 /// The product's quicksort over the places ALeft to ARight, both included.
 ///
@@ -48,4 +48,4 @@ void QuickSort(int ALeft, int ARight, const TCompare& ACompare, const TExchange&
   }
 }
 
-}  // namespace QuillonDataObjects
+}  // namespace QuillonClasses
