@@ -4,8 +4,8 @@
 #include <unordered_set>
 #include <vector>
 
-#include "QuillonDataObjects/DataObject.h"
 #include "QuillonClasses/QuickSort.h"
+#include "QuillonDataObjects/DataObject.h"
 
 class TQuillonDataChangeLog;
 

@@ -8,6 +8,7 @@
 #include "QuillonDataObjects/Conflict.h"
 #include "QuillonFileReplacement.h"
 #include "QuillonIO.h"
+#include "model/RandomUser.h"
 #include "uPlandaten/Plan.h"
 
 // Takes a plan from one form of its file into another, for tests that look at both with other means.
@@ -80,13 +81,31 @@ int Play(TVELPlan& APlan, const TWords& AWords) {
   return 0;
 }
 
+/// Edits a plan at random and saves it with the log of that.
+int Record(TVELPlan& APlan, const TWords& AWords) {
+  Load(APlan, AWords[0]);
+  const auto Other = QuillonDataObjects::CreateStorage<TVELPlan>();
+  Load(*Other, AWords[0]);
+  APlan.ChangeLog().FUserName = TQuillonUserName("Anna");
+  APlan.ChangeLog().Activate();
+  TRandomUser User(APlan, *Other, static_cast<unsigned>(std::stoul(AWords[1])));
+  for (auto Left = std::stoul(AWords[2]); Left > 0; --Left) {
+    User.Act();
+  }
+  Save(APlan, AWords[3]);
+  TQuillonMemoryStream Log;
+  APlan.ChangeLog().SaveToStream(Log);
+  QuillonIO::ReplaceFile(AWords[4], Log.Content());
+  return 0;
+}
+
 struct TCommand {
   std::string_view Name;
   std::size_t Words;
   int (*Run)(TVELPlan& APlan, const TWords& AWords);
 };
 
-constexpr std::array<TCommand, 2> Commands = {{{"convert", 2, Convert}, {"play", 3, Play}}};
+constexpr std::array<TCommand, 3> Commands = {{{"convert", 2, Convert}, {"play", 3, Play}, {"record", 5, Record}}};
 
 int Run(const TWords& AWords) {
   uPlandaten::RegisterClasses(TQuillonDataClassRegistry::Instance());
@@ -96,7 +115,8 @@ int Run(const TWords& AWords) {
       return Command.Run(*Plan, {AWords.begin() + 1, AWords.end()});
     }
   }
-  throw EQuillonException("Usage: velmora-forms convert IN OUT | play STORAGE LOG OUT");
+  throw EQuillonException(
+      "Usage: velmora-forms convert IN OUT | play STORAGE LOG OUT | record STORAGE SEED COUNT OUT LOG");
 }
 
 }  // namespace
