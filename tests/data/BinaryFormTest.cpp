@@ -108,6 +108,9 @@ TEST(BinaryForm, ComesBackFromEachOfItsForms) {
   EXPECT_FALSE(std::filesystem::exists(Snapshot.FileName()));
   Snapshot.LoadFromFile();
   EXPECT_EQ(Store->SaveToXML(), Document);
+  Store->FModified = true;
+  EXPECT_THROW(Store->SaveToSnapshot(FileName + "/x"), EQuillonException);
+  EXPECT_TRUE(Store->FModified) << "a snapshot that failed has kept nothing";
 }
 
 TEST(BinaryForm, OverwritesWhatIsThereAndLeavesTheRest) {

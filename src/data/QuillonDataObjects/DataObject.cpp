@@ -313,9 +313,13 @@ bool TQuillonDataHolder::IsHeldBy(const TQuillonDataObject& AnObject, const TQui
 
 void TQuillonDataHolder::Release(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder) {
   const TQuillonDataStorage* const Store = AHolder.AsStorage() != nullptr ? AHolder.AsStorage() : AHolder.Storage();
-  const bool MayBeReferredTo = Store != nullptr && Store->IsReading() && AnObject.FIsNamed;
+  const bool IsUpdated = Store != nullptr && Store->FLetGo != nullptr;
+  const bool MayBeReferredTo = Store != nullptr && Store->IsReading() && (AnObject.FIsNamed || IsUpdated);
   if (AnObject.FHolders != nullptr || MayBeReferredTo) {
     Drop(AnObject, AHolder);
+    if (IsUpdated && !AnObject.FIsHeld) {
+      Store->FLetGo->emplace_back(AnObject.ID(), &AnObject.DataClass());
+    }
     return;
   }
   assert(AnObject.FIsHeld);

@@ -41,6 +41,27 @@ void TQuillonDataStorage::WhileReading(const TRead& ARead) {
   ARead();
 }
 
+template <class TRead>
+void TQuillonDataStorage::Update(const TRead& ARead) {
+  std::vector<std::pair<TGUID, const TQuillonDataClass*>> LetGo;
+  {
+    struct TCollecting {
+      TQuillonDataStorage& Storage;
+      ~TCollecting() { Storage.FLetGo = nullptr; }
+    } const Collecting{*this};
+    FLetGo = &LetGo;
+    WhileReading(ARead);
+  }
+  const TQuillonChangeTrackingLock Tracking(*this);
+  const TQuillonDataChangeLogLock Log(&FChangeLog);
+  for (const auto& [ID, Class] : LetGo) {
+    auto* const Object = static_cast<TQuillonDataObject*>(FObjectRegistry.GetObject(ID, *Class));
+    if (Object != nullptr && !TQuillonDataHolder::IsHeld(*Object)) {
+      QuillonDataObjects::Free(Object);
+    }
+  }
+}
+
 void TQuillonDataStorage::LoadWith(TQuillonDataObjectReader& AReader) {
   {
     const TQuillonDataChangeLogLock Log(&FChangeLog);
@@ -107,7 +128,7 @@ void TQuillonDataStorage::Overwrite(TQuillonDataStorage& AStorage) const {
   SaveToBinStream(Content);
   Content.Seek(0, TQuillonSeekOrigin::Begin);
   TQuillonDataObjectBinReader Reader(AStorage, Content, true, dormOverwrite);
-  AStorage.WhileReading([&] { AStorage.ReadProperties(Reader); });
+  AStorage.Update([&] { AStorage.ReadProperties(Reader); });
   AStorage.FModified = true;
 }
 
@@ -131,9 +152,12 @@ void TQuillonDataStorage::SaveToSnapshot(const std::string& AFileName) {
     return;
   }
   TQuillonMemoryStream Content;
+  const bool WasModified = FModified;
   SaveToMemorySnapshot(Content);
+  FModified = WasModified;
   TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(AFileName));
   QuillonIO::ReplaceFile(AFileName, Content.Content());
+  FModified = false;
 }
 
 void TQuillonDataStorage::LoadFromSnapshot(const std::string& AFileName) {
@@ -156,7 +180,7 @@ std::string WriteContent(const TQuillonDataAbstractObject& AnObject) {
 void ReadContent(TQuillonDataStorage& AStorage, TQuillonDataAbstractObject& AnObject, std::string_view AContent) {
   TQuillonMemoryStream Stream{std::string(AContent)};
   TQuillonDataObjectBinReader Reader(AStorage, Stream, false);
-  AStorage.WhileReading([&] { AnObject.ReadProperties(Reader); });
+  AStorage.Update([&] { AnObject.ReadProperties(Reader); });
 }
 
 }  // namespace QuillonDataObjects
