@@ -348,6 +348,23 @@ void TQuillonDataHolder::Drop(TQuillonDataObject& AnObject, TQuillonDataAbstract
   }
 }
 
+void TQuillonDataHolder::GiveBack(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder,
+                                  TQuillonDataAbstractObject* AnOwner) {
+  TQuillonDataStorage* Store = nullptr;
+  if (AnOwner != nullptr) {
+    Store = AnOwner->AsStorage() != nullptr ? AnOwner->AsStorage() : AnOwner->Storage();
+  }
+  // It has never left.
+  const TQuillonDataChangeLogLock Lock(Store != nullptr ? &Store->ChangeLog() : nullptr);
+  Drop(AnObject, AHolder);
+  if (AnOwner != nullptr) {
+    AnObject.MoveTo(*AnOwner);
+  } else {
+    AnObject.VisitOwned([](TQuillonDataAbstractObject& AnOwned) { AnOwned.Unregister(); });
+    AnObject.FOwner = nullptr;
+  }
+}
+
 bool TQuillonDataHolder::LeaveLists(TQuillonDataObject& AnObject, TQuillonDataStorage& AStorage) {
   if (!AnObject.FIsHeld) {
     return true;
