@@ -13,6 +13,7 @@
 #include "data/PlainContent.h"
 #include "model/PlanDocument.h"
 #include "model/RandomUser.h"
+#include "uPlandaten/Aenderungen.h"
 #include "uPlandaten/Einstellungen.h"
 #include "uPlandaten/Fehlzeiten.h"
 #include "uPlandaten/Lehrer.h"
@@ -151,6 +152,15 @@ TEST(ChangeLogOfAPlan, TwoUsersWorkSideBySideUntilOneIsStale) {
     Case.Act(*A);
     EXPECT_EQ(PlayOn(*Server, A->ChangeLog()), Case.Conflict);
   }
+}
+
+TEST(ChangeLogOfAPlan, WhatComesFromOutsideIsToldOnce) {
+  const TPlan A = LoadSchool();
+  A->ChangeLog().Activate();
+  auto* const Message = Create<TVELMitteilung>(nullptr);
+  Message->FNeu.Add(A->FRaeume.GetItem(0));
+  A->FAenderungen.Add(Message);
+  EXPECT_EQ(A->ChangeLog().Count(), 3) << "the message, its room, and its place";
 }
 
 TEST(ChangeLogOfAPlan, APartThatGetsASuccessorGoesWithTheReferencesToIt) {

@@ -173,7 +173,8 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   /// Loads what AnOpen opens, up to AfterLoad. @return the open stream
   template <class TOpen>
   std::unique_ptr<TQuillonFileStream> LoadFrom(const std::string& AFileName, const TOpen& AnOpen);
-  void LoadExistingFile(const std::string& AFileName);
+  /// @param AnOwnName the storage's file name from then on
+  void LoadExistingFile(const std::string& AFileName, std::string AnOwnName);
   /// Loads the file, if it exists, and holds it.
   template <class TOpen>
   void OpenAndLoad(const std::string& AFileName, const TOpen& AnOpen);
@@ -183,7 +184,8 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   /// Reads without tracking or recording anything.
   template <class TRead>
   void WhileReading(const TRead& ARead);
-  /// The same into what is there and stays. An object that has lost its last holder then goes with all references to it.
+  /// The same into what is there and stays. An object that has lost its last holder then goes with all references to
+  /// it.
   template <class TRead>
   void Update(const TRead& ARead);
   /// The document in the form of the file.
