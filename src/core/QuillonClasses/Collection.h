@@ -52,7 +52,7 @@ class TCapacity {
   std::int32_t Value() const { return FValue; }
   /// @param ACount what the list holds
   void Set(std::int64_t AValue, std::size_t ACount) {
-    constexpr std::int64_t Limit = 0x8000'0000;
+    constexpr std::int64_t Limit = 0x800'0000;
     if (AValue < static_cast<std::int64_t>(ACount) || AValue >= Limit) {
       throw TError("Kapazität der Liste ist erschöpft (" + std::to_string(AValue) + ")");
     }
