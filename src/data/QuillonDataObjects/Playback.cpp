@@ -24,8 +24,8 @@ using TKind = TQuillonDataOperationKind;
 void CheckVersion(TQuillonDataConflictType AType, std::int64_t AVersion, const TQuillonDataAbstractObject& AnObject,
                   const std::string& ADisplayName) {
   if (AVersion <= AnObject.FVersion) {
-    throw EQuillonDataConflict(AType, QuillonText::Quoted(ADisplayName) + " wurde bereits von Benutzer " +
-                                          QuillonText::Quoted(AnObject.FChangedBy.Text()) + " modifiziert.");
+    throw EQuillonDataConflict(AType, "\"" + ADisplayName + "\" wurde bereits von Benutzer \"" +
+                                          AnObject.FChangedBy.Text() + "\" modifiziert.");
   }
 }
 
@@ -227,7 +227,7 @@ void TQuillonDataPlayback::Insert(const TOperation& AnOperation) {
 
 void TQuillonDataPlayback::Delete(const TOperation& AnOperation) {
   TQuillonDataList& List = RequireList(AnOperation);
-  TQuillonDataObject& Object = Require(AnOperation, List.ItemClass());
+  TQuillonDataObject& Object = Require(AnOperation, TQuillonDataObject::Class());
   CheckList(AnOperation, List);
   if (!Contains(List, Object)) {
     return;
@@ -254,7 +254,7 @@ void TQuillonDataPlayback::Clear(const TOperation& AnOperation) {
 
 void TQuillonDataPlayback::Move(const TOperation& AnOperation) {
   TQuillonDataList& List = RequireList(AnOperation);
-  TQuillonDataObject& Object = Require(AnOperation, List.ItemClass());
+  TQuillonDataObject& Object = Require(AnOperation, TQuillonDataObject::Class());
   CheckList(AnOperation, List);
   const int Index = List.IndexOf(&Object);
   if (Index < 0) {
