@@ -316,10 +316,10 @@ void TQuillonDataHolder::Release(TQuillonDataObject& AnObject, TQuillonDataAbstr
   const bool IsUpdated = Store != nullptr && Store->FLetGo != nullptr;
   const bool MayBeReferredTo = Store != nullptr && Store->IsReading() && (AnObject.FIsNamed || IsUpdated);
   if (AnObject.FHolders != nullptr || MayBeReferredTo) {
-    Drop(AnObject, AHolder);
-    if (IsUpdated && !AnObject.FIsHeld) {
+    if (IsUpdated) {
       Store->FLetGo->emplace_back(AnObject.ID(), &AnObject.DataClass());
     }
+    Drop(AnObject, AHolder);
     return;
   }
   assert(AnObject.FIsHeld);

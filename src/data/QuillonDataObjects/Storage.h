@@ -205,7 +205,7 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   TQuillonDataChangeLog FChangeLog;
   TQuillonDateTime FReadingSince;
   std::unique_ptr<TQuillonFileStream> FFileStream;  ///< the file that is held open
-  /// Objects by identity that have lost their last holder in an update; null while there is none.
+  /// Objects by identity that have lost a holder in an update; null while there is none.
   std::vector<std::pair<TGUID, const TQuillonDataClass*>>* FLetGo = nullptr;
   std::uint64_t FChangeCount = 0;
   int FChangeTrackingLockCount = 0;
