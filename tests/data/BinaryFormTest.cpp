@@ -125,6 +125,14 @@ TEST(BinaryForm, OverwritesWhatIsThereAndLeavesTheRest) {
   EXPECT_EQ(NamesOf(Other->FItems), "abownnew");
   EXPECT_EQ(Other->FItems.GetItem(0), Item) << "updated in place";
   EXPECT_EQ(NamesOf(Other->FFriends), "ba");
+
+  Other->FPart.Take(Other->NewItem("old part"), *Other);
+  TTestItem& Own = *Other->FItems.GetItem(2);
+  Own.FFriend = Other->FPart.Get();
+  Store->FPart.Take(Store->NewItem("new part"), *Store);
+  Store->Overwrite(*Other);
+  EXPECT_EQ(Other->FPart->FName, "new part");
+  EXPECT_EQ(Own.FFriend, nullptr) << "the part before has gone";
 }
 
 TEST(BinaryForm, RefusesWhatCannotBe) {

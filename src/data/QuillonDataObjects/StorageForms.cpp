@@ -3,6 +3,7 @@
 #include "QuillonDataObjects/Content.h"
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/Storage.h"
+#include "QuillonDataObjects/Sweep.h"
 #include "QuillonDataObjects/XMLReader.h"
 #include "QuillonDataObjects/XMLWriter.h"
 #include "QuillonFileReplacement.h"
@@ -57,6 +58,7 @@ void TQuillonDataStorage::Update(const TRead& ARead) {
   for (const auto& [ID, Class] : LetGo) {
     auto* const Object = static_cast<TQuillonDataObject*>(FObjectRegistry.GetObject(ID, *Class));
     if (Object != nullptr && !TQuillonDataHolder::IsHeld(*Object)) {
+      QuillonDataObjects::ClearReferences(*this, *Object);
       QuillonDataObjects::Free(Object);
     }
   }
