@@ -124,6 +124,20 @@ TEST(BinaryForm, OverwritesWhatIsThereAndLeavesTheRest) {
   EXPECT_EQ(NamesOf(Other->FFriends), "ba");
 }
 
+TEST(BinaryForm, LeavesAPartThatWasReplacedToThoseWhoReferToIt) {
+  const TStore Store = NewStore();
+  const TStore Other = CreateStorage<TTestStorage>();
+  Other->FPart.Take(Other->NewItem("old part"), *Other);
+  auto* const Item = Other->AddItem("own");
+  Item->FFriend = Other->FPart.Get();
+  const TGUID PartID = Item->FFriend->ID();
+  Store->FPart.Take(Store->NewItem("new part"), *Store);
+  Store->Overwrite(*Other);
+  EXPECT_EQ(Other->FPart->FName, "new part");
+  ASSERT_EQ(Item->FFriend, Other->Registry().GetObject(PartID, TTestItem::Class()));
+  EXPECT_EQ(Item->FFriend->FName, "old part");
+}
+
 TEST(BinaryForm, RefusesWhatCannotBe) {
   const TStore Store = NewStore();
   const std::string Whole = BinaryOf(*Store);

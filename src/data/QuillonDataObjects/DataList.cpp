@@ -40,19 +40,24 @@ void TQuillonDataList::Perform(const TOperation& AnOperation) {
     Record(AnOperation, *Log);
   }
   const TQuillonDataChangeLogLock Lock(IsRecorded == IsRecording ? Log : nullptr);
+  const std::size_t SizeBefore = FItems.size();
+  bool IsApplied = false;
   try {
     Before(AnOperation);
     Apply(AnOperation);
+    IsApplied = true;
+    After(AnOperation);
+    Change();
   } catch (...) {
-    // Refused by a hook: nothing has happened.
-    if (IsRecorded && Log->Count() > CountBefore) {
+    if (IsRecorded && (IsApplied || FItems.size() != SizeBefore)) {
+      Log->Spoil();
+    } else if (IsRecorded && Log->Count() > CountBefore) {
+      // Refused by a hook: nothing has happened.
       Log->DropLast();
       FVersion = VersionBefore;
     }
     throw;
   }
-  After(AnOperation);
-  Change();
 }
 
 void TQuillonDataList::Record(const TOperation& AnOperation, TQuillonDataChangeLog& ALog) {
@@ -336,11 +341,20 @@ void TQuillonDataList::FreeItems() {
   // Taken out first: an item that is freed may look at the list that held it.
   std::vector<TQuillonDataObject*> Items = std::move(FItems);
   FItems.clear();
-  if (FIsItemOwner) {
-    for (TQuillonDataObject* Item : Items) {
+  if (!FIsItemOwner) {
+    return;
+  }
+  for (auto Next = Items.begin(); Next != Items.end();) {
+    TQuillonDataObject* const Item = *Next++;
+    try {
       if (Item != nullptr) {
         TQuillonDataHolder::Release(*Item, *this);
       }
+    } catch (...) {
+      // The others are held still.
+      Items.erase(Items.begin(), Next);
+      FItems = std::move(Items);
+      throw;
     }
   }
 }

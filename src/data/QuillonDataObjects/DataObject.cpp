@@ -268,7 +268,14 @@ void TQuillonDataAbstractObject::BeforeDestruction() {
   }
   // What goes with the object, and all references to it, is told with its end.
   const TQuillonDataChangeLogLock Lock(Log);
-  FreeProperties();
+  try {
+    FreeProperties();
+  } catch (...) {
+    if (Log != nullptr) {
+      Log->Spoil();
+    }
+    throw;
+  }
 }
 
 const TQuillonDataClass& TQuillonDataObject::Class() {
@@ -313,7 +320,7 @@ bool TQuillonDataHolder::IsHeldBy(const TQuillonDataObject& AnObject, const TQui
 
 void TQuillonDataHolder::Release(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder) {
   const TQuillonDataStorage* const Store = AHolder.AsStorage() != nullptr ? AHolder.AsStorage() : AHolder.Storage();
-  const bool MayBeReferredTo = Store != nullptr && Store->IsReading() && AnObject.FIsNamed;
+  const bool MayBeReferredTo = Store != nullptr && Store->IsReading() && (AnObject.FIsNamed || !Store->IsLoading());
   if (AnObject.FHolders != nullptr || MayBeReferredTo) {
     Drop(AnObject, AHolder);
     return;
@@ -373,10 +380,21 @@ bool TQuillonDataHolder::LeaveLists(TQuillonDataObject& AnObject, TQuillonDataSt
 namespace QuillonDataObjects {
 
 void Free(TQuillonDataAbstractObject* AnObject) {
-  if (AnObject != nullptr) {
-    AnObject->BeforeDestruction();
-    delete AnObject;
+  if (AnObject == nullptr) {
+    return;
   }
+  try {
+    AnObject->BeforeDestruction();
+  } catch (...) {
+    AnObject->FIsSwept = false;
+    AnObject->Register();
+    // If nobody holds it any more, its storage frees it.
+    if (TQuillonDataStorage* const Store = AnObject->Storage(); Store != nullptr && !AnObject->FIsHeld) {
+      AnObject->SetOwner(Store);
+    }
+    throw;
+  }
+  delete AnObject;
 }
 
 }  // namespace QuillonDataObjects

@@ -147,6 +147,8 @@ std::unique_ptr<TQuillonFileStream> TQuillonDataStorage::LoadFrom(const std::str
     }
   }
   FModified = false;
+  const std::scoped_lock Lock(FFileMutex);
+  MarkSaved(FFileName, FChangeCount);
   return Stream;
 }
 
@@ -189,19 +191,25 @@ std::string TQuillonDataStorage::Document() const {
   return Stream.TakeContent();
 }
 
-void TQuillonDataStorage::MarkSaved() {
-  FSavedAt = FChangeCount;
-  FModified = false;
+void TQuillonDataStorage::MarkSaved(const std::string& AFileName, std::uint64_t AChangeCount) {
+  FSavedAt = AChangeCount;
+  FSavedName = AFileName;
+}
+
+std::string TQuillonDataStorage::FileToSave() {
+  const std::scoped_lock Lock(FFileMutex);
+  return HoldsFile() ? FFileStream->FileName() : FFileName;
 }
 
 void TQuillonDataStorage::WriteDocument(const std::string& AFileName, std::string_view ADocument) {
   TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(AFileName));
-  if (!HoldsFile() && !TQuillonFileSystem::IsFile(AFileName)) {
+  const bool IsHeld = HoldsFile() && FFileStream->FileName() == AFileName;
+  if (!IsHeld && !TQuillonFileSystem::IsFile(AFileName)) {
     QuillonIO::ReplaceFile(AFileName, ADocument);
     return;
   }
-  const auto Held = HoldsFile() ? nullptr : QuillonIO::HoldFile(AFileName);
-  TQuillonFileStream& File = HoldsFile() ? *FFileStream : *Held;
+  const auto Held = IsHeld ? nullptr : QuillonIO::HoldFile(AFileName);
+  TQuillonFileStream& File = IsHeld ? *FFileStream : *Held;
   if (FCreateBackups && File.OpenMode() != fomOpenRead) {
     QuillonIO::KeepBackup(File, BackupNameOf(AFileName));
   }
@@ -215,11 +223,13 @@ void TQuillonDataStorage::SaveToFile(const std::string& AFileName) {
   BeforeStore();
   {
     const std::scoped_lock Lock(FFileMutex);
+    const std::string Name = HoldsFile() ? FFileStream->FileName() : AFileName;
     if (!HoldsFile()) {
-      FFileName = AFileName;
+      FFileName = Name;
     }
-    WriteDocument(HoldsFile() ? FFileStream->FileName() : FFileName, Document());
-    MarkSaved();
+    WriteDocument(Name, Document());
+    MarkSaved(Name, FChangeCount);
+    FModified = false;
   }
   AfterStore();
 }
@@ -230,7 +240,8 @@ void TQuillonDataStorage::StoreFile() {
     {
       const std::scoped_lock Lock(FFileMutex);
       QuillonIO::ReplaceFile(*FFileStream, Document());
-      MarkSaved();
+      MarkSaved(FFileStream->FileName(), FChangeCount);
+      FModified = false;
     }
     AfterStore();
   }
@@ -241,15 +252,16 @@ void TQuillonDataStorage::StoreFile(const std::string& AFileName, bool ATakeFile
   const std::string Name = AFileName;  // NOLINT(performance-unnecessary-copy-initialization)
   CloseFile();
   BeforeStore();
-  if (ATakeFileName) {
-    FFileName = Name;
-  }
   {
     const std::scoped_lock Lock(FFileMutex);
+    if (ATakeFileName) {
+      FFileName = Name;
+    }
     const std::string Content = Document();
     TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(Name));
     FFileStream = QuillonIO::ReplaceFile(Name, Content);
-    MarkSaved();
+    MarkSaved(Name, FChangeCount);
+    FModified = false;
   }
   AfterStore();
 }

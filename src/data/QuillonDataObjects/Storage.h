@@ -60,6 +60,8 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   void UnlockChangeTracking();
   /// True while a document is read: what loses its last holder now stays, unheld, since others may refer to it.
   bool IsReading() const { return FIsReading; }
+  /// True while that document is all that the storage holds; others are read into it.
+  bool IsLoading() const { return FIsLoading; }
   /// True while a state of this very storage is read again: it is in order as it is.
   bool IsRestoring() const { return FIsRestoring; }
   /// When the reading began.
@@ -183,10 +185,12 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   void WhileReading(const TRead& ARead);
   /// The document in the form of the file.
   std::string Document() const;
-  /// Puts a document in the place of the file: of the one that is held, if one is.
+  /// The file that is held, else the one of the storage's name.
+  std::string FileToSave();
+  /// Puts a document in the place of the file, which may be the one that is held.
   void WriteDocument(const std::string& AFileName, std::string_view ADocument);
-  /// The file has the content of this moment now.
-  void MarkSaved();
+  /// The file has the content of that count of changes now.
+  void MarkSaved(const std::string& AFileName, std::uint64_t AChangeCount);
 
   friend class TQuillonDataStorageBackgroundSaverThread;
   friend class TQuillonStorageStateGuard;
@@ -201,10 +205,12 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   int FChangeTrackingLockCount = 0;
   std::uint8_t FState = 0;
   bool FIsReading = false;
+  bool FIsLoading = false;
   bool FIsRestoring = false;
   TQuillonReadWriteMutex FReadWriteMutex;
-  std::mutex FFileMutex;       ///< one save at a time; guards FFileStream and FSavedAt
+  std::mutex FFileMutex;       ///< one save at a time; guards FFileStream, FSavedAt, FSavedName
   std::uint64_t FSavedAt = 0;  ///< the count of changes that the file has
+  std::string FSavedName;      ///< the file that was loaded or saved last
   std::atomic<TQuillonBackgroundSave> FLastBackgroundSave = TQuillonBackgroundSave::None;
   std::unique_ptr<TQuillonDataStorageBackgroundSaverThread> FBackgroundSaverThread;  ///< null unless running
 };

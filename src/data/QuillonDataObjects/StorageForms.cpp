@@ -46,6 +46,7 @@ void TQuillonDataStorage::LoadWith(TQuillonDataObjectReader& AReader) {
     const TQuillonDataChangeLogLock Log(&FChangeLog);
     Clear();
   }
+  const TFlagged Loading(FIsLoading);
   WhileReading([&] { ReadProperties(AReader); });
 }
 

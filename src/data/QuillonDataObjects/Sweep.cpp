@@ -77,9 +77,17 @@ class TQuillonDataSweep {
     if (AnObject.FIsSwept) {
       return;
     }
-    Take(AnObject);
-    while (!FNext.empty()) {
-      ClearNext();
+    try {
+      Take(AnObject);
+      while (!FNext.empty()) {
+        ClearNext();
+      }
+    } catch (...) {
+      // They stay, and may be referred to again.
+      for (const TObject* Object : FGoing) {
+        Object->FIsSwept = false;
+      }
+      throw;
     }
   }
 
@@ -100,9 +108,9 @@ class TQuillonDataSweep {
  private:
   /// The object, and all that it alone holds, are the next to be swept.
   void Take(TQuillonDataObject& AnObject) {
-    AnObject.FIsSwept = true;
     FGoing.insert(&AnObject);
     FNext.insert(&AnObject);
+    AnObject.FIsSwept = true;
     // While a document is read, what others may refer to outlives its owner.
     if (!FStorage.IsReading()) {
       for (TQuillonDataObject* Part : AnObject.Parts()) {
