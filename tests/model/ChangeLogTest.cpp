@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "Growth.h"
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonIO.h"
 #include "data/PlainContent.h"
@@ -64,6 +65,22 @@ std::string FirstDifference(const std::string& A, const std::string& B) {
 }
 
 }  // namespace
+
+TEST(ChangeLogOfAPlan, IsPlayedBackInTimeThatGrowsAsTheLog) {
+  uPlandaten::RegisterClasses(TQuillonDataClassRegistry::Instance());
+  EXPECT_LT(Growth(1500,
+                   [](int ASize) {
+                     const TPlan A = CreateStorage<TVELPlan>();
+                     const TPlan B = CopyOf(*A);
+                     A->ChangeLog().Activate();
+                     for (int I = 0; I < ASize; ++I) {
+                       A->FRaeume.Insert(0, Create<TVELRaum>(A.get()));
+                     }
+                     A->FRaeume.Clear();
+                     return Seconds([&] { A->ChangeLog().Playback(*B); });
+                   }),
+            QuadraticGrowth);
+}
 
 TEST(ChangeLogOfAPlan, AnySessionMakesTheSameOfAnotherCopy) {
   std::map<TQuillonDataOperationKind, int> Played;

@@ -41,15 +41,16 @@ void TQuillonDataList::Perform(const TOperation& AnOperation) {
   }
   const TQuillonDataChangeLogLock Lock(IsRecorded == IsRecording ? Log : nullptr);
   const std::size_t SizeBefore = FItems.size();
-  bool IsApplied = false;
+  bool HasBegun = false;
   try {
     Before(AnOperation);
+    HasBegun = AnOperation.Kind == TOperationKind::Clearance;
     Apply(AnOperation);
-    IsApplied = true;
+    HasBegun = true;
     After(AnOperation);
     Change();
   } catch (...) {
-    if (IsRecorded && (IsApplied || FItems.size() != SizeBefore)) {
+    if (IsRecorded && (HasBegun || FItems.size() != SizeBefore)) {
       Log->Spoil();
     } else if (IsRecorded && Log->Count() > CountBefore) {
       // Refused by a hook: nothing has happened.
@@ -119,6 +120,9 @@ void TQuillonDataList::Apply(const TOperation& AnOperation) {
       }
       return;
     case TOperationKind::Clearance:
+      if (FIsItemOwner) {
+        ReleaseReferences();
+      }
       FreeItems();
       return;
     case TOperationKind::Move:
@@ -217,7 +221,7 @@ void TQuillonDataList::Append(TQuillonDataObject* AnItem) {
 }
 
 void TQuillonDataList::Insert(int AnIndex, TQuillonDataObject* AnItem) {
-  if (AnItem != nullptr && !Contains(AnItem)) {
+  if (AnItem != nullptr && !ContainsIdentity(*AnItem)) {
     InsertAt(AnIndex, CheckedIndex(AnIndex, Count() + 1), AnItem);
   }
 }
@@ -308,6 +312,12 @@ void TQuillonDataList::Assign(const TQuillonObject& AnObject) {
 
 bool TQuillonDataList::Contains(const TQuillonDataObject* AnItem) const { return IndexOf(AnItem) >= 0; }
 
+bool TQuillonDataList::ContainsIdentity(const TQuillonDataObject& AnItem) const {
+  TQuillonDataStorage* const Store = FIsItemOwner ? Storage() : nullptr;
+  const bool IsTheOne = Store != nullptr && Store->Registry().GetObject(AnItem.ID(), ItemClass()) == &AnItem;
+  return IsTheOne ? TQuillonDataHolder::IsHeldBy(AnItem, *this) : Contains(&AnItem);
+}
+
 bool TQuillonDataList::Contains(const TGUID& AnID) const { return IndexOf(AnID) >= 0; }
 
 bool TQuillonDataList::Holds(const TQuillonDataObject* AnItem) const {
@@ -354,6 +364,7 @@ void TQuillonDataList::FreeItems() {
       // The others are held still.
       Items.erase(Items.begin(), Next);
       FItems = std::move(Items);
+      std::ranges::for_each(RealItems(), [](TQuillonDataObject* AnItem) { TQuillonDataHolder::Keep(*AnItem); });
       throw;
     }
   }

@@ -351,6 +351,10 @@ void TQuillonDataHolder::Drop(TQuillonDataObject& AnObject, TQuillonDataAbstract
   }
 }
 
+void TQuillonDataHolder::Keep(TQuillonDataObject& AnObject) {
+  AnObject.VisitOwned([](TQuillonDataAbstractObject& AnOwned) { AnOwned.FIsSwept = false; });
+}
+
 bool TQuillonDataHolder::LeaveLists(TQuillonDataObject& AnObject, TQuillonDataStorage& AStorage) {
   if (!AnObject.FIsHeld) {
     return true;

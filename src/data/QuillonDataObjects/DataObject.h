@@ -195,6 +195,8 @@ class TQuillonDataHolder {
   static void Drop(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder);
   static bool IsHeld(const TQuillonDataObject& AnObject) { return AnObject.FIsHeld; }
   static bool IsHeldBy(const TQuillonDataObject& AnObject, const TQuillonDataAbstractObject& AHolder);
+  /// An object that was about to be freed stays: it and what it owns may be referred to again.
+  static void Keep(TQuillonDataObject& AnObject);
   /// Takes the object out of all lists that hold it. @return whether nobody holds it then
   static bool LeaveLists(TQuillonDataObject& AnObject, TQuillonDataStorage& AStorage);
   /// Remembers that a document names the object: others may come to refer to it as long as that is read.
