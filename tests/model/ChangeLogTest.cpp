@@ -17,6 +17,7 @@
 #include "uPlandaten/Fehlzeiten.h"
 #include "uPlandaten/Lehrer.h"
 #include "uPlandaten/Raeume.h"
+#include "uPlandaten/Veranstaltungen.h"
 #include "uSchluessel/Verzeichnisse.h"
 
 namespace {
@@ -74,9 +75,9 @@ TEST(ChangeLogOfAPlan, IsPlayedBackInTimeThatGrowsAsTheLog) {
                      const TPlan B = CopyOf(*A);
                      A->ChangeLog().Activate();
                      for (int I = 0; I < ASize; ++I) {
-                       A->FRaeume.Insert(0, Create<TVELRaum>(A.get()));
+                       A->FVeranstaltungen.Insert(0, Create<TVELVeranstaltung>(A.get()));
                      }
-                     A->FRaeume.Clear();
+                     A->FVeranstaltungen.Clear();
                      return Seconds([&] { A->ChangeLog().Playback(*B); });
                    }),
             QuadraticGrowth);
