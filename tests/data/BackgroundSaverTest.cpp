@@ -133,6 +133,31 @@ TEST(BackgroundSaver, NeverPutsOneFileInThePlaceOfAnother) {
   EXPECT_EQ(NamesIn(Second), "2");
 }
 
+TEST(BackgroundSaver, AndALoadDoNotWaitForEachOther) {
+  const TemporaryFolder Folder;
+  const std::string FileName = Folder.Path("plan");
+  const auto Store = CreateStorage<TTestStorage>();
+  Store->SaveToFile(FileName);
+  const auto Begin = std::chrono::steady_clock::now();
+  for (int I = 0; I < 100; ++I) {
+    Store->BeginWrite();
+    Store->AddItem("a");
+    Store->EndWrite();
+    Store->SignalBackgroundSaver();
+    Store->BeginWrite();
+    if (I % 2 == 0) {
+      Store->OpenFile(FileName, false);
+    } else {
+      Store->CloseFile();
+      Store->LoadFromFile();
+    }
+    Store->EndWrite();
+  }
+  Store->StopBackgroundSaver();
+  EXPECT_LT(std::chrono::steady_clock::now() - Begin, std::chrono::seconds(20));
+  EXPECT_NE(Store->LastBackgroundSave(), TQuillonBackgroundSave::Failed);
+}
+
 TEST(BackgroundSaver, LeavesAStorageWithoutAFileUnsaved) {
   const auto Store = CreateStorage<TTestStorage>();
   Store->AddItem("a");

@@ -117,25 +117,34 @@ void TQuillonDataStorage::LoadFromFile(const std::string& AFileName) {
 
 void TQuillonDataStorage::LoadFromFile(const std::string& AFileName, std::chrono::milliseconds ATimeOut) {
   if (!AFileName.empty() && TQuillonFileSystem::Exists(AFileName)) {
-    LoadFrom(AFileName, [ATimeOut](const std::string& AName) {
-      return std::make_unique<TQuillonFileStream>(AName, fomOpenRead, famShareDenyWrite, ATimeOut);
-    });
+    LoadFrom(
+        AFileName,
+        [ATimeOut](const std::string& AName) {
+          return std::make_unique<TQuillonFileStream>(AName, fomOpenRead, famShareDenyWrite, ATimeOut);
+        },
+        false);
     AfterLoad();
   }
 }
 
 void TQuillonDataStorage::LoadExistingFile(const std::string& AFileName) {
-  LoadFrom(AFileName, [](const std::string& AName) {
-    return std::make_unique<TQuillonFileStream>(AName, fomOpenRead, famShareDenyWrite, fomOpenRead, famShareDenyNone);
-  });
+  LoadFrom(
+      AFileName,
+      [](const std::string& AName) {
+        return std::make_unique<TQuillonFileStream>(AName, fomOpenRead, famShareDenyWrite, fomOpenRead,
+                                                    famShareDenyNone);
+      },
+      false);
   AfterLoad();
 }
 
 template <class TOpen>
-std::unique_ptr<TQuillonFileStream> TQuillonDataStorage::LoadFrom(const std::string& AFileName, const TOpen& AnOpen) {
-  std::unique_ptr<TQuillonFileStream> Stream;
+void TQuillonDataStorage::LoadFrom(const std::string& AFileName, const TOpen& AnOpen, bool DoHold) {
   BeforeLoad();
   FChangeLog.Clear();
+  // From before the file is open, or a save in the background would wait for us, and we for it.
+  const std::scoped_lock FileLock(FFileMutex);
+  std::unique_ptr<TQuillonFileStream> Stream;
   {
     const TQuillonChangeTrackingLock Lock(*this);
     FFileName = AFileName;
@@ -147,9 +156,10 @@ std::unique_ptr<TQuillonFileStream> TQuillonDataStorage::LoadFrom(const std::str
     }
   }
   FModified = false;
-  const std::scoped_lock Lock(FFileMutex);
   MarkSaved(FFileName, FChangeCount);
-  return Stream;
+  if (DoHold) {
+    FFileStream = std::move(Stream);
+  }
 }
 
 void TQuillonDataStorage::OpenFile(const std::string& AFileName, bool AnIsReadOnly) {
@@ -173,11 +183,7 @@ template <class TOpen>
 void TQuillonDataStorage::OpenAndLoad(const std::string& AFileName, const TOpen& AnOpen) {
   if (!AFileName.empty() && TQuillonFileSystem::Exists(AFileName)) {
     CloseFile();
-    auto Stream = LoadFrom(AFileName, AnOpen);
-    {
-      const std::scoped_lock Lock(FFileMutex);
-      FFileStream = std::move(Stream);
-    }
+    LoadFrom(AFileName, AnOpen, true);
     AfterLoad();
   }
 }

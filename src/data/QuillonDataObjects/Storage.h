@@ -170,9 +170,9 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   static constexpr std::uint8_t Mask(TQuillonDataStorageState AState) {
     return static_cast<std::uint8_t>(1U << static_cast<unsigned>(AState));
   }
-  /// Loads what AnOpen opens, up to AfterLoad. @return the open stream
+  /// Loads what AnOpen opens, up to AfterLoad.
   template <class TOpen>
-  std::unique_ptr<TQuillonFileStream> LoadFrom(const std::string& AFileName, const TOpen& AnOpen);
+  void LoadFrom(const std::string& AFileName, const TOpen& AnOpen, bool DoHold);
   void LoadExistingFile(const std::string& AFileName);
   /// Loads the file, if it exists, and holds it.
   template <class TOpen>
