@@ -30,18 +30,17 @@ double SecondsSince(TClock::time_point AStart) { return std::chrono::duration<do
 /// When the job of this process began.
 TClock::time_point JobStart;
 
+/// What the job of this process has waited for the disk.
+double DiskSeconds = 0;
+
 /// Adds up how long calls wait for the disk.
 class TDiskWatch final : public Platform::WatchedFiles {
- public:
-  double FSeconds = 0;
-
- private:
   void Around(Call ACall, const std::function<void()>& ARun) override {
     const bool IsWait =
         ACall == Call::Flush || ACall == Call::EndFlush || ACall == Call::FlushSystem || ACall == Call::FlushDirectory;
     const auto Start = TClock::now();
     ARun();
-    FSeconds += IsWait ? SecondsSince(Start) : 0;
+    DiskSeconds += IsWait ? SecondsSince(Start) : 0;
   }
 };
 
@@ -53,8 +52,8 @@ class TDiskWatch final : public Platform::WatchedFiles {
     TReport Report;
     StartClock();
     Report.Value = AJob();
-    Report.Seconds = SecondsSince(JobStart) - Watch.FSeconds;
-    Report.DiskSeconds = Watch.FSeconds;
+    Report.Seconds = SecondsSince(JobStart) - DiskSeconds;
+    Report.DiskSeconds = DiskSeconds;
     // Less than a pipe takes at once.
     ExitCode = write(AnOutput, &Report, sizeof(Report)) == static_cast<ssize_t>(sizeof(Report)) ? 0 : 1;
   } catch (const std::exception& Error) {
@@ -93,7 +92,10 @@ TResult MeasureWhole(const std::function<std::uint64_t()>& AJob) {
 
 }  // namespace
 
-void StartClock() { JobStart = TClock::now(); }
+void StartClock() {
+  DiskSeconds = 0;
+  JobStart = TClock::now();
+}
 
 TResult Measure(const std::function<std::uint64_t()>& AJob) {
   const TResult Idle = MeasureWhole([] { return std::uint64_t{0}; });

@@ -29,6 +29,25 @@ std::string NamesIn(const std::string& AFileName) {
   return NamesOf(Store->FItems);
 }
 
+/// A storage whose copies wait for the word before they are saved.
+class TWaitingStorage final : public TTestStorage {
+ public:
+  static inline std::atomic<bool> IsWaiting = false;
+  static inline std::atomic<bool> MaySave = true;
+
+  static const TQuillonDataClass& Class() {
+    static const TQuillonDataClass Description = DescribeClass<TWaitingStorage, TTestStorage>("TWaitingStorage");
+    return Description;
+  }
+  const TQuillonDataClass& DataClass() const override { return Class(); }
+
+ protected:
+  void BeforeStore() override {
+    IsWaiting = true;
+    MaySave.wait(false);
+  }
+};
+
 TEST(BackgroundSaver, SavesWhileOthersWriteAndReadAndOnceForManySignals) {
   const TemporaryFolder Folder;
   const auto Store = CreateStorage<TTestStorage>();
@@ -92,6 +111,65 @@ TEST(BackgroundSaver, SavesAFileThatIsHeldAndStopsWhileSomebodyWrites) {
   Store->SignalBackgroundSaver();
   Store.reset();
   EXPECT_EQ(NamesIn(FileName), "ab");
+}
+
+TEST(BackgroundSaver, NeverPutsOneFileInThePlaceOfAnother) {
+  const TemporaryFolder Folder;
+  const std::string First = Folder.Path("first");
+  const std::string Second = Folder.Path("second");
+  const auto Store = CreateStorage<TWaitingStorage>();
+  Store->AddItem("2");
+  Store->SaveToFile(Second);
+  Store->NewFile();
+  Store->AddItem("1");
+  Store->SaveToFile(First);
+  Store->OpenFile(First, false);
+  Store->AddItem("a");
+  TWaitingStorage::IsWaiting = false;
+  TWaitingStorage::MaySave = false;
+  Store->SignalBackgroundSaver();
+  EXPECT_TRUE(Comes([] { return TWaitingStorage::IsWaiting.load(); }));
+  Store->OpenFile(Second, false);
+  TWaitingStorage::MaySave = true;
+  TWaitingStorage::MaySave.notify_all();
+  Store->StopBackgroundSaver();
+  EXPECT_EQ(Store->LastBackgroundSave(), TQuillonBackgroundSave::Succeeded);
+  EXPECT_EQ(NamesIn(First), "1a");
+  EXPECT_EQ(NamesIn(Second), "2");
+}
+
+TEST(BackgroundSaver, AndALoadDoNotWaitForEachOther) {
+  const TemporaryFolder Folder;
+  const std::string FileName = Folder.Path("plan");
+  const auto Store = CreateStorage<TTestStorage>();
+  Store->SaveToFile(FileName);
+  const auto Begin = std::chrono::steady_clock::now();
+  for (int I = 0; I < 100; ++I) {
+    Store->BeginWrite();
+    Store->AddItem("a");
+    Store->EndWrite();
+    Store->SignalBackgroundSaver();
+    Store->BeginWrite();
+    if (I % 2 == 0) {
+      Store->OpenFile(FileName, false);
+    } else {
+      Store->CloseFile();
+      Store->LoadFromFile();
+    }
+    Store->EndWrite();
+  }
+  Store->StopBackgroundSaver();
+  EXPECT_LT(std::chrono::steady_clock::now() - Begin, std::chrono::seconds(20));
+  EXPECT_NE(Store->LastBackgroundSave(), TQuillonBackgroundSave::Failed);
+}
+
+TEST(BackgroundSaver, LeavesAStorageWithoutAFileUnsaved) {
+  const auto Store = CreateStorage<TTestStorage>();
+  Store->AddItem("a");
+  Store->SignalBackgroundSaver();
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  Store->StopBackgroundSaver();
+  EXPECT_TRUE(Store->FModified);
 }
 
 }  // namespace

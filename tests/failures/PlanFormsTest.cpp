@@ -1,38 +1,21 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
+#include <cerrno>
 #include <functional>
 #include <new>
 #include <string>
 
 #include "QuillonDataObjects/Snapshot.h"
 #include "core/TestFiles.h"
+#include "data/PlainContent.h"
+#include "failures/Allocations.h"
 #include "uPlandaten/Klassen.h"
 #include "uPlandaten/Plan.h"
 #include "uPlandaten/Termine.h"
 #include "uPlandaten/Veranstaltungen.h"
 
 // Every call that can fail is made to fail in turn, on a small plan.
-
-namespace {
-
-/// Allocations left until one fails; below zero none does.
-thread_local int LeftAllocations = -1;
-
-}  // namespace
-
-void* operator new(std::size_t ASize) {
-  if (LeftAllocations >= 0 && LeftAllocations-- == 0) {
-    throw std::bad_alloc();
-  }
-  if (void* const Block = std::malloc(ASize == 0 ? 1 : ASize)) {
-    return Block;
-  }
-  throw std::bad_alloc();
-}
-void operator delete(void* ABlock) noexcept { std::free(ABlock); }
-void operator delete(void* ABlock, std::size_t /*ASize*/) noexcept { std::free(ABlock); }
 
 namespace {
 
@@ -137,6 +120,105 @@ TEST_F(PlanForms, StayWholeWhicheverAllocationFails) {
                 },
                 [&](TVELPlan& APlan) { EXPECT_TRUE(APlan.SaveToXML() == FDocument); }),
             3);
+}
+
+/// Changes of every kind: of fields, of lists, objects made and freed.
+void Edit(TVELPlan& APlan) {
+  auto* const Class = QuillonDataObjects::Create<TVELKlasse>(&APlan);
+  Class->Set(Class->FKuerzel, "2a");
+  APlan.FKlassen.Add(Class);
+  TVELVeranstaltung& Lesson = *APlan.FVeranstaltungen.GetItem(0);
+  Lesson.FKlassen.Add(Class);
+  Lesson.FKlassen.Move(1, 0);
+  Lesson.FTermine.Clear();
+  APlan.FVeranstaltungen.Move(1, 0);
+  APlan.FVeranstaltungen.Delete(0);
+  APlan.FKlassen.Delete(0);
+  QuillonDataObjects::Free(QuillonDataObjects::Create<TVELTermin>(&APlan));
+  Class->Set(Class->FKuerzel, "2b");
+}
+
+TEST_F(PlanForms, ArePlayedBackWhollyOrNotAtAllWhicheverAllocationFails) {
+  const auto Load = [&](TVELPlan& APlan) { Read(APlan, FBinary); };
+  const TPlan Edited = NewPlan();
+  Load(*Edited);
+  Edited->ChangeLog().Activate();
+  Edit(*Edited);
+  bool IsPlayed = false;
+  EXPECT_GT(FailEachAllocation(
+                Load,
+                [&](TVELPlan& APlan) {
+                  IsPlayed = false;
+                  IsPlayed = Edited->ChangeLog().Playback(APlan);
+                },
+                [&](TVELPlan& APlan) {
+                  EXPECT_EQ(IsPlayed ? PlainContent(APlan) : APlan.SaveToXML(),
+                            IsPlayed ? PlainContent(*Edited) : FDocument);
+                }),
+            20);
+}
+
+TEST_F(PlanForms, AreWhatTheirLogTellsWhicheverAllocationFails) {
+  int Played = 0;
+  const int Failures = FailEachAllocation(
+      [&](TVELPlan& APlan) {
+        Read(APlan, FBinary);
+        APlan.ChangeLog().Activate();
+      },
+      Edit,
+      [&](TVELPlan& APlan) {
+        if (!APlan.ChangeLog().HasTooMuchChanges()) {
+          ++Played;
+          const TPlan Copy = NewPlan();
+          Read(*Copy, FBinary);
+          APlan.ChangeLog().Playback(*Copy);
+          EXPECT_EQ(PlainContent(*Copy), PlainContent(APlan));
+        }
+      });
+  EXPECT_GT(Played, 20);
+  EXPECT_GT(Failures, Played);
+}
+
+TEST_F(PlanForms, OverwriteWhatCanBeSavedWhicheverAllocationFails) {
+  const TPlan Source = NewPlan();
+  Read(*Source, FBinary);
+  EXPECT_GT(FailEachAllocation(
+                [&](TVELPlan& APlan) {
+                  Read(APlan, FBinary);
+                  Edit(APlan);
+                },
+                [&](TVELPlan& APlan) { Source->Overwrite(APlan); },
+                [&](TVELPlan& APlan) { EXPECT_NO_THROW(Read(*NewPlan(), BinaryOf(APlan))); }),
+            20);
+}
+
+TEST_F(PlanForms, LeaveTheOldFileOrTheNewOneWhicheverCallOfTheDiskFails) {
+  const TPlan Plan = NewPlan();
+  Read(*Plan, FBinary);
+  Plan->FFileFormat = ffBinary;
+  const TemporaryFolder Folder;
+  const std::string Name = Folder.Path("plan");
+  int Failures = 0;
+  for (bool HasFailed = true; HasFailed; ++Failures) {
+    Plan->SaveToFile(Name);
+    const std::string Old = QuillonIO::ReadWholeFile(Name);
+    Edit(*Plan);
+    {
+      FailingFiles Files;
+      const Platform::FilesReplacement Replacement(Files);
+      Files.FailFrom(Failures + 1, ENOSPC, 1);
+      try {
+        Plan->SaveToFile(Name);
+        HasFailed = Files.Calls() > Failures;
+      } catch (const EQuillonWin32Error&) {
+      }
+    }
+    const std::string Content = QuillonIO::ReadWholeFile(Name);
+    EXPECT_TRUE(Content == Old || Content == BinaryOf(*Plan)) << Failures;
+    EXPECT_EQ(Folder.Names().size(), 1U) << Failures;
+    Read(*Plan, FBinary);
+  }
+  EXPECT_GT(Failures, 5);
 }
 
 TEST_F(PlanForms, StayWholeWhicheverReadOrWriteFails) {

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "Growth.h"
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonIO.h"
 #include "data/PlainContent.h"
@@ -18,6 +19,7 @@
 #include "uPlandaten/Fehlzeiten.h"
 #include "uPlandaten/Lehrer.h"
 #include "uPlandaten/Raeume.h"
+#include "uPlandaten/Veranstaltungen.h"
 #include "uPlandaten/Zeitrahmen.h"
 #include "uSchluessel/Verzeichnisse.h"
 
@@ -67,6 +69,22 @@ std::string FirstDifference(const std::string& A, const std::string& B) {
 }
 
 }  // namespace
+
+TEST(ChangeLogOfAPlan, IsPlayedBackInTimeThatGrowsAsTheLog) {
+  uPlandaten::RegisterClasses(TQuillonDataClassRegistry::Instance());
+  EXPECT_LT(Growth(1500,
+                   [](int ASize) {
+                     const TPlan A = CreateStorage<TVELPlan>();
+                     const TPlan B = CopyOf(*A);
+                     A->ChangeLog().Activate();
+                     for (int I = 0; I < ASize; ++I) {
+                       A->FVeranstaltungen.Insert(0, Create<TVELVeranstaltung>(A.get()));
+                     }
+                     A->FVeranstaltungen.Clear();
+                     return Seconds([&] { A->ChangeLog().Playback(*B); });
+                   }),
+            QuadraticGrowth);
+}
 
 TEST(ChangeLogOfAPlan, AnySessionMakesTheSameOfAnotherCopy) {
   std::map<TQuillonDataOperationKind, int> Played;

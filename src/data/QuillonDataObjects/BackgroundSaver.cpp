@@ -48,7 +48,7 @@ void TQuillonDataStorageBackgroundSaverThread::Save() {
   }
   std::unique_ptr<TQuillonDataStorage, void (*)(TQuillonDataStorage*)> Reading(
       &FStorage, [](TQuillonDataStorage* AStorage) { AStorage->EndRead(); });
-  const std::string FileName = FStorage.FFileName;
+  const std::string FileName = FStorage.FileToSave();
   if (FileName.empty()) {
     return;
   }
@@ -66,10 +66,10 @@ void TQuillonDataStorageBackgroundSaverThread::Save() {
   const std::string Document = Copy.Document();
   {
     const std::scoped_lock Lock(FStorage.FFileMutex);
-    // Somebody may have saved a later state by now.
-    if (FStorage.FSavedAt <= Count) {
-      FStorage.WriteDocument(FStorage.HoldsFile() ? FStorage.FFileStream->FileName() : FileName, Document);
-      FStorage.FSavedAt = Count;
+    // Somebody may have saved a later state by now, or have turned to another file.
+    if (FStorage.FSavedName != FileName || FStorage.FSavedAt <= Count) {
+      FStorage.WriteDocument(FileName, Document);
+      FStorage.MarkSaved(FileName, Count);
     }
   }
   Copy.AfterStore();

@@ -48,7 +48,7 @@ void TQuillonDataChangeLog::ReadProperties(TQuillonObjectReader& AReader) {
     throw EQuillonReaderError();
   }
   if (Exceeds(static_cast<std::size_t>(Count))) {
-    Overfill();
+    Spoil();
     return;
   }
   // The count is not believed: it reserves nothing.
@@ -62,30 +62,21 @@ void TQuillonDataChangeLog::RecordCreation(TQuillonDataObject& AnObject) {
 }
 
 void TQuillonDataChangeLog::RecordModification(TQuillonDataObject& AnObject) {
-  if (!IsRecording()) {
-    return;
-  }
-  const bool IsNew = IsLast(TKind::Creation, AnObject);
-  const bool IsOneMore = IsNew || IsLast(TKind::Modification, AnObject);
-  auto Operation = TQuillonDataOperation::Record(IsNew ? TKind::Creation : TKind::Modification, FUserName.Text(),
-                                                 {.Object = &AnObject});
-  if (IsOneMore) {
-    FOperations.back() = std::move(Operation);
-  } else {
-    FOperations.push_back(std::move(Operation));
+  try {
+    const bool IsNew = IsLast(TKind::Creation, AnObject);
+    Record(IsNew ? TKind::Creation : TKind::Modification, {.Object = &AnObject},
+           IsNew || IsLast(TKind::Modification, AnObject));
+  } catch (...) {
+    Spoil();
+    throw;
   }
 }
 
 void TQuillonDataChangeLog::RecordRelease(TQuillonDataObject& AnObject) {
-  if (!IsRecording()) {
-    return;
-  }
-  const bool IsNew = IsLast(TKind::Creation, AnObject);
-  if (IsNew || IsLast(TKind::Modification, AnObject)) {
+  if (IsRecording() && IsLast(TKind::Creation, AnObject)) {
     DropLast();
-  }
-  if (!IsNew) {
-    Record(TKind::Release, {.Object = &AnObject});
+  } else {
+    Record(TKind::Release, {.Object = &AnObject}, IsLast(TKind::Modification, AnObject));
   }
 }
 
@@ -113,9 +104,20 @@ bool TQuillonDataChangeLog::IsLast(TKind AKind, const TQuillonDataObject& AnObje
   return !FOperations.empty() && FOperations.back().FKind == AKind && FOperations.back().FObjectID == AnObject.ID();
 }
 
-void TQuillonDataChangeLog::Record(TKind AKind, const TQuillonDataEvent& AnEvent) {
-  if (IsRecording()) {
-    FOperations.push_back(TQuillonDataOperation::Record(AKind, FUserName.Text(), AnEvent));
+void TQuillonDataChangeLog::Record(TKind AKind, const TQuillonDataEvent& AnEvent, bool ReplacesLast) {
+  if (!IsRecording()) {
+    return;
+  }
+  if (!ReplacesLast) {
+    FOperations.emplace_back();
+  }
+  try {
+    FOperations.back() = TQuillonDataOperation::Record(AKind, FUserName.Text(), AnEvent);
+  } catch (...) {
+    if (!ReplacesLast) {
+      DropLast();
+    }
+    throw;
   }
 }
 
@@ -141,7 +143,7 @@ void TQuillonDataChangeLog::Add(const TQuillonDataChangeLog* AChangeLog) {
     return;
   }
   if (AChangeLog->FOverfilled || (!AChangeLog->IsEmpty() && Exceeds(AChangeLog->FOperations.size()))) {
-    Overfill();
+    Spoil();
     return;
   }
   // The other one may be this log.
@@ -151,9 +153,4 @@ void TQuillonDataChangeLog::Add(const TQuillonDataChangeLog* AChangeLog) {
 
 bool TQuillonDataChangeLog::Exceeds(std::size_t ACount) const {
   return FOperationLimit != 0 && std::cmp_greater(FOperations.size() + ACount, FOperationLimit);
-}
-
-void TQuillonDataChangeLog::Overfill() {
-  FOperations.clear();
-  FOverfilled = true;
 }

@@ -55,6 +55,11 @@ class TQuillonDataChangeLog final : public TQuillonPersistent {
   void RecordMove(TQuillonDataList& AList, int ANewIndex, TQuillonDataObject& AnItem);
   /// Takes the last record back, if there is one.
   void DropLast();
+  /// Something has happened that could not be recorded, or not wholly: the log cannot be played back any more.
+  void Spoil() {
+    FOperations.clear();
+    FOverfilled = true;
+  }
 
   int Count() const { return static_cast<int>(FOperations.size()); }
   bool IsEmpty() const { return FOperations.empty(); }
@@ -76,9 +81,8 @@ class TQuillonDataChangeLog final : public TQuillonPersistent {
 
  private:
   bool IsLast(TQuillonDataOperationKind AKind, const TQuillonDataObject& AnObject) const;
-  void Record(TQuillonDataOperationKind AKind, const TQuillonDataEvent& AnEvent);
+  void Record(TQuillonDataOperationKind AKind, const TQuillonDataEvent& AnEvent, bool ReplacesLast = false);
   bool Exceeds(std::size_t ACount) const;
-  void Overfill();
 
   std::vector<TQuillonDataOperation> FOperations;
   int FLockCount = 0;

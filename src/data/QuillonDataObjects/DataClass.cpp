@@ -53,7 +53,15 @@ std::size_t TQuillonDataClass::FindRow(const char* AName, std::size_t AFrom) con
 TQuillonDataAbstractObject* TQuillonDataClass::CreateAny(TQuillonDataAbstractObject* AnOwner, const TGUID& AnID) const {
   assert(FFactory != nullptr);
   TQuillonDataHandle<TQuillonDataAbstractObject> Object(FFactory());
-  Object->AfterConstruction(AnOwner, AnID);
+  try {
+    Object->AfterConstruction(AnOwner, AnID);
+  } catch (...) {
+    // Nobody has heard of it.
+    TQuillonDataStorage* const Store = Object->Storage();
+    const TQuillonDataChangeLogLock Lock(Store != nullptr ? &Store->ChangeLog() : nullptr);
+    Object.reset();
+    throw;
+  }
   return Object.release();
 }
 

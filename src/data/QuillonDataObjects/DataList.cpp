@@ -40,19 +40,25 @@ void TQuillonDataList::Perform(const TOperation& AnOperation) {
     Record(AnOperation, *Log);
   }
   const TQuillonDataChangeLogLock Lock(IsRecorded == IsRecording ? Log : nullptr);
+  const std::size_t SizeBefore = FItems.size();
+  bool HasBegun = false;
   try {
     Before(AnOperation);
+    HasBegun = AnOperation.Kind == TOperationKind::Clearance;
     Apply(AnOperation);
+    HasBegun = true;
+    After(AnOperation);
+    Change();
   } catch (...) {
-    // Refused by a hook: nothing has happened.
-    if (IsRecorded && Log->Count() > CountBefore) {
+    if (IsRecorded && (HasBegun || FItems.size() != SizeBefore)) {
+      Log->Spoil();
+    } else if (IsRecorded && Log->Count() > CountBefore) {
+      // Refused by a hook: nothing has happened.
       Log->DropLast();
       FVersion = VersionBefore;
     }
     throw;
   }
-  After(AnOperation);
-  Change();
 }
 
 void TQuillonDataList::Record(const TOperation& AnOperation, TQuillonDataChangeLog& ALog) {
@@ -114,6 +120,9 @@ void TQuillonDataList::Apply(const TOperation& AnOperation) {
       }
       return;
     case TOperationKind::Clearance:
+      if (FIsItemOwner) {
+        ReleaseReferences();
+      }
       FreeItems();
       return;
     case TOperationKind::Move:
@@ -216,7 +225,7 @@ void TQuillonDataList::Append(TQuillonDataObject* AnItem) {
 }
 
 void TQuillonDataList::Insert(int AnIndex, TQuillonDataObject* AnItem) {
-  if (AnItem != nullptr && !Contains(AnItem)) {
+  if (AnItem != nullptr && !ContainsIdentity(*AnItem)) {
     InsertAt(AnIndex, CheckedIndex(AnIndex, Count() + 1), AnItem);
   }
 }
@@ -307,6 +316,12 @@ void TQuillonDataList::Assign(const TQuillonObject& AnObject) {
 
 bool TQuillonDataList::Contains(const TQuillonDataObject* AnItem) const { return IndexOf(AnItem) >= 0; }
 
+bool TQuillonDataList::ContainsIdentity(const TQuillonDataObject& AnItem) const {
+  TQuillonDataStorage* const Store = FIsItemOwner ? Storage() : nullptr;
+  const bool IsTheOne = Store != nullptr && Store->Registry().GetObject(AnItem.ID(), ItemClass()) == &AnItem;
+  return IsTheOne ? TQuillonDataHolder::IsHeldBy(AnItem, *this) : Contains(&AnItem);
+}
+
 bool TQuillonDataList::Contains(const TGUID& AnID) const { return IndexOf(AnID) >= 0; }
 
 bool TQuillonDataList::Holds(const TQuillonDataObject* AnItem) const {
@@ -340,11 +355,21 @@ void TQuillonDataList::FreeItems() {
   // Taken out first: an item that is freed may look at the list that held it.
   std::vector<TQuillonDataObject*> Items = std::move(FItems);
   FItems.clear();
-  if (FIsItemOwner) {
-    for (TQuillonDataObject* Item : Items) {
+  if (!FIsItemOwner) {
+    return;
+  }
+  for (auto Next = Items.begin(); Next != Items.end();) {
+    TQuillonDataObject* const Item = *Next++;
+    try {
       if (Item != nullptr) {
         TQuillonDataHolder::Release(*Item, *this);
       }
+    } catch (...) {
+      // The others are held still.
+      Items.erase(Items.begin(), Next);
+      FItems = std::move(Items);
+      std::ranges::for_each(RealItems(), [](TQuillonDataObject* AnItem) { TQuillonDataHolder::Keep(*AnItem); });
+      throw;
     }
   }
 }

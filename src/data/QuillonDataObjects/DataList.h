@@ -162,6 +162,8 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   virtual void AfterInsert(int /*AnIndex*/) {}
   virtual void AfterMove(int /*AnIndex*/) {}
   virtual void BeforeClear() {}
+  /// All items of an owning list are about to be freed, for which nobody can refer to them any more.
+  virtual void ReleaseReferences() {}
   virtual void BeforeDelete(int /*AnIndex*/) {}
   virtual void BeforeExtract(int /*AnIndex*/) {}
   /// @param AnIndex -1 when the place is the list's choice
@@ -190,6 +192,8 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   void Record(const TOperation& AnOperation, TQuillonDataChangeLog& ALog);
   /// True for a list that a row of its owner's table holds; others are of the running program only.
   bool IsPersisted() const;
+  /// As Contains, without a walk for what belongs to the list's own storage.
+  bool ContainsIdentity(const TQuillonDataObject& AnItem) const;
   void Before(const TOperation& AnOperation);
   void Apply(const TOperation& AnOperation);
   void After(const TOperation& AnOperation);

@@ -268,7 +268,14 @@ void TQuillonDataAbstractObject::BeforeDestruction() {
   }
   // What goes with the object, and all references to it, is told with its end.
   const TQuillonDataChangeLogLock Lock(Log);
-  FreeProperties();
+  try {
+    FreeProperties();
+  } catch (...) {
+    if (Log != nullptr) {
+      Log->Spoil();
+    }
+    throw;
+  }
 }
 
 const TQuillonDataClass& TQuillonDataObject::Class() {
@@ -365,6 +372,10 @@ void TQuillonDataHolder::GiveBack(TQuillonDataObject& AnObject, TQuillonDataAbst
   }
 }
 
+void TQuillonDataHolder::Keep(TQuillonDataObject& AnObject) {
+  AnObject.VisitOwned([](TQuillonDataAbstractObject& AnOwned) { AnOwned.FIsSwept = false; });
+}
+
 bool TQuillonDataHolder::LeaveLists(TQuillonDataObject& AnObject, TQuillonDataStorage& AStorage) {
   if (!AnObject.FIsHeld) {
     return true;
@@ -394,10 +405,21 @@ bool TQuillonDataHolder::LeaveLists(TQuillonDataObject& AnObject, TQuillonDataSt
 namespace QuillonDataObjects {
 
 void Free(TQuillonDataAbstractObject* AnObject) {
-  if (AnObject != nullptr) {
-    AnObject->BeforeDestruction();
-    delete AnObject;
+  if (AnObject == nullptr) {
+    return;
   }
+  try {
+    AnObject->BeforeDestruction();
+  } catch (...) {
+    AnObject->FIsSwept = false;
+    AnObject->Register();
+    // If nobody holds it any more, its storage frees it.
+    if (TQuillonDataStorage* const Store = AnObject->Storage(); Store != nullptr && !AnObject->FIsHeld) {
+      AnObject->SetOwner(Store);
+    }
+    throw;
+  }
+  delete AnObject;
 }
 
 }  // namespace QuillonDataObjects

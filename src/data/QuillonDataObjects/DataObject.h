@@ -154,8 +154,8 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   mutable std::atomic<bool> FHasID = false;
   bool FRegistered = false;
   bool FIsHeld = false;
-  bool FIsNamed = false;  ///< a document that was read names the object
-  bool FIsSwept = false;  ///< nothing refers to the object any more: it is about to be freed
+  bool FIsNamed = false;          ///< a document that was read names the object
+  mutable bool FIsSwept = false;  ///< nothing refers to the object any more: it is about to be freed
 };
 
 /// An object that lists and references can hold: the unit of change logging.
@@ -188,8 +188,8 @@ class TQuillonDataHolder {
  public:
   /// AHolder becomes the owner: a list, or the object that a nested object belongs to.
   static void Hold(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder);
-  /// Frees the object if this was its last holder; but while the storage is read, only one that the document has not
-  /// named, since others may refer to it.
+  /// Frees the object if this was its last holder; but while the storage is read, only one that nobody can refer to:
+  /// the document has not named it, and is all that the storage holds.
   static void Release(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder);
   /// Lets go without freeing. One of those who hold the object still becomes the owner in the holder's place.
   static void Drop(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder);
@@ -198,6 +198,8 @@ class TQuillonDataHolder {
                        TQuillonDataAbstractObject* AnOwner);
   static bool IsHeld(const TQuillonDataObject& AnObject) { return AnObject.FIsHeld; }
   static bool IsHeldBy(const TQuillonDataObject& AnObject, const TQuillonDataAbstractObject& AHolder);
+  /// An object that was about to be freed stays: it and what it owns may be referred to again.
+  static void Keep(TQuillonDataObject& AnObject);
   /// Takes the object out of all lists that hold it. @return whether nobody holds it then
   static bool LeaveLists(TQuillonDataObject& AnObject, TQuillonDataStorage& AStorage);
   /// Remembers that a document names the object: others may come to refer to it as long as that is read.

@@ -68,9 +68,15 @@ constexpr std::array<TQuillonDataOperationClass, 7> Classes = {{
     {TKind::Move, "TQuillonDataMove", PlaceFields, TRaised::List, &TPlayback::Move},
 }};
 
-void Raise(std::int64_t& AVersion) {
-  if (AVersion < std::numeric_limits<std::int64_t>::max()) {
-    ++AVersion;
+/// The version that the event raises.
+std::int64_t& RaisedBy(const TEvent& AnEvent, TRaised ARaised, std::int64_t& ANone) {
+  switch (ARaised) {
+    case TRaised::Object:
+      return AnEvent.Object->FVersion;
+    case TRaised::List:
+      return AnEvent.List->FVersion;
+    default:
+      return ANone;
   }
 }
 
@@ -88,13 +94,17 @@ TQuillonDataOperation TQuillonDataOperation::Record(TQuillonDataOperationKind AK
   Operation.FKind = AKind;
   Operation.FUserName = AnUserName;
   const TQuillonDataOperationClass& Kind = Operation.Class();
-  if (Kind.Raised == TRaised::Object) {
-    Raise(AnEvent.Object->FVersion);
-  } else if (Kind.Raised == TRaised::List) {
-    Raise(AnEvent.List->FVersion);
-  }
-  for (const TField& Own : Kind.Fields) {
-    Own.Record(Operation, AnEvent);
+  std::int64_t None = 0;
+  std::int64_t& Version = RaisedBy(AnEvent, Kind.Raised, None);
+  const std::int64_t Before = Version;
+  Version += Before < std::numeric_limits<std::int64_t>::max() ? 1 : 0;
+  try {
+    for (const TField& Own : Kind.Fields) {
+      Own.Record(Operation, AnEvent);
+    }
+  } catch (...) {
+    Version = Before;
+    throw;
   }
   return Operation;
 }

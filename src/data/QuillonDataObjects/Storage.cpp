@@ -93,7 +93,10 @@ void TQuillonDataStorage::NewFile() {
   BeforeNewFile();
   CloseFile();
   Clear();
-  FFileName.clear();
+  {
+    const std::scoped_lock Lock(FFileMutex);
+    FFileName.clear();
+  }
   SetID(QuillonGuid::New());
   FChangeLog.Clear();
   FModified = false;
@@ -115,26 +118,38 @@ void TQuillonDataStorage::LoadFromFile(const std::string& AFileName) {
 
 void TQuillonDataStorage::LoadFromFile(const std::string& AFileName, std::chrono::milliseconds ATimeOut) {
   if (!AFileName.empty() && TQuillonFileSystem::Exists(AFileName)) {
-    LoadFrom(AFileName, [ATimeOut](const std::string& AName) {
-      return std::make_unique<TQuillonFileStream>(AName, fomOpenRead, famShareDenyWrite, ATimeOut);
-    });
+    LoadFrom(
+        AFileName,
+        [ATimeOut](const std::string& AName) {
+          return std::make_unique<TQuillonFileStream>(AName, fomOpenRead, famShareDenyWrite, ATimeOut);
+        },
+        false);
     AfterLoad();
   }
 }
 
 void TQuillonDataStorage::LoadExistingFile(const std::string& AFileName, std::string AnOwnName) {
-  LoadFrom(AFileName, [](const std::string& AName) {
-    return std::make_unique<TQuillonFileStream>(AName, fomOpenRead, famShareDenyWrite, fomOpenRead, famShareDenyNone);
-  });
-  FFileName = std::move(AnOwnName);
+  LoadFrom(
+      AFileName,
+      [](const std::string& AName) {
+        return std::make_unique<TQuillonFileStream>(AName, fomOpenRead, famShareDenyWrite, fomOpenRead,
+                                                    famShareDenyNone);
+      },
+      false);
+  {
+    const std::scoped_lock Lock(FFileMutex);
+    FFileName = std::move(AnOwnName);
+  }
   AfterLoad();
 }
 
 template <class TOpen>
-std::unique_ptr<TQuillonFileStream> TQuillonDataStorage::LoadFrom(const std::string& AFileName, const TOpen& AnOpen) {
-  std::unique_ptr<TQuillonFileStream> Stream;
+void TQuillonDataStorage::LoadFrom(const std::string& AFileName, const TOpen& AnOpen, bool DoHold) {
   BeforeLoad();
   FChangeLog.Clear();
+  // From before the file is open, or a save in the background would wait for us, and we for it.
+  const std::scoped_lock FileLock(FFileMutex);
+  std::unique_ptr<TQuillonFileStream> Stream;
   {
     const TQuillonChangeTrackingLock Lock(*this);
     FFileName = AFileName;
@@ -146,7 +161,10 @@ std::unique_ptr<TQuillonFileStream> TQuillonDataStorage::LoadFrom(const std::str
     }
   }
   FModified = false;
-  return Stream;
+  MarkSaved(FFileName, FChangeCount);
+  if (DoHold) {
+    FFileStream = std::move(Stream);
+  }
 }
 
 void TQuillonDataStorage::OpenFile(const std::string& AFileName, bool AnIsReadOnly) {
@@ -170,11 +188,7 @@ template <class TOpen>
 void TQuillonDataStorage::OpenAndLoad(const std::string& AFileName, const TOpen& AnOpen) {
   if (!AFileName.empty() && TQuillonFileSystem::Exists(AFileName)) {
     CloseFile();
-    auto Stream = LoadFrom(AFileName, AnOpen);
-    {
-      const std::scoped_lock Lock(FFileMutex);
-      FFileStream = std::move(Stream);
-    }
+    LoadFrom(AFileName, AnOpen, true);
     AfterLoad();
   }
 }
@@ -188,19 +202,25 @@ std::string TQuillonDataStorage::Document() const {
   return Stream.TakeContent();
 }
 
-void TQuillonDataStorage::MarkSaved() {
-  FSavedAt = FChangeCount;
-  FModified = false;
+void TQuillonDataStorage::MarkSaved(const std::string& AFileName, std::uint64_t AChangeCount) {
+  FSavedAt = AChangeCount;
+  FSavedName = AFileName;
+}
+
+std::string TQuillonDataStorage::FileToSave() {
+  const std::scoped_lock Lock(FFileMutex);
+  return HoldsFile() ? FFileStream->FileName() : FFileName;
 }
 
 void TQuillonDataStorage::WriteDocument(const std::string& AFileName, std::string_view ADocument) {
   TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(AFileName));
-  if (!HoldsFile() && !TQuillonFileSystem::IsFile(AFileName)) {
+  const bool IsHeld = HoldsFile() && FFileStream->FileName() == AFileName;
+  if (!IsHeld && !TQuillonFileSystem::IsFile(AFileName)) {
     QuillonIO::ReplaceFile(AFileName, ADocument);
     return;
   }
-  const auto Held = HoldsFile() ? nullptr : QuillonIO::HoldFile(AFileName);
-  TQuillonFileStream& File = HoldsFile() ? *FFileStream : *Held;
+  const auto Held = IsHeld ? nullptr : QuillonIO::HoldFile(AFileName);
+  TQuillonFileStream& File = IsHeld ? *FFileStream : *Held;
   if (FCreateBackups && File.OpenMode() != fomOpenRead) {
     QuillonIO::KeepBackup(File, BackupNameOf(AFileName));
   }
@@ -214,11 +234,13 @@ void TQuillonDataStorage::SaveToFile(const std::string& AFileName) {
   BeforeStore();
   {
     const std::scoped_lock Lock(FFileMutex);
+    const std::string Name = HoldsFile() ? FFileStream->FileName() : AFileName;
     if (!HoldsFile()) {
-      FFileName = AFileName;
+      FFileName = Name;
     }
-    WriteDocument(HoldsFile() ? FFileStream->FileName() : FFileName, Document());
-    MarkSaved();
+    WriteDocument(Name, Document());
+    MarkSaved(Name, FChangeCount);
+    FModified = false;
   }
   AfterStore();
 }
@@ -229,7 +251,8 @@ void TQuillonDataStorage::StoreFile() {
     {
       const std::scoped_lock Lock(FFileMutex);
       QuillonIO::ReplaceFile(*FFileStream, Document());
-      MarkSaved();
+      MarkSaved(FFileStream->FileName(), FChangeCount);
+      FModified = false;
     }
     AfterStore();
   }
@@ -240,15 +263,16 @@ void TQuillonDataStorage::StoreFile(const std::string& AFileName, bool ATakeFile
   const std::string Name = AFileName;  // NOLINT(performance-unnecessary-copy-initialization)
   CloseFile();
   BeforeStore();
-  if (ATakeFileName) {
-    FFileName = Name;
-  }
   {
     const std::scoped_lock Lock(FFileMutex);
+    if (ATakeFileName) {
+      FFileName = Name;
+    }
     const std::string Content = Document();
     TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(Name));
     FFileStream = QuillonIO::ReplaceFile(Name, Content);
-    MarkSaved();
+    MarkSaved(Name, FChangeCount);
+    FModified = false;
   }
   AfterStore();
 }

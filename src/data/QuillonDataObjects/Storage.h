@@ -170,9 +170,9 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   static constexpr std::uint8_t Mask(TQuillonDataStorageState AState) {
     return static_cast<std::uint8_t>(1U << static_cast<unsigned>(AState));
   }
-  /// Loads what AnOpen opens, up to AfterLoad. @return the open stream
+  /// Loads what AnOpen opens, up to AfterLoad.
   template <class TOpen>
-  std::unique_ptr<TQuillonFileStream> LoadFrom(const std::string& AFileName, const TOpen& AnOpen);
+  void LoadFrom(const std::string& AFileName, const TOpen& AnOpen, bool DoHold);
   /// @param AnOwnName the storage's file name from then on
   void LoadExistingFile(const std::string& AFileName, std::string AnOwnName);
   /// Loads the file, if it exists, and holds it.
@@ -190,10 +190,12 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   void Update(const TRead& ARead);
   /// The document in the form of the file.
   std::string Document() const;
-  /// Puts a document in the place of the file: of the one that is held, if one is.
+  /// The file that is held, else the one of the storage's name.
+  std::string FileToSave();
+  /// Puts a document in the place of the file, which may be the one that is held.
   void WriteDocument(const std::string& AFileName, std::string_view ADocument);
-  /// The file has the content of this moment now.
-  void MarkSaved();
+  /// The file has the content of that count of changes now.
+  void MarkSaved(const std::string& AFileName, std::uint64_t AChangeCount);
 
   friend class TQuillonDataHolder;
   friend class TQuillonDataStorageBackgroundSaverThread;
@@ -213,8 +215,9 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   bool FIsReading = false;
   bool FIsRestoring = false;
   TQuillonReadWriteMutex FReadWriteMutex;
-  std::mutex FFileMutex;       ///< one save at a time; guards FFileStream and FSavedAt
+  std::mutex FFileMutex;       ///< one save at a time; guards FFileStream, FSavedAt, FSavedName
   std::uint64_t FSavedAt = 0;  ///< the count of changes that the file has
+  std::string FSavedName;      ///< the file that was loaded or saved last
   std::atomic<TQuillonBackgroundSave> FLastBackgroundSave = TQuillonBackgroundSave::None;
   std::unique_ptr<TQuillonDataStorageBackgroundSaverThread> FBackgroundSaverThread;  ///< null unless running
 };

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <vector>
+
 #include "QuillonDataObjects/BinReader.h"
 #include "QuillonDataObjects/BinWriter.h"
 #include "QuillonDataObjects/Content.h"
@@ -55,12 +58,16 @@ void TQuillonDataStorage::Update(const TRead& ARead) {
   }
   const TQuillonChangeTrackingLock Tracking(*this);
   const TQuillonDataChangeLogLock Log(&FChangeLog);
+  std::vector<TQuillonDataObject*> Gone;
   for (const auto& [ID, Class] : LetGo) {
     auto* const Object = static_cast<TQuillonDataObject*>(FObjectRegistry.GetObject(ID, *Class));
-    if (Object != nullptr && !TQuillonDataHolder::IsHeld(*Object)) {
-      QuillonDataObjects::ClearReferences(*this, *Object);
-      QuillonDataObjects::Free(Object);
+    if (Object != nullptr && !TQuillonDataHolder::IsHeld(*Object) && std::ranges::find(Gone, Object) == Gone.end()) {
+      Gone.push_back(Object);
     }
+  }
+  if (!Gone.empty()) {
+    QuillonDataObjects::ClearReferences(*this, Gone);
+    std::ranges::for_each(Gone, QuillonDataObjects::Free);
   }
 }
 

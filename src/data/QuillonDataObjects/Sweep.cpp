@@ -1,6 +1,7 @@
 #include "QuillonDataObjects/Sweep.h"
 
 #include <algorithm>
+#include <iterator>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -72,14 +73,27 @@ class TQuillonDataSweep {
  public:
   explicit TQuillonDataSweep(TQuillonDataStorage& AStorage) : FStorage(AStorage) {}
 
-  /// Clears all references to the object and to what goes with it.
-  void Clear(TQuillonDataObject& AnObject) {
-    if (AnObject.FIsSwept) {
-      return;
-    }
-    Take(AnObject);
-    while (!FNext.empty()) {
-      ClearNext();
+  static bool GoesWithItsHolder(const TQuillonDataObject* AnObject) {
+    return AnObject != nullptr && AnObject->FHolders == nullptr;
+  }
+
+  /// Clears all references to the objects and to what goes with them.
+  void Clear(std::span<TQuillonDataObject* const> AnObjects) {
+    try {
+      for (TQuillonDataObject* Object : AnObjects) {
+        if (!Object->FIsSwept) {
+          Take(*Object);
+        }
+      }
+      while (!FNext.empty()) {
+        ClearNext();
+      }
+    } catch (...) {
+      // They stay, and may be referred to again.
+      for (const TObject* Object : FGoing) {
+        Object->FIsSwept = false;
+      }
+      throw;
     }
   }
 
@@ -100,9 +114,9 @@ class TQuillonDataSweep {
  private:
   /// The object, and all that it alone holds, are the next to be swept.
   void Take(TQuillonDataObject& AnObject) {
-    AnObject.FIsSwept = true;
     FGoing.insert(&AnObject);
     FNext.insert(&AnObject);
+    AnObject.FIsSwept = true;
     // While a document is read, what others may refer to outlives its owner.
     if (!FStorage.IsReading()) {
       for (TQuillonDataObject* Part : AnObject.Parts()) {
@@ -156,7 +170,17 @@ class TQuillonDataSweep {
 };
 
 void QuillonDataObjects::ClearReferences(TQuillonDataStorage& AStorage, TQuillonDataObject& AnObject) {
+  TQuillonDataObject* const Object = &AnObject;
   TQuillonDataSweep Sweep(AStorage);
-  Sweep.Clear(AnObject);
+  Sweep.Clear({&Object, 1});
+  Sweep.RemoveSenseless();
+}
+
+void QuillonDataObjects::ClearReferences(TQuillonDataStorage& AStorage,
+                                         std::span<TQuillonDataObject* const> AnObjects) {
+  std::vector<TQuillonDataObject*> Going;
+  std::ranges::copy_if(AnObjects, std::back_inserter(Going), TQuillonDataSweep::GoesWithItsHolder);
+  TQuillonDataSweep Sweep(AStorage);
+  Sweep.Clear(Going);
   Sweep.RemoveSenseless();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 class TQuillonDataObject;
 class TQuillonDataStorage;
 
@@ -12,5 +14,8 @@ namespace QuillonDataObjects {
 /// The class tables tell where to look. Takes a walk over all objects of the storage, and another one for those that
 /// lost something essential, however many objects go; for one that has gone through it already nothing.
 void ClearReferences(TQuillonDataStorage& AStorage, TQuillonDataObject& AnObject);
+
+/// The same for many objects in one; null is passed over, and so is what several hold, since that stays.
+void ClearReferences(TQuillonDataStorage& AStorage, std::span<TQuillonDataObject* const> AnObjects);
 
 }  // namespace QuillonDataObjects

@@ -40,6 +40,14 @@ bool TracksChange(const TQuillonDataAbstractObject& AnObject) {
   return Store != nullptr;
 }
 
+/// The storage that may refer to what goes; null while there is none.
+TQuillonDataStorage* SweptStorage(const TQuillonDataAbstractObject& AnObject) {
+  TQuillonDataStorage* const Store = AnObject.Storage();
+  // What goes while a document is read is known to nobody, or the reader has seen to it.
+  const bool IsSwept = Store != nullptr && !Store->IsReading() && !Store->IsIn(TQuillonDataStorageState::dssClearing);
+  return IsSwept ? Store : nullptr;
+}
+
 }  // namespace
 
 void TVELDataObject::Change() {
@@ -49,9 +57,7 @@ void TVELDataObject::Change() {
 }
 
 void TVELDataObject::FreeProperties() {
-  TQuillonDataStorage* const Store = Storage();
-  // What goes while a document is read is known to nobody, or the reader has seen to it.
-  if (Store != nullptr && !Store->IsReading() && !Store->IsIn(TQuillonDataStorageState::dssClearing)) {
+  if (TQuillonDataStorage* const Store = SweptStorage(*this)) {
     QuillonDataObjects::ClearReferences(*Store, *this);
   }
   TQuillonDataObject::FreeProperties();
@@ -77,6 +83,12 @@ TQuillonRelease TVELDataObject::FileRelease() const {
 void TVELDataList::Change() {
   if (TracksChange(*this)) {
     TQuillonListOf::Change();
+  }
+}
+
+void TVELDataList::ReleaseReferences() {
+  if (TQuillonDataStorage* const Store = SweptStorage(*this)) {
+    QuillonDataObjects::ClearReferences(*Store, Items());
   }
 }
 

@@ -54,6 +54,9 @@ class TVELDataList : public TQuillonListOf<TVELDataObject> {
   void Change() override;
   /// The first item with the identifier, an empty one included; null if there is none.
   TVELDataObject* FindCustomID(std::string_view ACustomID) const;
+
+ protected:
+  void ReleaseReferences() override;
 };
 
 namespace uDataObjects {
