@@ -4,7 +4,6 @@
 #include <bit>
 #include <cmath>
 #include <limits>
-#include <ranges>
 
 #include "QuillonText.h"
 
@@ -50,7 +49,8 @@ void TQuillonHashTable::ReadFrom(TQuillonObjectReader& AReader, bool HaveItems) 
   }
   TQuillonHashTable Table(static_cast<std::int32_t>(std::min(Wanted, Spare * (Entries.size() + 1))), LoadFactor);
   // From the last one on: each becomes the head of its chain, so that the first one of a chain is its first again.
-  for (TEntry& Entry : std::ranges::reverse_view(Entries)) {
+  std::ranges::reverse(Entries);
+  for (TEntry& Entry : Entries) {
     const auto [Own, IsFresh] = Table.Put(std::move(Entry.Key));
     if (!IsFresh) {
       throw EQuillonReaderError();

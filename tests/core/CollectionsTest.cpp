@@ -165,7 +165,8 @@ TEST_F(Collections, AListKeepsItsOrder) {
     EXPECT_STREQ(Error.what(), "Listenindex überschreitet das Maximum (4)");
   }
   EXPECT_THROW(Copy.SetCapacity(3), EQuillonCollectionError);
-  EXPECT_THROW(Copy.SetCapacity(0x8000'0000), EQuillonCollectionError);
+  EXPECT_THROW(Copy.SetCapacity(0x800'0000), EQuillonCollectionError);
+  Copy.SetCapacity(0x7FF'FFFF);
 }
 
 TEST_F(Collections, ASortedListPutsEachItemInItsPlace) {
@@ -317,7 +318,7 @@ TEST_F(Collections, SizesThatAStreamInventsTakeNoMemory) {
   };
   EXPECT_EQ(ErrorOf<TQuillonArrayList>(Numbers({Huge})), Short);
   EXPECT_EQ(ErrorOf<TQuillonStack>(Numbers({-1})), Short);
-  EXPECT_EQ(ErrorOf<TQuillonIntegerArray>(Numbers({Huge, 0})), "");
+  EXPECT_EQ(ErrorOf<TQuillonIntegerArray>(Numbers({0x7FF'FFFF, 0})), "");
   EXPECT_EQ(ErrorOf<TQuillonIntegerArray>(Numbers({0, 1, 7})), "Kapazität der Liste ist erschöpft (0)");
   EXPECT_EQ(ErrorOf<TQuillonMatrix>(Numbers({Huge, Huge})), Short);
   EXPECT_EQ(ErrorOf<TQuillonLongWordMatrix>(Numbers({Huge, 0})), "");

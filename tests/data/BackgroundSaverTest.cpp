@@ -55,8 +55,13 @@ TEST(BackgroundSaver, TellsOfAFailureAndGoesOn) {
   std::ofstream(Blocked) << "no folder";
   const auto Store = CreateStorage<TTestStorage>();
   EXPECT_EQ(Store->LastBackgroundSave(), TQuillonBackgroundSave::None);
-  Store->FFileName = Blocked + "/plan";
   Store->AddItem("a");
+  Store->SignalBackgroundSaver();
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  EXPECT_TRUE(Store->FModified) << "a storage without a file has not been saved";
+  Store->BeginWrite();
+  Store->FFileName = Blocked + "/plan";
+  Store->EndWrite();
   Store->SignalBackgroundSaver();
   EXPECT_TRUE(Comes([&] { return Store->LastBackgroundSave() == TQuillonBackgroundSave::Failed; }));
   EXPECT_TRUE(Store->FModified);

@@ -252,6 +252,26 @@ TEST(ChangeLog, PlayingBackTwiceIsAConflictOnlyForWhatHasChanged) {
   EXPECT_EQ(Copies.Play().substr(0, 2), "2\"");
 }
 
+TEST(ChangeLog, AnUnknownClassEndsThePlayback) {
+  TCopies Copies("a");
+  Copies.A->NewItem("x");
+  TQuillonMemoryStream Stream;
+  Copies.Log().SaveToStream(Stream);
+  std::string Bytes = Stream.TakeContent();
+  const std::string Tag("\x08\0\0\0T\0e\0s\0t\0I\0t\0e\0m\0", 20);
+  Bytes.replace(Bytes.find(Tag), Tag.size(), std::string(4, '\0'));
+  TQuillonMemoryStream Damaged(Bytes);
+  TQuillonDataChangeLog Log;
+  Log.LoadFromStream(Damaged);
+  try {
+    Log.Playback(*Copies.B);
+    FAIL();
+  } catch (const EQuillonDataObjectReaderError& Error) {
+    EXPECT_STREQ(Error.what(), "Klasse \"\" wurde nicht registriert.");
+  }
+  EXPECT_EQ(NamesOf(Copies.B->FItems), "a");
+}
+
 TEST(ChangeLog, MergingAndLoadingKeepTheLimit) {
   TCopies Copies("abcde");
   for (int I = 0; I < 5; ++I) {

@@ -89,6 +89,26 @@ TEST(DataList, AChangeBelongsToTheUserUnlessItIsPartOfAnOperation) {
   EXPECT_EQ(TTestItem::Alive, 1) << "nobody else holds what was refused";
 }
 
+TEST(DataList, WhatIsRefusedGoesBackToWhereItWas) {
+  const auto Store = CreateStorage<TTestStorage>();
+  const auto Other = CreateStorage<TTestStorage>();
+  Store->FOthers.FRefused = "r";
+  Store->ChangeLog().Activate();
+  TTestItem* const Free = QuillonDataObjects::Create<TTestItem>(nullptr);
+  Free->FName = "r";
+  TTestItem* const Foreign = Other->NewItem("r");
+  Other->ChangeLog().Activate();
+  for (TTestItem* Item : {Free, Foreign}) {
+    TQuillonDataAbstractObject* const Owner = Item->FOwner;
+    EXPECT_THROW(Store->FOthers.Add(Item), EQuillonException);
+    EXPECT_EQ(Item->FOwner, Owner);
+    EXPECT_EQ(Store->Registry().GetObject(Item->ID(), TTestItem::Class()), nullptr);
+  }
+  EXPECT_EQ(Other->Registry().GetObject(Foreign->ID(), TTestItem::Class()), Foreign);
+  EXPECT_TRUE(Store->ChangeLog().IsEmpty() && Other->ChangeLog().IsEmpty());
+  QuillonDataObjects::Free(Free);
+}
+
 TEST(DataList, EmptyPlacesAreNoItems) {
   TLetters Letters("cab");
   TTestStorage& Store = *Letters.Store;

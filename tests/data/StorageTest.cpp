@@ -90,6 +90,7 @@ TEST(DataStorage, MissingFilesComeFromTheTemplate) {
   Fresh->LoadFromFile(Folder.Path("plan"));
   EXPECT_EQ(NamesOf(Fresh->FItems), "t");
   EXPECT_EQ(Fresh->FFileName, Folder.Path("plan"));
+  EXPECT_EQ(Fresh->FLoadedName, Folder.Path("plan"));
   Fresh->LoadFromFile();
   EXPECT_EQ(Fresh->FFileName, Folder.Path("plan"));
   EXPECT_FALSE(std::filesystem::exists(Folder.Path("plan")));

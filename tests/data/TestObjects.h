@@ -125,6 +125,7 @@ class TTestStorage : public TQuillonDataStorage {
   TTestTwins<2> FTwins2{this, TQuillonDataList::TItems::Owned};
   std::string FHooks;
   std::string FTemplate;
+  std::string FLoadedName;  ///< the file's name when the load was over
 
   TTestItem* NewItem(const std::string& AName) {
     auto* const Item = QuillonDataObjects::Create<TTestItem>(this);
@@ -152,7 +153,10 @@ class TTestStorage : public TQuillonDataStorage {
   void BeforeNewFile() override { FHooks += "BeforeNewFile "; }
   void AfterNewFile() override { FHooks += "AfterNewFile "; }
   void BeforeLoad() override { FHooks += "BeforeLoad "; }
-  void AfterLoad() override { FHooks += FModified ? "modified " : "AfterLoad "; }
+  void AfterLoad() override {
+    FHooks += FModified ? "modified " : "AfterLoad ";
+    FLoadedName = FFileName;
+  }
   void BeforeStore() override { FHooks += "BeforeStore "; }
   void AfterStore() override { FHooks += FModified ? "modified " : "AfterStore "; }
   std::string GetTemplateFileName() const override { return FTemplate; }

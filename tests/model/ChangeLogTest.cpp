@@ -13,9 +13,12 @@
 #include "data/PlainContent.h"
 #include "model/PlanDocument.h"
 #include "model/RandomUser.h"
+#include "uPlandaten/Aenderungen.h"
+#include "uPlandaten/Einstellungen.h"
 #include "uPlandaten/Fehlzeiten.h"
 #include "uPlandaten/Lehrer.h"
 #include "uPlandaten/Raeume.h"
+#include "uPlandaten/Zeitrahmen.h"
 #include "uSchluessel/Verzeichnisse.h"
 
 namespace {
@@ -149,4 +152,34 @@ TEST(ChangeLogOfAPlan, TwoUsersWorkSideBySideUntilOneIsStale) {
     Case.Act(*A);
     EXPECT_EQ(PlayOn(*Server, A->ChangeLog()), Case.Conflict);
   }
+}
+
+TEST(ChangeLogOfAPlan, WhatComesFromOutsideIsToldOnce) {
+  const TPlan A = LoadSchool();
+  A->ChangeLog().Activate();
+  auto* const Message = Create<TVELMitteilung>(nullptr);
+  Message->FNeu.Add(A->FRaeume.GetItem(0));
+  A->FAenderungen.Add(Message);
+  EXPECT_EQ(A->ChangeLog().Count(), 3) << "the message, its room, and its place";
+}
+
+TEST(ChangeLogOfAPlan, APartThatGetsASuccessorGoesWithTheReferencesToIt) {
+  const TPlan A = LoadSchool();
+  A->FLehrer.GetItem(0)->FZeitrahmen = A->StandardTimeframe();
+  const TPlan B = CopyOf(*A);
+  A->ChangeLog().Activate();
+  A->FEinstellungen->FZeitrahmen.Take(Create<TVELZeitrahmen>(A.get()), *A->FEinstellungen);
+  A->FEinstellungen->Change();
+  EXPECT_EQ(A->FLehrer.GetItem(0)->FZeitrahmen, nullptr);
+  EXPECT_EQ(PlayOn(*B, A->ChangeLog()), "");
+  EXPECT_EQ(FirstDifference(PlainContent(*B), PlainContent(*A)), "");
+
+  const TPlan Fresh = CreateStorage<TVELPlan>();
+  auto* const Teacher = Create<TVELLehrer>(Fresh.get());
+  Fresh->FLehrer.Add(Teacher);
+  Teacher->FZeitrahmen = Fresh->StandardTimeframe();
+  A->Overwrite(*Fresh);
+  EXPECT_EQ(Fresh->StandardTimeframe()->ID(), A->StandardTimeframe()->ID());
+  EXPECT_EQ(Fresh->FLehrer.GetItem(0), Teacher);
+  EXPECT_EQ(Teacher->FZeitrahmen, nullptr);
 }

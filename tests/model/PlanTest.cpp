@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "QuillonDataObjects/ReaderWriter.h"
+#include "QuillonText.h"
 #include "model/PlanDocument.h"
 #include "uPlandaten/Aenderungen.h"
 #include "uPlandaten/Anrechnungen.h"
@@ -225,6 +226,34 @@ TEST(PlanReleases, SettingsOfOldFilesGetTheNewNames) {
   EXPECT_EQ(LoadAs("6.0.124")->FEinstellungen->FBezeichnungen.size(), 1U);
   EXPECT_EQ(LoadAs("6.0.171")->FEinstellungen->FWochenPrefix, "[KW %s]");
   EXPECT_EQ(LoadAs("6.0.172")->FEinstellungen->FWochenPrefix, "KW");
+}
+
+TEST(PlanReleases, ASnapshotOfAnOlderProgramIsBroughtUpToDate) {
+  uPlandaten::RegisterClasses(TQuillonDataClassRegistry::Instance());
+  const auto Plan = CreateStorage<TVELPlan>();
+  Plan->FEinstellungen->FWochenPrefix = "prefix";
+  Plan->FBesitzer->FDienststelle = "office";
+  for (const int Day : {46'000, 46'001}) {
+    auto* const Absence = Create<TVELLehrerfehlzeit>(Plan.get());
+    Absence->FStart = Day;
+    Plan->FFehlzeiten.Append(Absence);
+  }
+  TQuillonMemoryStream Stream;
+  Plan->SaveToMemorySnapshot(Stream);
+  Plan->LoadFromMemorySnapshot(Stream);
+  EXPECT_EQ(Plan->FFehlzeiten.GetItem(0)->FStart, 46'000) << "a state of today comes back as it was";
+  std::string Bytes = Stream.TakeContent();
+  const auto Replace = [&](const std::string& AFrom, const std::string& ATo) {
+    Bytes.replace(Bytes.find(AFrom), AFrom.size(), ATo);
+  };
+  const std::string Length("\x06\0\0\0", 4);
+  Replace(QuillonText::ToUtf16LE(TVELPlan::CurrentRelease), QuillonText::ToUtf16LE("6.0.134"));
+  Replace(Length + QuillonText::ToUtf16LE("prefix"), "");
+  Replace(Length + QuillonText::ToUtf16LE("office"), "");
+  TQuillonMemoryStream Old(Bytes);
+  Plan->LoadFromMemorySnapshot(Old);
+  EXPECT_EQ(Plan->FBesitzer->FDienststelle, "");
+  EXPECT_EQ(Plan->FFehlzeiten.GetItem(0)->FStart, 46'001);
 }
 
 TEST(Plan, DefaultsOfFilesAreNotAlwaysThoseOfNewObjects) {

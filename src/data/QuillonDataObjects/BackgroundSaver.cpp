@@ -48,15 +48,15 @@ void TQuillonDataStorageBackgroundSaverThread::Save() {
   }
   std::unique_ptr<TQuillonDataStorage, void (*)(TQuillonDataStorage*)> Reading(
       &FStorage, [](TQuillonDataStorage* AStorage) { AStorage->EndRead(); });
-  TQuillonDataMemorySnapshot Snapshot(FStorage);
-  Snapshot.Request();
-  const std::uint64_t Count = FStorage.FChangeCount;
   const std::string FileName = FStorage.FFileName;
-  const TQuillonDataFileFormat Format = FStorage.FFileFormat;
-  Reading.reset();
   if (FileName.empty()) {
     return;
   }
+  TQuillonDataMemorySnapshot Snapshot(FStorage);
+  Snapshot.Request();
+  const std::uint64_t Count = FStorage.FChangeCount;
+  const TQuillonDataFileFormat Format = FStorage.FFileFormat;
+  Reading.reset();
   const TQuillonDataHandle<TQuillonDataAbstractObject> Fresh(
       FStorage.DataClass().CreateAny(nullptr, QuillonGuid::New()));
   TQuillonDataStorage& Copy = *Fresh->AsStorage();

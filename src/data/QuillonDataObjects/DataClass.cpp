@@ -1,5 +1,6 @@
 #include "QuillonDataObjects/DataClass.h"
 
+#include <algorithm>
 #include <cassert>
 #include <cstring>
 
@@ -24,7 +25,8 @@ void TQuillonDataClass::AddRow(TQuillonDataRow ARow) {
   }
   ARow.FirstOfName = First;
   FRows.push_back(ARow);
-  if (ARow.Kind == TQuillonRowKind::List) {
+  // Rows that are retired name a list that has its own row.
+  if (ARow.Kind == TQuillonRowKind::List && std::ranges::find(FLists, ARow.As<TRow::TItems>().Field) == FLists.end()) {
     FLists.push_back(ARow.As<TRow::TItems>().Field);
   }
   FInitials.push_back(ARow.Name.empty() ? '\0' : ARow.Name.front());

@@ -176,14 +176,18 @@ void TQuillonDataList::InsertAt(int AWanted, int AnIndex, TQuillonDataObject* An
     return;
   }
   const int CountBefore = Count();
+  TQuillonDataStorage* const Store = Storage();
+  const int RecordsBefore = Store != nullptr ? Store->ChangeLog().Count() : 0;
   TQuillonDataAbstractObject* const Owner = AnItem->FOwner;
   TQuillonDataHolder::Hold(*AnItem, *this);
   try {
     Perform({.Kind = TOperationKind::Insertion, .Index = AWanted, .NewIndex = AnIndex, .Item = AnItem});
   } catch (...) {
     if (Count() == CountBefore) {
-      TQuillonDataHolder::Drop(*AnItem, *this);
-      AnItem->SetOwner(Owner);
+      TQuillonDataHolder::GiveBack(*AnItem, *this, Owner);
+      while (Store != nullptr && Store->ChangeLog().Count() > RecordsBefore) {
+        Store->ChangeLog().DropLast();
+      }
     }
     throw;
   }

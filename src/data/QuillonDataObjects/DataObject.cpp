@@ -313,8 +313,12 @@ bool TQuillonDataHolder::IsHeldBy(const TQuillonDataObject& AnObject, const TQui
 
 void TQuillonDataHolder::Release(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder) {
   const TQuillonDataStorage* const Store = AHolder.AsStorage() != nullptr ? AHolder.AsStorage() : AHolder.Storage();
-  const bool MayBeReferredTo = Store != nullptr && Store->IsReading() && AnObject.FIsNamed;
+  const bool IsUpdated = Store != nullptr && Store->FLetGo != nullptr;
+  const bool MayBeReferredTo = Store != nullptr && Store->IsReading() && (AnObject.FIsNamed || IsUpdated);
   if (AnObject.FHolders != nullptr || MayBeReferredTo) {
+    if (IsUpdated) {
+      Store->FLetGo->emplace_back(AnObject.ID(), &AnObject.DataClass());
+    }
     Drop(AnObject, AHolder);
     return;
   }
@@ -341,6 +345,23 @@ void TQuillonDataHolder::Drop(TQuillonDataObject& AnObject, TQuillonDataAbstract
   AnObject.FIsHeld = false;
   if (AnObject.FOwner == &AHolder) {
     AnObject.SetOwner(AHolder.AsStorage() != nullptr ? &AHolder : AHolder.Storage());
+  }
+}
+
+void TQuillonDataHolder::GiveBack(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder,
+                                  TQuillonDataAbstractObject* AnOwner) {
+  TQuillonDataStorage* Store = nullptr;
+  if (AnOwner != nullptr) {
+    Store = AnOwner->AsStorage() != nullptr ? AnOwner->AsStorage() : AnOwner->Storage();
+  }
+  // It has never left.
+  const TQuillonDataChangeLogLock Lock(Store != nullptr ? &Store->ChangeLog() : nullptr);
+  Drop(AnObject, AHolder);
+  if (AnOwner != nullptr) {
+    AnObject.MoveTo(*AnOwner);
+  } else {
+    AnObject.VisitOwned([](TQuillonDataAbstractObject& AnOwned) { AnOwned.Unregister(); });
+    AnObject.FOwner = nullptr;
   }
 }
 

@@ -193,6 +193,9 @@ class TQuillonDataHolder {
   static void Release(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder);
   /// Lets go without freeing. One of those who hold the object still becomes the owner in the holder's place.
   static void Drop(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder);
+  /// As Drop, to the owner before: as if the holder had never held the object. @param AnOwner may be null
+  static void GiveBack(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder,
+                       TQuillonDataAbstractObject* AnOwner);
   static bool IsHeld(const TQuillonDataObject& AnObject) { return AnObject.FIsHeld; }
   static bool IsHeldBy(const TQuillonDataObject& AnObject, const TQuillonDataAbstractObject& AHolder);
   /// Takes the object out of all lists that hold it. @return whether nobody holds it then

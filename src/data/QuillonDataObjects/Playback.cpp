@@ -104,7 +104,7 @@ const TQuillonDataOperation* TQuillonDataPlayback::NextOf(const TOperation& AnOp
 const TQuillonDataClass& TQuillonDataPlayback::ClassOf(const TOperation& AnOperation) const {
   const auto& Classes = TQuillonDataClassRegistry::Instance();
   const std::string& Tag = AnOperation.FObjectClassName;
-  const TQuillonDataClass* const First = Classes.FindClass(Tag, TQuillonDataObject::Class());
+  const TQuillonDataClass* const First = Tag.empty() ? nullptr : Classes.FindClass(Tag, TQuillonDataObject::Class());
   if (First == nullptr) {
     throw EQuillonDataObjectReaderError("Klasse " + QuillonText::Quoted(Tag) + " wurde nicht registriert.");
   }

@@ -105,13 +105,11 @@ void TQuillonDataStorage::LoadFromFile(const std::string& AFileName) {
     return;
   }
   if (TQuillonFileSystem::Exists(AFileName)) {
-    LoadExistingFile(AFileName);
+    LoadExistingFile(AFileName, AFileName);
     return;
   }
   if (const std::string Template = GetTemplateFileName(); TQuillonFileSystem::Exists(Template)) {
-    std::string Name = AFileName;  // it may be FFileName, which the load changes
-    LoadExistingFile(Template);
-    FFileName = std::move(Name);
+    LoadExistingFile(Template, AFileName);
   }
 }
 
@@ -124,10 +122,11 @@ void TQuillonDataStorage::LoadFromFile(const std::string& AFileName, std::chrono
   }
 }
 
-void TQuillonDataStorage::LoadExistingFile(const std::string& AFileName) {
+void TQuillonDataStorage::LoadExistingFile(const std::string& AFileName, std::string AnOwnName) {
   LoadFrom(AFileName, [](const std::string& AName) {
     return std::make_unique<TQuillonFileStream>(AName, fomOpenRead, famShareDenyWrite, fomOpenRead, famShareDenyNone);
   });
+  FFileName = std::move(AnOwnName);
   AfterLoad();
 }
 

@@ -7,6 +7,8 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "QuillonDataObjects/ChangeLog.h"
 #include "QuillonDataObjects/Content.h"
@@ -171,7 +173,8 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   /// Loads what AnOpen opens, up to AfterLoad. @return the open stream
   template <class TOpen>
   std::unique_ptr<TQuillonFileStream> LoadFrom(const std::string& AFileName, const TOpen& AnOpen);
-  void LoadExistingFile(const std::string& AFileName);
+  /// @param AnOwnName the storage's file name from then on
+  void LoadExistingFile(const std::string& AFileName, std::string AnOwnName);
   /// Loads the file, if it exists, and holds it.
   template <class TOpen>
   void OpenAndLoad(const std::string& AFileName, const TOpen& AnOpen);
@@ -181,6 +184,10 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   /// Reads without tracking or recording anything.
   template <class TRead>
   void WhileReading(const TRead& ARead);
+  /// The same into what is there and stays. An object that has lost its last holder then goes with all references to
+  /// it.
+  template <class TRead>
+  void Update(const TRead& ARead);
   /// The document in the form of the file.
   std::string Document() const;
   /// Puts a document in the place of the file: of the one that is held, if one is.
@@ -188,6 +195,7 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   /// The file has the content of this moment now.
   void MarkSaved();
 
+  friend class TQuillonDataHolder;
   friend class TQuillonDataStorageBackgroundSaverThread;
   friend class TQuillonStorageStateGuard;
   friend void QuillonDataObjects::ReadContent(TQuillonDataStorage& AStorage, TQuillonDataAbstractObject& AnObject,
@@ -197,6 +205,8 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   TQuillonDataChangeLog FChangeLog;
   TQuillonDateTime FReadingSince;
   std::unique_ptr<TQuillonFileStream> FFileStream;  ///< the file that is held open
+  /// Objects by identity that have lost a holder in an update; null while there is none.
+  std::vector<std::pair<TGUID, const TQuillonDataClass*>>* FLetGo = nullptr;
   std::uint64_t FChangeCount = 0;
   int FChangeTrackingLockCount = 0;
   std::uint8_t FState = 0;

@@ -3,6 +3,7 @@
 #include "QuillonDataObjects/Content.h"
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/Storage.h"
+#include "QuillonDataObjects/Sweep.h"
 #include "QuillonDataObjects/XMLReader.h"
 #include "QuillonDataObjects/XMLWriter.h"
 #include "QuillonFileReplacement.h"
@@ -39,6 +40,28 @@ void TQuillonDataStorage::WhileReading(const TRead& ARead) {
   } const Counted{FChangeCount};
   FReadingSince = QuillonDateTime::Now();
   ARead();
+}
+
+template <class TRead>
+void TQuillonDataStorage::Update(const TRead& ARead) {
+  std::vector<std::pair<TGUID, const TQuillonDataClass*>> LetGo;
+  {
+    struct TCollecting {
+      TQuillonDataStorage& Storage;
+      ~TCollecting() { Storage.FLetGo = nullptr; }
+    } const Collecting{*this};
+    FLetGo = &LetGo;
+    WhileReading(ARead);
+  }
+  const TQuillonChangeTrackingLock Tracking(*this);
+  const TQuillonDataChangeLogLock Log(&FChangeLog);
+  for (const auto& [ID, Class] : LetGo) {
+    auto* const Object = static_cast<TQuillonDataObject*>(FObjectRegistry.GetObject(ID, *Class));
+    if (Object != nullptr && !TQuillonDataHolder::IsHeld(*Object)) {
+      QuillonDataObjects::ClearReferences(*this, *Object);
+      QuillonDataObjects::Free(Object);
+    }
+  }
 }
 
 void TQuillonDataStorage::LoadWith(TQuillonDataObjectReader& AReader) {
@@ -107,7 +130,7 @@ void TQuillonDataStorage::Overwrite(TQuillonDataStorage& AStorage) const {
   SaveToBinStream(Content);
   Content.Seek(0, TQuillonSeekOrigin::Begin);
   TQuillonDataObjectBinReader Reader(AStorage, Content, true, dormOverwrite);
-  AStorage.WhileReading([&] { AStorage.ReadProperties(Reader); });
+  AStorage.Update([&] { AStorage.ReadProperties(Reader); });
   AStorage.FModified = true;
 }
 
@@ -131,9 +154,12 @@ void TQuillonDataStorage::SaveToSnapshot(const std::string& AFileName) {
     return;
   }
   TQuillonMemoryStream Content;
+  const bool WasModified = FModified;
   SaveToMemorySnapshot(Content);
+  FModified = WasModified;
   TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(AFileName));
   QuillonIO::ReplaceFile(AFileName, Content.Content());
+  FModified = false;
 }
 
 void TQuillonDataStorage::LoadFromSnapshot(const std::string& AFileName) {
@@ -156,7 +182,7 @@ std::string WriteContent(const TQuillonDataAbstractObject& AnObject) {
 void ReadContent(TQuillonDataStorage& AStorage, TQuillonDataAbstractObject& AnObject, std::string_view AContent) {
   TQuillonMemoryStream Stream{std::string(AContent)};
   TQuillonDataObjectBinReader Reader(AStorage, Stream, false);
-  AStorage.WhileReading([&] { AnObject.ReadProperties(Reader); });
+  AStorage.Update([&] { AnObject.ReadProperties(Reader); });
 }
 
 }  // namespace QuillonDataObjects

@@ -126,7 +126,8 @@ void TVELPlan::ReadProperties(TQuillonDataObjectReader& AReader) {
     List->SetSorted(false);
   }
   TVELDataStorage::ReadProperties(AReader);
-  if (!IsRestoring()) {
+  // A state of a program of before may lie in a file.
+  if (!IsRestoring() || FFileRelease < CurrentRelease) {
     EnterSupervisions();
     uPlandaten::UpgradePlan(*this, FFileRelease);
     uPlandaten::EnterLessons(*this);
