@@ -260,7 +260,7 @@ class SystemSockets final : public Platform::SocketLayer {
 
   void SetOption(SocketHandle ASocket, Platform::SocketOption AnOption, std::int32_t AValue) override {
     const TOptionName Name = NameOf(AnOption);
-    const timeval Time{.tv_sec = AValue / 1000, .tv_usec = AValue % 1000 * 1000};
+    const timeval Time{.tv_sec = AValue / 1000, .tv_usec = suseconds_t{AValue % 1000} * 1000};
     const void* const Source = Name.IsTime ? static_cast<const void*>(&Time) : &AValue;
     const socklen_t Size = Name.IsTime ? sizeof(Time) : sizeof(AValue);
     Checked(::setsockopt(Descriptor(ASocket), Name.Level, Name.Name, Source, Size));
