@@ -104,6 +104,7 @@ TEST_F(SocketTest, TimeOutsAskTheProgressAndOnlyAStallEnds) {
 }
 
 TEST_F(SocketTest, AnotherThreadEndsWhatWaits) {
+  const std::string Much(std::size_t{64} << 20, 'x');
   std::atomic<int> Waiting = 0;
   const auto Wait = [&](auto ACall) {
     return std::async(std::launch::async, [&Waiting, ACall] {
@@ -121,8 +122,8 @@ TEST_F(SocketTest, AnotherThreadEndsWhatWaits) {
     }
   }
   const auto Connect = Wait([&] { Queue.back()->Connect(); });
-  const auto Read = Wait([&] { TQuillonTCPSocketReader(*FNear).ReadByte(); });
-  const auto Write = Wait([&] { TQuillonTCPSocketWriter(*FFar).WriteBinary(std::string(64 << 20, 'x')); });
+  const auto Read = Wait([&] { TQuillonTCPSocketReader(*Queue.front()).ReadByte(); });
+  const auto Write = Wait([&] { TQuillonTCPSocketWriter(*FFar).WriteBinary(Much); });
   const TSocket Second = NewSocket();
   Second->Bind();
   Second->Listen();
@@ -137,9 +138,9 @@ TEST_F(SocketTest, AnotherThreadEndsWhatWaits) {
   EXPECT_EQ(Accept.wait_for(20s), std::future_status::ready);
   FFar->CloseSocket(tssdReceive);
   EXPECT_EQ(Write.wait_for(20s), std::future_status::ready);
-  FNear->CloseSocket(tssdBoth);
+  Queue.front()->CloseSocket(tssdBoth);
   EXPECT_EQ(Read.wait_for(20s), std::future_status::ready);
-  EXPECT_EQ(FNear->Socket(), Platform::NoSocket);
+  EXPECT_EQ(Queue.front()->Socket(), Platform::NoSocket);
 }
 
 TEST_F(SocketTest, ASignalDoesNotEndAWait) {
@@ -194,7 +195,9 @@ TEST_F(SocketTest, OptionsHold) {
   FNear->SetRecvTimeOut(50);
   EXPECT_EQ(FNear->SendTimeOut(), 1'500);
   std::string Byte(1, '\0');
+  const auto Begin = std::chrono::steady_clock::now();
   EXPECT_EQ(ErrorOf([&] { FNear->Recv(Byte); }), "Connection timed out");
+  EXPECT_GE(std::chrono::steady_clock::now() - Begin, 45ms);
   FNear->SetSendBufferSize(65'536);
   FNear->SetRecvBufferSize(131'072);
   EXPECT_GE(FNear->SendBufferSize(), 65'536);
@@ -283,7 +286,12 @@ class TFailingSockets final : public Platform::SocketLayer {
   }
   void Shutdown(THandle ASocket, Platform::SocketDirection AHow) override { Next().Shutdown(ASocket, AHow); }
   void Bind(THandle ASocket, Platform::SocketAddress AnAddress) override { Next().Bind(ASocket, AnAddress); }
-  void Connect(THandle ASocket, Platform::SocketAddress AnAddress) override { Next().Connect(ASocket, AnAddress); }
+  void BeginConnect(THandle ASocket, Platform::SocketAddress AnAddress) override {
+    Next().BeginConnect(ASocket, AnAddress);
+  }
+  void EndConnect(THandle ASocket, Platform::SocketAddress AnAddress) override {
+    Next().EndConnect(ASocket, AnAddress);
+  }
   void Listen(THandle ASocket, int ABacklog) override { Next().Listen(ASocket, ABacklog); }
   THandle Accept(THandle ASocket, Platform::SocketAddress& APeer) override {
     const THandle Accepted = Next().Accept(ASocket, APeer);

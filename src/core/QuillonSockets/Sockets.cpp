@@ -104,7 +104,13 @@ void TQuillonSocket::Connect() {
   if (Host == TQuillonSocketUtils::NoAddress) {
     throw EQuillonSocketError(Platform::HostNotFoundError);
   }
-  Platform::Sockets().Connect(Used->Handle, {Host, FRemotePort});
+  const Platform::SocketAddress Remote = {Host, FRemotePort};
+  Platform::Sockets().BeginConnect(Used->Handle, Remote);
+  // What is not connected yet cannot be shut down: another thread's CloseSocket is seen here.
+  while (!Platform::Sockets().Poll(Used->Handle, Platform::SocketReadiness::Write, QuillonSockets::ConnectStep)) {
+    Use();
+  }
+  Platform::Sockets().EndConnect(Used->Handle, Remote);
   Log(Used->Handle, "Socket connected");
   if (FLocalHost == "0.0.0.0" || FLocalPort == 0) {
     ReadLocalAddress();

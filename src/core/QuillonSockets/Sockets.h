@@ -20,6 +20,8 @@ namespace QuillonSockets {
 
 /// Connections that wait for Accept.
 inline constexpr int Backlog = 5;
+/// Milliseconds within which Connect sees that another thread has closed the socket.
+inline constexpr std::int32_t ConnectStep = 250;
 /// Bytes that Purge drops at most: a peer that never stops sending does not hold it.
 inline constexpr std::size_t PurgeLimit = std::size_t{64} << 20;
 

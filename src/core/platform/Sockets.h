@@ -105,8 +105,11 @@ class SocketLayer {
   /// Ends the traffic, also for calls of other threads that wait for it; no error without a connection.
   virtual void Shutdown(SocketHandle ASocket, SocketDirection ADirection) = 0;
   virtual void Bind(SocketHandle ASocket, SocketAddress AnAddress) = 0;
-  /// Returns once the connection stands; a host that does not answer fails at the system's own limit, some minutes.
-  virtual void Connect(SocketHandle ASocket, SocketAddress AnAddress) = 0;
+  /// Begins to connect; the socket is ready for writing once that has come to its end. A host that does not answer
+  /// comes to it at the system's own limit, some minutes.
+  virtual void BeginConnect(SocketHandle ASocket, SocketAddress AnAddress) = 0;
+  /// @throws EQuillonSocketError where there is no connection
+  virtual void EndConnect(SocketHandle ASocket, SocketAddress AnAddress) = 0;
   virtual void Listen(SocketHandle ASocket, int ABacklog) = 0;
   /// Waits for a connection.
   /// @param APeer is given the address of the other end

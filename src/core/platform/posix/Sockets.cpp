@@ -1,7 +1,6 @@
 #include "platform/Sockets.h"
 
 #include <arpa/inet.h>
-#include <fcntl.h>
 #include <ifaddrs.h>
 #include <net/if.h>
 #include <netdb.h>
@@ -175,21 +174,29 @@ class SystemSockets final : public Platform::SocketLayer {
     Checked(::bind(Descriptor(ASocket), Generic(Name), sizeof(Name)));
   }
 
-  void Connect(SocketHandle ASocket, Platform::SocketAddress AnAddress) override {
+  void BeginConnect(SocketHandle ASocket, Platform::SocketAddress AnAddress) override {
     const sockaddr_in Name = NameOf(AnAddress);
-    if (::connect(Descriptor(ASocket), Generic(Name), sizeof(Name)) == 0) {
-      return;
+    SetBlocking(ASocket, false);
+    const int Result = ::connect(Descriptor(ASocket), Generic(Name), sizeof(Name));
+    if (Result < 0 && errno != EINPROGRESS && errno != EINTR) {
+      const int Error = errno;
+      SetBlocking(ASocket, true);
+      Fail(Error);
     }
-    if (errno != EINTR) {
-      Fail(errno);
-    }
-    // The system goes on connecting behind the signal's back; a second call would be refused.
-    Poll(ASocket, Platform::SocketReadiness::Write, -1);
+  }
+
+  void EndConnect(SocketHandle ASocket, Platform::SocketAddress AnAddress) override {
+    SetBlocking(ASocket, true);
     int Error = 0;
     socklen_t Size = sizeof(Error);
     Checked(::getsockopt(Descriptor(ASocket), SOL_SOCKET, SO_ERROR, &Error, &Size));
     if (Error != 0) {
       Fail(Error);
+    }
+    // Some systems know by a second call only that the first one is over.
+    const sockaddr_in Name = NameOf(AnAddress);
+    if (::connect(Descriptor(ASocket), Generic(Name), sizeof(Name)) < 0 && errno != EISCONN) {
+      Fail(errno);
     }
   }
 
@@ -306,6 +313,12 @@ class SystemSockets final : public Platform::SocketLayer {
       }
     }
     return Found;
+  }
+
+ private:
+  static void SetBlocking(SocketHandle ASocket, bool AValue) {
+    int DoReturn = AValue ? 0 : 1;
+    Checked(::ioctl(Descriptor(ASocket), FIONBIO, &DoReturn));
   }
 };
 
