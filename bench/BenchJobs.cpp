@@ -12,6 +12,7 @@
 #include "Jobs.h"
 #include "Measure.h"
 #include "Program.h"
+#include "QuillonDataObjects/Snapshot.h"
 #include "QuillonFileReplacement.h"
 #include "QuillonIO.h"
 #include "SchoolGenerator.h"
@@ -135,10 +136,9 @@ std::uint64_t SaveBinary(const std::string& AFileName) { return Save(AFileName, 
 std::uint64_t Snapshot(const std::string& AFileName) {
   static TVELGlobals& Globals = *new TVELGlobals;
   Globals.Plan().LoadFromFile(AFileName);
-  TQuillonMemoryStream Stream;
   StartClock();
-  Globals.Plan().SaveToMemorySnapshot(Stream);
-  return Stream.Content().size();
+  TQuillonDataMemorySnapshot(Globals.Plan()).Request();
+  return 0;
 }
 
 namespace {

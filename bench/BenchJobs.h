@@ -31,7 +31,7 @@ std::uint64_t SaveXML(const std::string& AFileName);
 std::uint64_t SaveBinary(const std::string& AFileName);
 
 /// Takes a snapshot in memory of a plan that was loaded before the clock starts.
-/// @returns its length in bytes
+/// @returns 0
 std::uint64_t Snapshot(const std::string& AFileName);
 
 /// Runs the program's export: load and writing of all files.

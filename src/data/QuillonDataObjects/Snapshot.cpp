@@ -3,6 +3,9 @@
 #include "QuillonDataObjects/Storage.h"
 #include "QuillonFileSystem.h"
 
+TQuillonDataMemorySnapshot::TQuillonDataMemorySnapshot(TQuillonDataStorage& AStorage)
+    : FStorage(AStorage), FStream(0, AStorage.ExpectedSize()) {}
+
 void TQuillonDataMemorySnapshot::Request() { FStorage.SaveToMemorySnapshot(FStream); }
 
 void TQuillonDataMemorySnapshot::RestoreTo(TQuillonDataStorage& AStorage) { AStorage.LoadFromMemorySnapshot(FStream); }

@@ -12,7 +12,7 @@ class TQuillonDataStorage;
 class TQuillonDataMemorySnapshot {
  public:
   /// @param AStorage must outlive the snapshot
-  explicit TQuillonDataMemorySnapshot(TQuillonDataStorage& AStorage) : FStorage(AStorage) {}
+  explicit TQuillonDataMemorySnapshot(TQuillonDataStorage& AStorage);
 
   /// Keeps the present state; nothing counts as unsaved afterwards.
   void Request();

@@ -197,9 +197,15 @@ std::string TQuillonDataStorage::Document() const {
   if (FFileFormat == ffXML) {
     return SaveToXML();
   }
-  TQuillonMemoryStream Stream;
+  TQuillonMemoryStream Stream(0, ExpectedSize());
   SaveToBinStream(Stream);
   return Stream.TakeContent();
+}
+
+std::size_t TQuillonDataStorage::ExpectedSize() const {
+  // Of memory that is never touched only the addresses are taken; what grows is copied again and again.
+  constexpr std::size_t BytesPerObject = 1024;
+  return FObjectRegistry.Count() * BytesPerObject;
 }
 
 void TQuillonDataStorage::MarkSaved(const std::string& AFileName, std::uint64_t AChangeCount) {

@@ -190,6 +190,8 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   void Update(const TRead& ARead);
   /// The document in the form of the file.
   std::string Document() const;
+  /// Room that the binary form needs as a rule, in bytes.
+  std::size_t ExpectedSize() const;
   /// The file that is held, else the one of the storage's name.
   std::string FileToSave();
   /// Puts a document in the place of the file, which may be the one that is held.
@@ -198,6 +200,7 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   void MarkSaved(const std::string& AFileName, std::uint64_t AChangeCount);
 
   friend class TQuillonDataHolder;
+  friend class TQuillonDataMemorySnapshot;
   friend class TQuillonDataStorageBackgroundSaverThread;
   friend class TQuillonStorageStateGuard;
   friend void QuillonDataObjects::ReadContent(TQuillonDataStorage& AStorage, TQuillonDataAbstractObject& AnObject,
