@@ -222,6 +222,25 @@ std::string OneLine(std::string_view AText) {
   return Line;
 }
 
+std::string JoinLines(std::span<const std::string> ALines) {
+  std::string Text;
+  for (const std::string& Line : ALines) {
+    Text.append(Line).append("\r\n");
+  }
+  return Text;
+}
+
+std::vector<std::string> SplitLines(std::string_view AText) {
+  std::vector<std::string> Lines;
+  while (!AText.empty()) {
+    const std::string_view Line = AText.substr(0, AText.find_first_of("\r\n"));
+    Lines.emplace_back(Line);
+    AText.remove_prefix(Line.size());
+    AText.remove_prefix(AText.starts_with("\r\n") ? 2 : std::min<std::size_t>(AText.size(), 1));
+  }
+  return Lines;
+}
+
 std::string CutAtCharacter(std::string_view AText, std::size_t ALength) {
   constexpr std::size_t MostContinuations = 3;
   const auto IsContinuation = [](char C) { return (static_cast<unsigned char>(C) & 0xC0) == 0x80; };

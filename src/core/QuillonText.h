@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Text is UTF-8 throughout; these are the few operations that must know so.
 namespace QuillonText {
@@ -45,6 +47,11 @@ std::string ReplaceInvalidUtf8(std::string_view AText);
 
 /// The text with each run of control characters, line breaks among them, turned into one blank.
 std::string OneLine(std::string_view AText);
+
+/// One text in which CR LF follows each line.
+std::string JoinLines(std::span<const std::string> ALines);
+/// The lines of a text; CR, LF and the two together end one.
+std::vector<std::string> SplitLines(std::string_view AText);
 
 /// The begin of the text, of at most ALength bytes, without a part of a character at its end.
 std::string CutAtCharacter(std::string_view AText, std::size_t ALength);

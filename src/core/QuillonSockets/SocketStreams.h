@@ -1,5 +1,10 @@
 #pragma once
 
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+
 #include "QuillonSockets/Sockets.h"
 #include "QuillonStreams/Reader.h"
 #include "QuillonStreams/Writer.h"
@@ -13,6 +18,37 @@ inline constexpr std::int32_t StallLimit = 600'000;
 
 }  // namespace QuillonSockets
 
+/// What all transfers over one connection may take together: a peer that drips its bytes one by one never stalls, and
+/// one that never ends never runs short.
+class TQuillonTransferBound {
+ public:
+  using TClock = std::chrono::steady_clock;
+
+  /// Counts from now on.
+  void Start() {
+    FBegin = TClock::now();
+    FReceived = FSent = 0;
+  }
+  void AddReceived(std::size_t ACount) { FReceived += ACount; }
+  void AddSent(std::size_t ACount) { FSent += ACount; }
+  /// When the time is up; each byte that is moved puts it off.
+  TClock::time_point Deadline() const {
+    return FBegin +
+           std::chrono::milliseconds(FAllowance + 1'000 * static_cast<std::int64_t>(FReceived + FSent) / FLeastSpeed);
+  }
+  /// The bytes that may still come.
+  std::uint64_t ReceiveLeft() const { return FReceived < FReceiveLimit ? FReceiveLimit - FReceived : 0; }
+
+  std::int64_t FAllowance = 3'600'000;  ///< milliseconds, for all that is no mere moving of bytes
+  std::int64_t FLeastSpeed = 16'384;    ///< bytes per second
+  std::uint64_t FReceiveLimit = std::numeric_limits<std::uint64_t>::max();
+
+ private:
+  TClock::time_point FBegin = TClock::now();
+  std::uint64_t FReceived = 0;
+  std::uint64_t FSent = 0;
+};
+
 /// Values off a socket, which must outlive the reader. Never more is taken off it than asked for.
 class TQuillonTCPSocketReader final : public TQuillonReader {
  public:
@@ -21,11 +57,13 @@ class TQuillonTCPSocketReader final : public TQuillonReader {
   /// Whether a byte is there already.
   bool CanRead() override { return FSocket.Available() > 0; }
   /// Reports progress, also while nothing comes, and so may be ended by its handler.
-  /// @return fewer bytes than asked for where the peer has closed, or nothing came within FStallLimit
+  /// @return fewer bytes than asked for where the peer has closed, nothing came within FStallLimit, or FBound is
+  /// reached
   std::size_t Read(std::span<char> ABuffer) override;
 
   std::int32_t FTimeOut = QuillonSockets::TimeOut;
   std::int32_t FStallLimit = QuillonSockets::StallLimit;
+  TQuillonTransferBound* FBound = nullptr;  ///< the connection's, if it has one; must outlive this
 
  private:
   TQuillonTCPSocket& FSocket;
@@ -37,11 +75,12 @@ class TQuillonTCPSocketWriter final : public TQuillonWriter {
   explicit TQuillonTCPSocketWriter(TQuillonTCPSocket& ASocket) : FSocket(ASocket) {}
 
   /// Reports progress, also while the peer takes nothing, and so may be ended by its handler.
-  /// @return fewer bytes than given where the peer took nothing within FStallLimit
+  /// @return fewer bytes than given where the peer took nothing within FStallLimit, or FBound is reached
   std::size_t Write(std::string_view ABytes) override;
 
   std::int32_t FTimeOut = QuillonSockets::TimeOut;
   std::int32_t FStallLimit = QuillonSockets::StallLimit;
+  TQuillonTransferBound* FBound = nullptr;  ///< the connection's, if it has one; must outlive this
 
  private:
   TQuillonTCPSocket& FSocket;

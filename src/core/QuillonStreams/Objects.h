@@ -108,9 +108,10 @@ class TQuillonObjectWriter final : public TQuillonWriter {
 };
 
 /// The objects that a TQuillonObjectWriter has written. They live as long as somebody holds them, this reader included.
+/// The limit of texts is that of the reader below.
 class TQuillonObjectReader final : public TQuillonReader {
  public:
-  explicit TQuillonObjectReader(TQuillonReader& AReader) : FReader(AReader) {}
+  explicit TQuillonObjectReader(TQuillonReader& AReader) : FReader(AReader) { FStringLimit = AReader.FStringLimit; }
 
   bool CanRead() override { return FReader.CanRead(); }
   void FlushBuffer() override { FReader.FlushBuffer(); }

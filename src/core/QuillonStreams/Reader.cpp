@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "QuillonStreams/Extended.h"
 #include "QuillonText.h"
@@ -54,7 +55,11 @@ std::string TQuillonReader::ReadString() {
 }
 
 void TQuillonReader::ReadStringInto(std::string& ATarget) {
-  const std::size_t Size = 2 * ReadLength();
+  const std::size_t Length = ReadLength();
+  if (std::cmp_greater(Length, FStringLimit)) {
+    throw EQuillonReaderError();
+  }
+  const std::size_t Size = 2 * Length;
   ATarget.clear();
   if (Size <= Unread().size()) {
     QuillonText::AppendUtf16LE(ATarget, Unread().substr(0, Size));
@@ -73,17 +78,7 @@ bool TQuillonReader::ReadSignature(std::string_view ASignature) {
   return ReadBlock(ASignature.size(), {}) == ASignature;
 }
 
-std::vector<std::string> TQuillonReader::ReadStrings() {
-  const std::string Text = ReadString();
-  std::vector<std::string> Items;
-  for (std::string_view Left = Text; !Left.empty();) {
-    const std::string_view Line = Left.substr(0, Left.find_first_of("\r\n"));
-    Items.emplace_back(Line);
-    Left.remove_prefix(Line.size());
-    Left.remove_prefix(Left.starts_with("\r\n") ? 2 : std::min<std::size_t>(Left.size(), 1));
-  }
-  return Items;
-}
+std::vector<std::string> TQuillonReader::ReadStrings() { return QuillonText::SplitLines(ReadString()); }
 
 std::string TQuillonReader::ReadBinary() { return ReadBlock(ReadLength(), FOnProgress); }
 

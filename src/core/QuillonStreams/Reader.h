@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <span>
 #include <string>
@@ -18,8 +19,8 @@ class TQuillonPersistent;
 struct TQuillonPersistentClass;
 
 /// The values that a TQuillonWriter has written, read in the same order. Every typed read raises EQuillonReaderError
-/// if fewer bytes come than the value has, or if its length is below zero. A length is not believed: the memory taken
-/// grows with the bytes that really come.
+/// if fewer bytes come than the value has, or if its length is below zero or beyond FStringLimit. A length is not
+/// believed: the memory taken grows with the bytes that really come.
 class TQuillonReader {
  public:
   TQuillonReader() = default;
@@ -80,6 +81,8 @@ class TQuillonReader {
                                                            const TQuillonPersistentClass& AClass);
 
   TQuillonStreamProgressEvent FOnProgress;
+  /// UTF-16 units of the longest text that ReadString takes.
+  std::int32_t FStringLimit = std::numeric_limits<std::int32_t>::max();
 
  protected:
   std::string_view Unread() const { return {FNext, static_cast<std::size_t>(FEnd - FNext)}; }

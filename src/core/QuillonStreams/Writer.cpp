@@ -77,13 +77,7 @@ void TQuillonWriter::WriteUtf8String(std::string_view AValue) {
   }
 }
 
-void TQuillonWriter::WriteStrings(std::span<const std::string> AValue) {
-  std::string Text;
-  for (const std::string& Item : AValue) {
-    Text.append(Item).append("\r\n");
-  }
-  WriteString(Text);
-}
+void TQuillonWriter::WriteStrings(std::span<const std::string> AValue) { WriteString(QuillonText::JoinLines(AValue)); }
 
 void TQuillonWriter::WriteBinary(std::string_view ABytes) {
   WritePieces(ABytes.size(), [&](std::size_t APlace, std::size_t ASize) { return ABytes.substr(APlace, ASize); });
