@@ -2,9 +2,9 @@
 
 import socket
 
-from binary_form import compress, decompress
+from wire import NO_ID, Reader, Writer, compress, decompress, request
+
 from change_log import read_log, write_log
-from wire import NO_ID, Reader, Writer, request
 
 
 class Client:

@@ -195,8 +195,8 @@ class Conversation:
                 return b"\0" + response(*perform(operation, values))
             except Refusal as refusal:
                 return b"\0" + response(code=refusal.code, message=refusal.message)
-            except (*DAMAGE, TypeError, ValueError, struct.error) as error:
-                return b"\0" + response(code=3, message=f"The request makes no sense: {error}")
+            except (*DAMAGE, TypeError, ValueError, struct.error):
+                return b"\0" + response(code=3, message="The request makes no sense.")
         self.answer("request", work, f"{service}.{operation}")
 
     def storage(self, operation, values):
