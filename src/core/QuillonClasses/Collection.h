@@ -30,7 +30,7 @@ std::int32_t ReadCount(TQuillonReader& AReader);
 template <class TItems>
 void WriteItems(TQuillonObjectWriter& AWriter, const TItems& AnItems) {
   AWriter.WriteLongInt(static_cast<std::int32_t>(AnItems.size()));
-  for (const TQuillonItem& Item : AnItems) {
+  for (const auto& Item : AnItems) {
     AWriter.WriteObject(Item.get());
   }
 }

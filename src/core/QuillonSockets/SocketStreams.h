@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -28,6 +29,11 @@ class TQuillonTransferBound {
   void Start() {
     FBegin = TClock::now();
     FReceived = FSent = 0;
+    LimitNext(std::numeric_limits<std::uint64_t>::max());
+  }
+  /// Lets no more than that many bytes come from now on, nor more than FReceiveLimit in all.
+  void LimitNext(std::uint64_t ACount) {
+    FNextLimit = FReceived + std::min(ACount, std::numeric_limits<std::uint64_t>::max() - FReceived);
   }
   void AddReceived(std::size_t ACount) { FReceived += ACount; }
   void AddSent(std::size_t ACount) { FSent += ACount; }
@@ -37,7 +43,10 @@ class TQuillonTransferBound {
            std::chrono::milliseconds(FAllowance + 1'000 * static_cast<std::int64_t>(FReceived + FSent) / FLeastSpeed);
   }
   /// The bytes that may still come.
-  std::uint64_t ReceiveLeft() const { return FReceived < FReceiveLimit ? FReceiveLimit - FReceived : 0; }
+  std::uint64_t ReceiveLeft() const {
+    const std::uint64_t Limit = std::min(FReceiveLimit, FNextLimit);
+    return FReceived < Limit ? Limit - FReceived : 0;
+  }
 
   std::int64_t FAllowance = 3'600'000;  ///< milliseconds, for all that is no mere moving of bytes
   std::int64_t FLeastSpeed = 16'384;    ///< bytes per second
@@ -47,6 +56,7 @@ class TQuillonTransferBound {
   TClock::time_point FBegin = TClock::now();
   std::uint64_t FReceived = 0;
   std::uint64_t FSent = 0;
+  std::uint64_t FNextLimit = std::numeric_limits<std::uint64_t>::max();
 };
 
 /// Values off a socket, which must outlive the reader. Never more is taken off it than asked for.

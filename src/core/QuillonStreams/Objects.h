@@ -132,6 +132,8 @@ class TQuillonObjectReader final : public TQuillonReader {
   /// Content without a handle, read into the object or, for null, into a fresh one of the class. @return that object
   std::shared_ptr<TQuillonPersistent> ReadObjectProperties(std::shared_ptr<TQuillonPersistent> AnObject,
                                                            const TQuillonPersistentClass& AClass);
+  /// Objects that were made so far; one that occurs again counts once.
+  std::size_t ObjectCount() const { return FObjectMap.size(); }
 
  private:
   struct TEntry {

@@ -45,6 +45,12 @@ class TQuillonRemoteChannel {
   void Lock() { FCriticalSection.Enter(); }
   void Unlock() { FCriticalSection.Leave(); }
 
+  /// Ends what another thread does on the connection with an error in that thread, without waiting for the lock, as far
+  /// as the channel can. It stays as open as it was; a connection made later is not affected.
+  virtual void Abort() {}
+  /// Takes no more than that many bytes of what comes next on the connection, as far as the channel counts them.
+  virtual void LimitReply(std::uint64_t /*ACount*/) {}
+
  protected:
   virtual void CloseConnection() = 0;
   virtual void OpenConnection() = 0;
@@ -72,9 +78,8 @@ class TQuillonTCPRemoteChannel final : public TQuillonRemoteChannel {
   std::uint16_t Port() const { return FSocket.FRemotePort; }
   void SetPort(std::uint16_t AValue) { FSocket.FRemotePort = AValue; }
 
-  /// Ends what another thread does on the connection with an error in that thread, without waiting for the lock. The
-  /// channel stays as open as it was; a connection made later is not affected.
-  void Abort() { FSocket.CloseSocket(tssdBoth); }
+  void Abort() override { FSocket.CloseSocket(tssdBoth); }
+  void LimitReply(std::uint64_t ACount) override { FBound.LimitNext(ACount); }
 
   bool FEnableNoDelay = false;   ///< for the next connection: whether small pieces are sent at once
   TQuillonTransferBound FBound;  ///< of each connection, from its begin on; a connection serves one exchange
