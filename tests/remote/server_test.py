@@ -23,12 +23,13 @@ HERE = pathlib.Path(__file__).parent
 ROOT = HERE.parents[1]
 sys.path += [str(HERE / "standin"), str(HERE.parent / "exchange")]
 
-from client import Client  # noqa: E402
-from server import StandIn  # noqa: E402
-from store import OUT_OF_SYNC, Store, User  # noqa: E402
-from upload_server import Service  # noqa: E402
+from client import Client
+from server import StandIn
+from store import OUT_OF_SYNC, Store, User
+from upload_server import Service
 
-from binary_form import decompress, read_plan  # noqa: E402
+from binary_form import decompress, read_plan, write_content
+from change_log import MODIFICATION, Operation
 
 PROGRAM = HOST = FORMS = SAMPLE = ""
 PLAN = "{0E984725-C51C-4BF4-9960-E1C80E27ABA0}"
@@ -158,6 +159,14 @@ class Programs(unittest.TestCase):
         return session
 
 
+def renaming(teacher, name):
+    """The change of a user who gives a teacher another name."""
+    teacher.values["Surname"], version = name, teacher.values["Version"] + 1
+    teacher.values["Version"] = version
+    return Operation(MODIFICATION, "anna", object_id=teacher.id, object_name=name, object_version=version,
+                     content=write_content(teacher))
+
+
 def load_request(file_id=PLAN_BYTES):
     return struct.pack("<HHiB", 4, 1, 1, 20) + file_id
 
@@ -173,7 +182,8 @@ class Jobs(Programs):
     def test_import(self):
         other = Client(self.server.port, "anna", PASSWORD)
         self.assertEqual(other.log_in(), 0)
-        other.load(PLAN_BYTES)
+        rename = renaming(read_plan(other.load(PLAN_BYTES)).values["Teacher"].items[0], "Umbenannt")
+        self.assertEqual(other.exchange(PLAN_BYTES, [rename]), (0, "", []))
         before = len(self.server.conversations)
         self.assertEqual(self.import_set(), ([IMPORT_LINES[3]], 0))
         self.assertEqual(len(self.server.conversations), before + 6)
@@ -183,8 +193,10 @@ class Jobs(Programs):
                                         struct.pack("<Bi", 1, len(stored)) + stored[:64], bytes(7))]
         self.assertEqual(len(set(sessions)), 2)
         self.assertEqual(self.talk(before + 5)[3][2], bytes(7))
-        # The plan as it lies there, read by other eyes: the room has come, and all else stayed.
-        rooms = read_plan(decompress(stored)).values["Rooms"].items
+        # The plan as it lies there, read by other eyes: the room has come, and what was sent ahead of it stayed.
+        tree = read_plan(decompress(stored))
+        self.assertEqual(tree.values["Teacher"].items[0].values["Surname"], "Umbenannt")
+        rooms = tree.values["Rooms"].items
         new, = (room for room in rooms if room.id == uuid.UUID(ROOM).bytes_le)
         self.assertEqual([new.values[key] for key in ("Code", "Name", "Capacity")], ["Z99", "Neubau", 17])
         self.assertEqual(len(rooms), len(read_plan(decompress(self.plan)).values["Rooms"].items) + 1)
@@ -215,7 +227,8 @@ class Jobs(Programs):
                     self.assertIn(b"Velmora", service.requests[-1].body)
 
     def test_rights(self):
-        policy = lambda value: {PLAN: {"Velmora.Login": value}}  # noqa: E731
+        def policy(value):
+            return {PLAN: {"Velmora.Login": value}}
         self.users(*(User(name, PASSWORD, **values) for name, values in {
             "anna": {}, "admin": {"admin": True, "policies": {}}, 
             "local": {"admin": True, "tenant": "Ost", "policies": {}},
@@ -287,7 +300,8 @@ class Faults(Programs):
             "on=login,do=cut,after=0": SHORT, "on=request,do=cut,after=5000": SHORT,
         }
         for fault in [*told, *lies, *broken, *noise, "on=request,do=echo,code=3,text=Kein Recht", "on=accept,do=cut",
-                      "on=accept,do=reset", "on=login,do=deep,size=100000"]:
+                      "on=accept,do=reset", "on=login,do=deep,size=100000",
+                      "on=call,do=drop,times=99"]:
             with self.subTest(fault):
                 self.server.faults.clear()
                 self.server.faults.plan(fault)

@@ -6,7 +6,7 @@ import uuid
 
 sys.path.append(str(pathlib.Path(__file__).parents[2] / "model" / "forms"))
 
-from binary_form import NUMBERS, BinaryReader, BinaryWriter, FormError, compress, decompress  # noqa: E402,F401
+from binary_form import NUMBERS, BinaryReader, BinaryWriter, FormError, compress, decompress
 
 NO_ID = bytes(16)
 MOST_BYTES = 2 << 30
