@@ -257,7 +257,7 @@ class Jobs(Programs):
                 return super().view(plans)
         self.users(Fading("anna", PASSWORD))
         message, code = self.import_set()
-        self.assertEqual((message, code), ("Cannot store Velmora file. No access rights." + NOT_CONFIRMED, 1))
+        self.assertEqual((message, code), ("Cannot store Velmora file. No access rights.", 1))
         self.assertEqual(self.store.plans[PLAN_BYTES].data, self.plan)
 
     def test_addresses(self):
