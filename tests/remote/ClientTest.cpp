@@ -12,6 +12,7 @@
 namespace {
 
 using namespace std::chrono_literals;
+using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using TConnection = TScriptedServer::TConnection;
@@ -226,6 +227,7 @@ TEST_F(ClientTest, ACutReplyLeavesNothingOfAnyResponse) {
   }
   FClient.CallWithByte();
   EXPECT_TRUE(FClient.FResponse.FErrorCode == 5 && FClient.FResponse.FErrorMessage == "n");
+  EXPECT_THAT(FClient.FLines, Each(Not(HasSubstr("Socket"))));
   FServer.End();
 }
 

@@ -83,8 +83,8 @@ std::size_t TQuillonTCPSocketReader::Read(std::span<char> ABuffer) {
              ADone += Count;
              return Count > 0;
            }
-           FNext = FBuffer.data();
-           FEnd = FNext + Receive(FBuffer);
+           FNext = FEnd = FBuffer.data();
+           FEnd += Receive(FBuffer);
            const std::size_t Count = TakeBuffered(Left);
            ADone += Count;
            return Count > 0;
