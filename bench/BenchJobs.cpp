@@ -149,7 +149,7 @@ std::uint64_t Run(const TJob& AJob) {
   static TVELGlobals& Globals = *new TVELGlobals;  // as the program does
   std::string Lines;
   const TLineSink Output = [&Lines](std::string_view ALine) { Lines.append(ALine).append("\n"); };
-  TExchangeJobs Jobs(Globals.Plan(), Output);
+  TExchangeJobs Jobs(Globals, Output);
   if (TConsoleRun(Output, false).Run([&] { AJob(Jobs); }) != 0) {
     throw std::runtime_error("the job has failed:\n" + Lines);
   }
@@ -184,7 +184,7 @@ std::uint64_t Publish(const std::string& AFileName, const std::string& AForm) {
                                        R"(", "start": "2026-08-03", "studentNames": true, "xmlTypes": )" +
                                        R"(["xmlIndex", "xmlLessons", "xmlChanges", "xmlCalEvents", "xmlAbsences"]}}})");
   static TVELGlobals& Globals = *new TVELGlobals;
-  TVELJSONPublisher Publisher(Globals.Plan(), Settings);
+  TVELJSONPublisher Publisher(Globals, Settings);
   Publisher.LoadVelFile();
   Publisher.Publish();
   return std::filesystem::file_size(Target);

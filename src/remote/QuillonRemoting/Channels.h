@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -15,6 +16,8 @@ namespace QuillonRemoting {
 inline constexpr std::uint64_t ReceiveLimit = (std::uint64_t{2} << 30) + (std::uint64_t{64} << 20);
 /// UTF-16 units of the longest text that is taken from a server.
 inline constexpr std::int32_t StringLimit = 16 << 20;
+/// Bytes that a reader or a writer of a TCP channel gathers.
+inline constexpr std::size_t BufferSize = 4096;
 
 }  // namespace QuillonRemoting
 
@@ -27,7 +30,8 @@ class TQuillonRemoteChannel {
   TQuillonRemoteChannel& operator=(const TQuillonRemoteChannel&) = delete;
   virtual ~TQuillonRemoteChannel() = default;
 
-  /// Values from and to the server; the channel must outlive them.
+  /// Values from and to the server; the channel must outlive them. A writer may keep values back until it is flushed. A
+  /// reader may take more than it is asked for: one serves a whole exchange, behind which a server sends nothing.
   virtual std::unique_ptr<TQuillonReader> GetReader() = 0;
   virtual std::unique_ptr<TQuillonWriter> GetWriter() = 0;
 
@@ -44,6 +48,12 @@ class TQuillonRemoteChannel {
   /// The thread that has the lock may take it again.
   void Lock() { FCriticalSection.Enter(); }
   void Unlock() { FCriticalSection.Leave(); }
+
+  /// Ends what another thread does on the connection with an error in that thread, without waiting for the lock, as far
+  /// as the channel can. It stays as open as it was; a connection made later is not affected.
+  virtual void Abort() {}
+  /// Takes no more than that many bytes of what comes next on the connection, as far as the channel counts them.
+  virtual void LimitReply(std::uint64_t /*ACount*/) {}
 
  protected:
   virtual void CloseConnection() = 0;
@@ -72,9 +82,8 @@ class TQuillonTCPRemoteChannel final : public TQuillonRemoteChannel {
   std::uint16_t Port() const { return FSocket.FRemotePort; }
   void SetPort(std::uint16_t AValue) { FSocket.FRemotePort = AValue; }
 
-  /// Ends what another thread does on the connection with an error in that thread, without waiting for the lock. The
-  /// channel stays as open as it was; a connection made later is not affected.
-  void Abort() { FSocket.CloseSocket(tssdBoth); }
+  void Abort() override { FSocket.CloseSocket(tssdBoth); }
+  void LimitReply(std::uint64_t ACount) override { FBound.LimitNext(ACount); }
 
   bool FEnableNoDelay = false;   ///< for the next connection: whether small pieces are sent at once
   TQuillonTransferBound FBound;  ///< of each connection, from its begin on; a connection serves one exchange

@@ -2,8 +2,16 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "QuillonRemoting/ParamsQueue.h"
+
+namespace QuillonRemoting {
+
+/// Namespace of the log's entries.
+inline constexpr std::string_view LogNamespace = "Quillon.System.Remoting";
+
+}  // namespace QuillonRemoting
 
 /// What a client asks the data server for; a byte on the wire.
 enum TQuillonRemoteCommand : std::uint8_t {

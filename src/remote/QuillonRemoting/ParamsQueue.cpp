@@ -77,6 +77,7 @@ void TQuillonRemoteParamsQueue::WriteProperties(TQuillonObjectWriter& AWriter) c
     AWriter.WriteByte(static_cast<std::uint8_t>(Value.index()));
     Forms.at(Value.index()).Write(AWriter, Value);
   }
+  AWriter.FlushBuffer();
   FQueue.clear();
 }
 
