@@ -1,6 +1,7 @@
 #include "uLogin/LoginData.h"
 
 #include "QuillonDataObjects/DataClass.h"
+#include "QuillonFileSystem.h"
 #include "uOptions/ProgramPaths.h"
 #include "uOptions/SettingsFile.h"
 
@@ -31,6 +32,14 @@ void TVELLoginData::ClearProperties() {
   TQuillonDataStorage::ClearProperties();
   QuillonDataObjects::ResetRows(*this);
 }
+
+void TVELLoginData::BeforeStore() {
+  if (!FFileName.empty()) {
+    TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(FFileName));
+  }
+}
+
+std::string TVELLoginData::GetDefaultFileName() const { return uOptions::ProgramPaths().FLoginFile; }
 
 namespace uLogin {
 
