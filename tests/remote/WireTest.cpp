@@ -8,6 +8,7 @@
 
 #include "QuillonRemoting/Channels.h"
 #include "QuillonRemoting/Messages.h"
+#include "remote/ScriptedServer.h"
 
 namespace {
 
@@ -16,20 +17,6 @@ using TQueue = TQuillonRemoteParamsQueue;
 
 /// Longer than anything here takes, unless it hangs.
 constexpr std::int32_t Long = 20'000;
-
-/// The bytes of hexadecimal digits with blanks between them.
-std::string Hex(std::string_view ADigits) {
-  std::string Bytes;
-  while (!ADigits.empty()) {
-    if (ADigits.starts_with(' ')) {
-      ADigits.remove_prefix(1);
-    } else {
-      Bytes += static_cast<char>(std::stoi(std::string(ADigits.substr(0, 2)), nullptr, 16));
-      ADigits.remove_prefix(2);
-    }
-  }
-  return Bytes;
-}
 
 std::string Written(const TQuillonPersistent& AnObject) {
   TQuillonMemoryStream Stream;
@@ -193,12 +180,14 @@ TEST_F(ChannelTest, OneConnectionServesAllThatOpenedIt) {
   const auto Reader = FChannel.GetReader();
   Writer->WriteByte(rcCall);
   Writer->WriteGuid(QuillonGuid::Parse("{00112233-4455-6677-8899-AABBCCDDEEFF}"));
+  Writer->FlushBuffer();
   Send("00");
   EXPECT_EQ(Reader->ReadByte(), rsSuccess);
   TQuillonRemoteRequest Request(0x0201);
   Request.FID = 4;
   Request.FParamsQueue.PushString("a");
   Writer->WriteObjectProperties(&Request);
+  Writer->FlushBuffer();
   Send("00 0000 01000000 12 01000000 6200");
   EXPECT_EQ(Reader->ReadByte(), rsSuccess);
   TQuillonRemoteResponse Response;
@@ -210,6 +199,7 @@ TEST_F(ChannelTest, OneConnectionServesAllThatOpenedIt) {
   FChannel.Close();
   EXPECT_TRUE(FChannel.IsOpen());
   Writer->WriteByte(rcPing);
+  Writer->FlushBuffer();
   FChannel.Close();
   FChannel.Close();
   EXPECT_FALSE(FChannel.IsOpen());
@@ -223,6 +213,12 @@ TEST_F(ChannelTest, OneConnectionServesAllThatOpenedIt) {
 TEST_F(ChannelTest, AServerThatSendsTooMuchOrTooSlowlyIsCutOff) {
   Open();
   Send("01000001 6100");
+  EXPECT_THROW(FChannel.GetReader()->ReadString(), EQuillonReaderError);
+  FChannel.Close();
+
+  Open();
+  Send("01000000 6100");
+  FChannel.LimitReply(5);
   EXPECT_THROW(FChannel.GetReader()->ReadString(), EQuillonReaderError);
   FChannel.Close();
 

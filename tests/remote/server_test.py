@@ -343,6 +343,7 @@ class Faults(Programs):
 
     def test_a_store_that_fails_says_what_it_knows(self):
         for fault, message, confirmed in (
+                ("on=login,skip=1,do=status,code=1", REFUSED, False),
                 ("on=call,skip=1,do=status,code=3", "Service wurde nicht gefunden.", False),
                 ("on=call,skip=1,do=reset", "", False),
                 ("on=request,operation=4.3,do=error,code=8,text=Platte voll.", "Platte voll.", False),

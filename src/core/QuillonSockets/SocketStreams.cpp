@@ -53,21 +53,70 @@ std::size_t Transfer(std::size_t ACount, const TTerms& ATerms, const TQuillonTCP
 
 }  // namespace
 
+std::size_t TQuillonTCPSocketReader::TakeBuffered(std::span<char> ABuffer) {
+  const std::size_t Count = std::min(ABuffer.size(), Unread().size());
+  std::copy_n(Unread().begin(), Count, ABuffer.begin());
+  FNext += Count;
+  return Count;
+}
+
+std::span<char> TQuillonTCPSocketReader::Allowed(std::span<char> ABuffer) const {
+  return FBound == nullptr ? ABuffer : ABuffer.first(std::min<std::uint64_t>(ABuffer.size(), FBound->ReceiveLeft()));
+}
+
+std::size_t TQuillonTCPSocketReader::Receive(std::span<char> ABuffer) {
+  const std::size_t Count = FSocket.Recv(Allowed(ABuffer));
+  if (FBound != nullptr) {
+    FBound->AddReceived(Count);
+  }
+  return Count;
+}
+
 std::size_t TQuillonTCPSocketReader::Read(std::span<char> ABuffer) {
-  const std::uint64_t Allowed = FBound == nullptr ? ABuffer.size() : FBound->ReceiveLeft();
-  const std::span<char> Wanted = ABuffer.first(std::min<std::uint64_t>(ABuffer.size(), Allowed));
   const TTerms Terms = {FTimeOut, FStallLimit, FBound, FOnProgress};
-  return Transfer(Wanted.size(), Terms, FSocket, ssmRead, [&](std::size_t& ADone) {
-    const std::size_t Count = FSocket.Recv(Wanted.subspan(ADone));
-    ADone += Count;
-    if (FBound != nullptr) {
-      FBound->AddReceived(Count);
-    }
-    return Count > 0;
-  });
+  const std::size_t Buffered = TakeBuffered(ABuffer);
+  const std::span<char> Missing = Allowed(ABuffer.subspan(Buffered));
+  return Buffered + Transfer(Missing.size(), Terms, FSocket, ssmRead, [&](std::size_t& ADone) {
+           const std::span<char> Left = Missing.subspan(ADone);
+           if (Left.size() >= FBuffer.size()) {
+             const std::size_t Count = Receive(Left);
+             ADone += Count;
+             return Count > 0;
+           }
+           FNext = FEnd = FBuffer.data();
+           FEnd += Receive(FBuffer);
+           const std::size_t Count = TakeBuffered(Left);
+           ADone += Count;
+           return Count > 0;
+         });
+}
+
+TQuillonTCPSocketWriter::TQuillonTCPSocketWriter(TQuillonTCPSocket& ASocket, std::size_t ABufferSize)
+    : FSocket(ASocket), FBuffer(ABufferSize, '\0') {
+  FRoom = FBuffer.data();
+  FRoomEnd = FRoom + FBuffer.size();
+}
+
+void TQuillonTCPSocketWriter::FlushBuffer() {
+  const std::string_view Filled(FBuffer.data(), static_cast<std::size_t>(FRoom - FBuffer.data()));
+  FRoom = FBuffer.data();
+  if (Send(Filled) != Filled.size()) {
+    throw EQuillonWriterError();
+  }
 }
 
 std::size_t TQuillonTCPSocketWriter::Write(std::string_view ABytes) {
+  if (ABytes.size() > static_cast<std::size_t>(FRoomEnd - FRoom)) {
+    FlushBuffer();
+  }
+  if (ABytes.size() >= FBuffer.size()) {
+    return Send(ABytes);
+  }
+  FRoom = std::copy(ABytes.begin(), ABytes.end(), FRoom);
+  return ABytes.size();
+}
+
+std::size_t TQuillonTCPSocketWriter::Send(std::string_view ABytes) {
   const TTerms Terms = {FTimeOut, FStallLimit, FBound, FOnProgress};
   return Transfer(ABytes.size(), Terms, FSocket, ssmWrite, [&](std::size_t& ADone) {
     // Room that is gone again is no end: only a failed call tells that.

@@ -5,6 +5,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <span>
+#include <string>
+#include <string_view>
 
 #include "QuillonSockets/Sockets.h"
 #include "QuillonStreams/Reader.h"
@@ -59,13 +62,16 @@ class TQuillonTransferBound {
   std::uint64_t FNextLimit = std::numeric_limits<std::uint64_t>::max();
 };
 
-/// Values off a socket, which must outlive the reader. Never more is taken off it than asked for.
+/// Values off a socket, which must outlive the reader.
 class TQuillonTCPSocketReader final : public TQuillonReader {
  public:
-  explicit TQuillonTCPSocketReader(TQuillonTCPSocket& ASocket) : FSocket(ASocket) {}
+  /// @param ABufferSize 0 for none: never more is taken off the socket than asked for. Else what comes with it waits
+  /// here, and goes with the reader.
+  explicit TQuillonTCPSocketReader(TQuillonTCPSocket& ASocket, std::size_t ABufferSize = 0)
+      : FSocket(ASocket), FBuffer(ABufferSize, '\0') {}
 
   /// Whether a byte is there already.
-  bool CanRead() override { return FSocket.Available() > 0; }
+  bool CanRead() override { return !Unread().empty() || FSocket.Available() > 0; }
   /// Reports progress, also while nothing comes, and so may be ended by its handler.
   /// @return fewer bytes than asked for where the peer has closed, nothing came within FStallLimit, or FBound is
   /// reached
@@ -76,14 +82,23 @@ class TQuillonTCPSocketReader final : public TQuillonReader {
   TQuillonTransferBound* FBound = nullptr;  ///< the connection's, if it has one; must outlive this
 
  private:
+  std::span<char> Allowed(std::span<char> ABuffer) const;
+  std::size_t Receive(std::span<char> ABuffer);
+  std::size_t TakeBuffered(std::span<char> ABuffer);
+
   TQuillonTCPSocket& FSocket;
+  std::string FBuffer;
 };
 
-/// Values onto a socket, which must outlive the writer. Nothing is kept back.
+/// Values onto a socket, which must outlive the writer.
 class TQuillonTCPSocketWriter final : public TQuillonWriter {
  public:
-  explicit TQuillonTCPSocketWriter(TQuillonTCPSocket& ASocket) : FSocket(ASocket) {}
+  /// @param ABufferSize 0 for none: nothing is kept back. Else small values wait here until FlushBuffer, and what
+  /// nobody flushes is not sent.
+  explicit TQuillonTCPSocketWriter(TQuillonTCPSocket& ASocket, std::size_t ABufferSize = 0);
 
+  /// @throws EQuillonWriterError where not all can be sent, which is dropped then
+  void FlushBuffer() override;
   /// Reports progress, also while the peer takes nothing, and so may be ended by its handler.
   /// @return fewer bytes than given where the peer took nothing within FStallLimit, or FBound is reached
   std::size_t Write(std::string_view ABytes) override;
@@ -93,5 +108,8 @@ class TQuillonTCPSocketWriter final : public TQuillonWriter {
   TQuillonTransferBound* FBound = nullptr;  ///< the connection's, if it has one; must outlive this
 
  private:
+  std::size_t Send(std::string_view ABytes);
+
   TQuillonTCPSocket& FSocket;
+  std::string FBuffer;
 };

@@ -7,6 +7,14 @@
 #include "QuillonStreams/Extended.h"
 #include "QuillonText.h"
 
+namespace {
+
+/// How far a block's room runs ahead of its bytes, so that few of them move when it grows; room that stays empty takes
+/// no memory.
+constexpr std::size_t Headway = 8;
+
+}  // namespace
+
 void TQuillonReader::ReadThrough(std::span<char> ABuffer) {
   if (Read(ABuffer) != ABuffer.size()) {
     throw EQuillonReaderError();
@@ -25,7 +33,11 @@ std::string TQuillonReader::ReadBlock(std::size_t ASize, const TQuillonStreamPro
   std::string Block;
   while (Block.size() < ASize) {
     const std::size_t Done = Block.size();
-    Block.resize(Done + std::min(ASize - Done, QuillonStreams::PieceSize));
+    const std::size_t Next = Done + std::min(ASize - Done, QuillonStreams::PieceSize);
+    if (Next > Block.capacity()) {
+      Block.reserve(std::min(ASize, Headway * Next));
+    }
+    Block.resize(Next);
     ReadAll(std::span(Block).subspan(Done));
     QuillonStreams::Report(AnEvent, Block.size(), ASize);
   }

@@ -16,6 +16,14 @@ constexpr std::int8_t LeastAccess = 2;
 constexpr std::string_view IsConfirmed = " (The data server has confirmed that it stored the file.)";
 constexpr std::string_view IsNotConfirmed = " (The data server has not confirmed that it stored the file.)";
 
+/// A user lacks the right to do something with the file.
+class EAccessError : public EQuillonException {
+ public:
+  /// @param AVerb what the user wants to do
+  explicit EAccessError(std::string_view AVerb)
+      : EQuillonException("Cannot " + std::string(AVerb) + " Velmora file. No access rights.") {}
+};
+
 /// A session on the data server for the file that the settings name.
 class TSession {
  public:
@@ -34,7 +42,7 @@ class TSession {
   /// @param AVerb what the user wants to do with the file
   void RequireAccess(std::string_view AVerb) {
     if (FGlobals.RemoteClient().FUserWorkspace.GetPolicyValue(FFileID, PolicyName) < LeastAccess) {
-      throw EQuillonException("Cannot " + std::string(AVerb) + " Velmora file. No access rights.");
+      throw EAccessError(AVerb);
     }
   }
 
@@ -89,13 +97,15 @@ void Load(TVELGlobals& AGlobals, const TVELServerOptions& AnOptions) {
 
 void Store(TVELGlobals& AGlobals, const TVELServerOptions& AnOptions) {
   TSession Session(AGlobals, AnOptions);
-  Session.Login();
-  Session.RequireAccess("store");
   std::string_view Outcome = IsNotConfirmed;
   try {
+    Session.Login();
+    Session.RequireAccess("store");
     Session.Store();
     Outcome = IsConfirmed;
     Session.Logoff();
+  } catch (const EAccessError&) {
+    throw;
   } catch (const std::exception& Error) {
     throw EQuillonException(Error.what() + std::string(Outcome));
   }

@@ -18,8 +18,8 @@ bool IsServer(std::string_view AProvider);
 ///   open Velmora file. No access rights."; and what the client and the load raise
 void Load(TVELGlobals& AGlobals, const TVELServerOptions& AnOptions);
 
-/// As Load, with "Cannot store Velmora file. No access rights.". An error from the store on ends in a sentence that
-/// tells whether the server has confirmed it.
+/// As Load, with "Cannot store Velmora file. No access rights.". Every other error once there is a connection to be
+/// made ends in a sentence that tells whether the server has confirmed the store.
 void Store(TVELGlobals& AGlobals, const TVELServerOptions& AnOptions);
 
 }  // namespace ServerSource

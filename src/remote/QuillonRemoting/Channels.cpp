@@ -40,14 +40,14 @@ void TQuillonRemoteChannel::Close() {
 }
 
 std::unique_ptr<TQuillonReader> TQuillonTCPRemoteChannel::GetReader() {
-  auto Reader = std::make_unique<TQuillonTCPSocketReader>(FSocket);
+  auto Reader = std::make_unique<TQuillonTCPSocketReader>(FSocket, QuillonRemoting::BufferSize);
   Reader->FBound = &FBound;
   Reader->FStringLimit = QuillonRemoting::StringLimit;
   return Reader;
 }
 
 std::unique_ptr<TQuillonWriter> TQuillonTCPRemoteChannel::GetWriter() {
-  auto Writer = std::make_unique<TQuillonTCPSocketWriter>(FSocket);
+  auto Writer = std::make_unique<TQuillonTCPSocketWriter>(FSocket, QuillonRemoting::BufferSize);
   Writer->FBound = &FBound;
   return Writer;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -15,6 +16,8 @@ namespace QuillonRemoting {
 inline constexpr std::uint64_t ReceiveLimit = (std::uint64_t{2} << 30) + (std::uint64_t{64} << 20);
 /// UTF-16 units of the longest text that is taken from a server.
 inline constexpr std::int32_t StringLimit = 16 << 20;
+/// Bytes that a reader or a writer of a TCP channel gathers.
+inline constexpr std::size_t BufferSize = 4096;
 
 }  // namespace QuillonRemoting
 
@@ -27,7 +30,8 @@ class TQuillonRemoteChannel {
   TQuillonRemoteChannel& operator=(const TQuillonRemoteChannel&) = delete;
   virtual ~TQuillonRemoteChannel() = default;
 
-  /// Values from and to the server; the channel must outlive them.
+  /// Values from and to the server; the channel must outlive them. A writer may keep values back until it is flushed. A
+  /// reader may take more than it is asked for: one serves a whole exchange, behind which a server sends nothing.
   virtual std::unique_ptr<TQuillonReader> GetReader() = 0;
   virtual std::unique_ptr<TQuillonWriter> GetWriter() = 0;
 

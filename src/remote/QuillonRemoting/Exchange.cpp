@@ -36,6 +36,8 @@ void TQuillonRemoteExchange::Leave() {
   try {
     FChannel.Close();
   } catch (const std::exception& Error) {
-    QuillonLogs::TheLog().AddEntry(letError, Error.what(), QuillonRemoting::LogNamespace);
+    if (FIsGood) {
+      QuillonLogs::TheLog().AddEntry(letError, Error.what(), QuillonRemoting::LogNamespace);
+    }
   }
 }

@@ -12,7 +12,8 @@ class TQuillonRemoteExchange {
   explicit TQuillonRemoteExchange(TQuillonRemoteChannel& AChannel);
   TQuillonRemoteExchange(const TQuillonRemoteExchange&) = delete;
   TQuillonRemoteExchange& operator=(const TQuillonRemoteExchange&) = delete;
-  /// Unlocks and closes. What the server has answered holds though it cannot be told of the end: that is logged.
+  /// Unlocks and closes. What the server has answered holds though it cannot be told of the end: that is logged, unless
+  /// the exchange has failed already.
   ~TQuillonRemoteExchange();
 
   /// Does something in an exchange. A failure other than one that the server tells leaves nobody knows what on the
@@ -22,6 +23,7 @@ class TQuillonRemoteExchange {
     TQuillonRemoteExchange Exchange(AChannel);
     try {
       AWork(Exchange);
+      Exchange.FIsGood = true;
     } catch (const EQuillonRemoteError&) {
       throw;
     } catch (...) {
@@ -41,6 +43,7 @@ class TQuillonRemoteExchange {
   void Leave();
 
   TQuillonRemoteChannel& FChannel;
+  bool FIsGood = false;
   std::unique_ptr<TQuillonWriter> FWriter;
   std::unique_ptr<TQuillonReader> FReader;
 };

@@ -43,7 +43,7 @@ void TQuillonRemoteKeepAlive::OnTimer() {
 }
 
 void TQuillonRemoteKeepAlive::Start() {
-  if (FEnabled) {
+  if (FEnabled && FPauses == 0) {
     FIsStopping = false;
     try {
       FTimer.SetEnabled(true);
@@ -67,10 +67,12 @@ void TQuillonRemoteKeepAlive::Stop() {
 TQuillonRemoteKeepAlive::TPause::TPause(TQuillonRemoteKeepAlive& AKeepAlive) : FKeepAlive(AKeepAlive) {
   const std::lock_guard<std::mutex> Guard(FKeepAlive.FSwitchLock);
   FKeepAlive.Stop();
+  ++FKeepAlive.FPauses;
 }
 
 TQuillonRemoteKeepAlive::TPause::~TPause() {
   const std::lock_guard<std::mutex> Guard(FKeepAlive.FSwitchLock);
+  --FKeepAlive.FPauses;
   try {
     FKeepAlive.Start();
   } catch (const std::exception& Error) {

@@ -35,7 +35,7 @@ class TQuillonRemoteKeepAlive {
   std::uint32_t Interval() const { return FTimer.Interval(); }
   void SetInterval(std::uint32_t AValue);
 
-  /// Lets no exchange begin as long as it lives, and has waited for one that was under way, or ended it.
+  /// Lets no exchange begin as long as one lives, and has waited for one that was under way, or ended it.
   class TPause {
    public:
     explicit TPause(TQuillonRemoteKeepAlive& AKeepAlive);
@@ -59,5 +59,6 @@ class TQuillonRemoteKeepAlive {
   std::atomic<bool> FIsStopping = false;
   TQuillonEvent FIdle{true, true};  ///< signalled unless an exchange is under way
   std::mutex FSwitchLock;           ///< for starting and stopping the timer, which the timer's thread does not do
+  int FPauses = 0;
   TQuillonTimer FTimer;
 };
