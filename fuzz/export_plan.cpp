@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "Globals.h"
 #include "Plans.h"
 #include "QuillonCSV.h"
 #include "core/TestFiles.h"
@@ -89,26 +90,27 @@ void RequirePublications(TVELPlan& APlan) {
 void Fuzz::Run(std::string_view AnInput) {
   static const TemporaryFolder Folder;
   const std::string Target = Folder.Path("out");
-  const auto Plan = NewPlan();
+  TVELGlobals Globals;
+  TVELPlan& Plan = Globals.Plan();
   auto Configuration = std::make_unique<TOcfConfiguration>();
   auto& Options = Configuration->FOcfExport;
   Options.FSourceFileName = Folder.Path("plan.velmora");
   Options.FTargetFolderName = Target;
   Options.FOnlyScheduledCourses = Options.FOnlyScheduledLessons = AnInput.size() % 2 == 0;
   WriteFile(Options.FSourceFileName, AnInput);
-  auto Writer = std::make_unique<TVELOstrelCsvWriter>(*Plan, std::move(Configuration));
+  auto Writer = std::make_unique<TVELOstrelCsvWriter>(Globals, std::move(Configuration));
   if (!Accepts([&] { Writer->LoadVelFile(); })) {
     return;
   }
-  const std::string Before = Plan->SaveToXML();
+  const std::string Before = Plan.SaveToXML();
   const TFiles Earlier = FilesIn(Target);
   const bool IsDone = Accepts([&] { Writer->WriteAll(); });
   Writer.reset();
   if (IsDone) {
-    RequireSet(*Plan, FilesIn(Target));
+    RequireSet(Plan, FilesIn(Target));
   } else {
     Require(FilesIn(Target) == Earlier, "an export that failed has changed the set of before");
   }
-  RequireSame(Before, Plan->SaveToXML(), "an export has changed the plan");
-  RequirePublications(*Plan);
+  RequireSame(Before, Plan.SaveToXML(), "an export has changed the plan");
+  RequirePublications(Plan);
 }

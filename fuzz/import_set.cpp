@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "Globals.h"
 #include "Plans.h"
 #include "core/TestFiles.h"
 #include "uOstrel/CsvReader.h"
@@ -67,19 +68,20 @@ void RequireRows(const TVELPlan& APlan, const TemporaryFolder& AFolder) {
 void Fuzz::Run(std::string_view AnInput) {
   static const TemporaryFolder Folder;
   Unpack(AnInput, Folder);
-  const auto Plan = NewPlan();
+  TVELGlobals Globals;
+  TVELPlan& Plan = Globals.Plan();
   auto Configuration = std::make_unique<TOcfConfiguration>();
   Configuration->FOcfImport.FSourceFolderName = Folder.Path("");
   Configuration->FOcfImport.FTargetFileName = Folder.Path(std::string(PlanFile));
-  TVELOstrelCsvReader Reader(*Plan, std::move(Configuration));
+  TVELOstrelCsvReader Reader(Globals, std::move(Configuration));
   if (!Accepts([&] { Reader.LoadVelFile(); })) {
     return;
   }
-  const std::string Before = Plan->SaveToXML();
+  const std::string Before = Plan.SaveToXML();
   if (!Accepts([&] { Reader.ReadAll(); })) {
-    RequireSame(Before, Plan->SaveToXML(), "a set that was refused has changed the plan");
+    RequireSame(Before, Plan.SaveToXML(), "a set that was refused has changed the plan");
     return;
   }
-  RequireRows(*Plan, Folder);
-  RequireRest(Plan->SaveToXML());
+  RequireRows(Plan, Folder);
+  RequireRest(Plan.SaveToXML());
 }

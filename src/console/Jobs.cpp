@@ -17,11 +17,12 @@ constexpr std::string_view SaveLine = "Save VELMORA file...";
 
 }  // namespace
 
-TExchangeJobs::TExchangeJobs(TVELPlan& APlan, TLineSink AnOutput) : FPlan(APlan), FOutput(std::move(AnOutput)) {}
+TExchangeJobs::TExchangeJobs(TVELGlobals& AGlobals, TLineSink AnOutput)
+    : FGlobals(AGlobals), FOutput(std::move(AnOutput)) {}
 
 template <class TConfiguration>
 void TExchangeJobs::RunExport(TConfiguration&& AConfiguration) {
-  TVELOstrelCsvWriter Writer(FPlan, std::forward<TConfiguration>(AConfiguration));
+  TVELOstrelCsvWriter Writer(FGlobals, std::forward<TConfiguration>(AConfiguration));
   FOutput(OpenLine);
   Writer.LoadVelFile();
   FOutput("Start Export to OCF...");
@@ -39,7 +40,7 @@ template <class TWriter>
 void TExchangeJobs::RunUpload(const std::string& AConfigFileName, const std::string& AService) {
   const auto Client = QuillonHttp::CreateClient();
   const auto State = uUpload::UserState();
-  TWriter Writer(FPlan, AConfigFileName, *Client, *State);
+  TWriter Writer(FGlobals, AConfigFileName, *Client, *State);
   FOutput(OpenLine);
   Writer.LoadVelFile();
   FOutput("Start Upload to " + AService + "...");
@@ -57,7 +58,7 @@ void TExchangeJobs::UploadToIServ(const std::string& AConfigFileName) {
 
 template <class TConfiguration>
 void TExchangeJobs::RunImport(TConfiguration&& AConfiguration) {
-  TVELOstrelCsvReader Reader(FPlan, std::forward<TConfiguration>(AConfiguration));
+  TVELOstrelCsvReader Reader(FGlobals, std::forward<TConfiguration>(AConfiguration));
   FOutput(OpenLine);
   Reader.LoadVelFile();
   FOutput("Start Import from OCF...");
@@ -74,7 +75,7 @@ void TExchangeJobs::ImportFromOcf(std::unique_ptr<TOcfConfiguration> AConfigurat
 void TExchangeJobs::ImportFromOcf(const std::string& AConfigFileName) { RunImport(AConfigFileName); }
 
 void TExchangeJobs::TransformFile(const std::string& AFileName) {
-  TVELTransformator Transformator(FPlan);
+  TVELTransformator Transformator(FGlobals.Plan());
   FOutput(OpenLine);
   Transformator.LoadFromFile(AFileName);
   FOutput("Generate new Guids...");

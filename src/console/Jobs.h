@@ -1,13 +1,13 @@
 #pragma once
 
 #include "Program.h"
-#include "uPlandaten/Plan.h"
+#include "Globals.h"
 
-/// The jobs of this program on the global plan.
+/// The jobs of this program on the global objects.
 class TExchangeJobs : public TJobs {
  public:
   /// @param AnOutput receives the jobs' progress lines
-  TExchangeJobs(TVELPlan& APlan, TLineSink AnOutput);
+  TExchangeJobs(TVELGlobals& AGlobals, TLineSink AnOutput);
 
   void ExportToOcf(std::unique_ptr<TOcfConfiguration> AConfiguration) override;
   void ExportToOcf(const std::string& AConfigFileName) override;
@@ -25,6 +25,6 @@ class TExchangeJobs : public TJobs {
   template <class TConfiguration>
   void RunImport(TConfiguration&& AConfiguration);
 
-  TVELPlan& FPlan;
+  TVELGlobals& FGlobals;
   TLineSink FOutput;
 };

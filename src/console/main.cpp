@@ -12,7 +12,7 @@ int main(int ACount, char** AValues) {
   // Never freed: they live until the process ends, and to free a plan object by object takes a tenth of a run.
   static TVELGlobals& Globals = *new TVELGlobals;
   const TLineSink Output = [&Console](std::string_view ALine) { Console.WriteLine(ALine); };
-  TExchangeJobs Jobs(Globals.Plan(), Output);
+  TExchangeJobs Jobs(Globals, Output);
   TProgram Program(TCommandLine(Console.Arguments(ACount, AValues), Platform::PathsBeginWithSlash()), Jobs, Output);
   return Program.Run();
 }

@@ -28,22 +28,7 @@ void Check(int AnAnswer, const char* AMessage) {
 
 constexpr const char* Damaged = "Der komprimierte Datenstrom ist beschädigt.";
 
-[[noreturn]] void Refuse() { throw EQuillonStreamError("Der komprimierte Datenstrom erlaubt diesen Zugriff nicht."); }
-
 }  // namespace
-
-std::size_t TQuillonZStream::Read(std::span<char> /*ABuffer*/) { Refuse(); }
-
-void TQuillonZStream::Write(std::string_view /*ABytes*/) { Refuse(); }
-
-std::int64_t TQuillonZStream::Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) {
-  if (AnOffset != 0 || AnOrigin != TQuillonSeekOrigin::Current) {
-    Refuse();
-  }
-  return FPosition;
-}
-
-void TQuillonZStream::SetEndOfFile() { Refuse(); }
 
 void TQuillonZCompressionStream::TEnd::operator()(z_stream_s* AState) const {
   deflateEnd(AState);

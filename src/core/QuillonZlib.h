@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "QuillonIO.h"
+#include "QuillonStreams/OneWay.h"
 #include "QuillonTypes.h"
 
 struct z_stream_s;
@@ -30,25 +30,9 @@ constexpr std::size_t LargestContent(std::size_t ACompressedSize) {
 
 }  // namespace QuillonZlib
 
-/// What the two directions share: of a stream that runs through there is only the position, counted in bytes that are
-/// not compressed. Every other move, and the other direction, raises EQuillonStreamError.
-class TQuillonZStream : public TQuillonStream {
- public:
-  std::size_t Read(std::span<char> ABuffer) override;
-  void Write(std::string_view ABytes) override;
-  std::int64_t Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) override;
-  void SetEndOfFile() override;
-
- protected:
-  void Advance(std::size_t ACount) { FPosition += static_cast<std::int64_t>(ACount); }
-
- private:
-  std::int64_t FPosition = 0;
-};
-
 /// Compresses what is written, in the zlib format (RFC 1950), onto a stream that must outlive it. Without Finish the
 /// compressed data have no end, and every reader takes them for cut: so does a failure leave them.
-class TQuillonZCompressionStream final : public TQuillonZStream {
+class TQuillonZCompressionStream final : public TQuillonOneWayStream {
  public:
   static constexpr int DefaultLevel = -1;
 
@@ -78,7 +62,7 @@ class TQuillonZCompressionStream final : public TQuillonZStream {
 /// Gives the content of compressed data in the zlib format on a stream, which must outlive it. The memory taken does
 /// not depend on the data. At the end of the compressed data their checksum is right, and the source stands exactly
 /// behind them; a source that something follows must be able to move.
-class TQuillonZDecompressionStream final : public TQuillonZStream {
+class TQuillonZDecompressionStream final : public TQuillonOneWayStream {
  public:
   explicit TQuillonZDecompressionStream(TQuillonStream& ASource);
   ~TQuillonZDecompressionStream() override;

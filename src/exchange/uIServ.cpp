@@ -18,9 +18,9 @@ EIServApiError::EIServApiError(const std::string& AMessage) : EQuillonException(
 EIServApiError::EIServApiError(int AStatusCode, const std::string& AStatusText)
     : EQuillonException("[IServ] " + AStatusText), FStatusCode(AStatusCode), FStatusText(AStatusText) {}
 
-TIServWriter::TIServWriter(TVELPlan& APlan, const std::string& ACfgFileName, TQuillonHttpClient& AClient,
+TIServWriter::TIServWriter(TVELGlobals& AGlobals, const std::string& ACfgFileName, TQuillonHttpClient& AClient,
                            TVELUploadState& AState)
-    : TVELSynchronizer(APlan, ACfgFileName), FConnection(AClient), FState(AState) {
+    : TVELSynchronizer(AGlobals, ACfgFileName), FConnection(AClient), FState(AState) {
   FConnection.Hide(Options().FIServApiToken);
   FConnection.Hide(Options().FServerPassword);
 }

@@ -22,7 +22,8 @@ class TIServWriter : public TVELSynchronizer<TIServConfiguration> {
  public:
   /// Loads the configuration file.
   /// @throws EQuillonException as LoadConfiguration
-  TIServWriter(TVELPlan& APlan, const std::string& ACfgFileName, TQuillonHttpClient& AClient, TVELUploadState& AState);
+  TIServWriter(TVELGlobals& AGlobals, const std::string& ACfgFileName, TQuillonHttpClient& AClient,
+               TVELUploadState& AState);
 
   /// Makes the publication, and sends it if the data file has changed.
   /// @return whether it was sent

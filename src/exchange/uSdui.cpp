@@ -48,9 +48,9 @@ ESduiApiError::ESduiApiError(int AStatusCode, const std::string& AStatusText)
 ESduiApiError::ESduiApiError(int AStatusCode, const nlohmann::json& AJson)
     : ESduiApiError(AStatusCode, ErrorsIn(AJson)) {}
 
-TSduiWriter::TSduiWriter(TVELPlan& APlan, const std::string& ACfgFileName, TQuillonHttpClient& AClient,
+TSduiWriter::TSduiWriter(TVELGlobals& AGlobals, const std::string& ACfgFileName, TQuillonHttpClient& AClient,
                          TVELUploadState& AState)
-    : TVELSynchronizer(APlan, ACfgFileName), FConnection(AClient), FState(AState) {
+    : TVELSynchronizer(AGlobals, ACfgFileName), FConnection(AClient), FState(AState) {
   FConnection.Hide(Options().FSduiPin);
   FConnection.Hide(Options().FServerPassword);
 }

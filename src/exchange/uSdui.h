@@ -25,7 +25,8 @@ class TSduiWriter : public TVELSynchronizer<TSduiConfiguration> {
  public:
   /// Loads the configuration file.
   /// @throws EQuillonException as LoadConfiguration
-  TSduiWriter(TVELPlan& APlan, const std::string& ACfgFileName, TQuillonHttpClient& AClient, TVELUploadState& AState);
+  TSduiWriter(TVELGlobals& AGlobals, const std::string& ACfgFileName, TQuillonHttpClient& AClient,
+              TVELUploadState& AState);
 
   /// Logs in with the access code of the school.
   /// @return the token of the session; empty where the service answers with something else than its own form

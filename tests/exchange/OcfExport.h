@@ -73,7 +73,7 @@ class TOcfExport {
     auto Configuration = std::make_unique<TOcfConfiguration>(FConfiguration);
     Configuration->FOcfExport.FSourceFileName = FileName;
     Configuration->FOcfExport.FTargetFolderName = Out().string();
-    auto Writer = std::make_unique<TVELOstrelCsvWriter>(FGlobals.Plan(), std::move(Configuration));
+    auto Writer = std::make_unique<TVELOstrelCsvWriter>(FGlobals, std::move(Configuration));
     Writer->LoadVelFile();
     return Writer;
   }

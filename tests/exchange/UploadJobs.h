@@ -56,7 +56,7 @@ class TUploadJobs {
   bool Upload(std::vector<TQuillonHttpResponse> AnAnswers) {
     Client.Answers = std::move(AnAnswers);
     Client.Requests.clear();
-    TWriter Writer(FGlobals.Plan(), FFolder.Path("config.json"), Client, State);
+    TWriter Writer(FGlobals, FFolder.Path("config.json"), Client, State);
     Writer.LoadVelFile();
     return Writer.UploadVelFile();
   }

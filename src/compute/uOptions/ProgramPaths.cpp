@@ -43,6 +43,7 @@ constexpr TPlace Places[] = {
     {&TPaths::FOptionsFile, &TPaths::FUserDataFolder, "Velmora.opt"},
     {&TPaths::FMessagesFile, &TPaths::FUserDataFolder, "Velmora.sms"},
     {&TPaths::FServerListFile, &TPaths::FUserDataFolder, "Velmora.servers"},
+    {&TPaths::FLoginFile, &TPaths::FUserDataFolder, "velmora.login"},
 };
 
 /// A path below the current folder would be anybody's file.

@@ -35,6 +35,7 @@ struct TVELProgramPaths {
   std::string FOptionsFile;
   std::string FMessagesFile;
   std::string FServerListFile;
+  std::string FLoginFile;
   std::string FProductVersion;
 };
 

@@ -11,16 +11,16 @@ namespace {
 
 constexpr std::string_view Usage = "Usage: velmora-host export|import|publish CONFIG.json [-minimal-display]";
 
-void Export(const std::string& AConfigFileName, TVELPlan& APlan, const TLineSink& AnOutput) {
-  TExchangeJobs(APlan, AnOutput).ExportToOcf(TOcfConfigurationManager::LoadConfig(AConfigFileName));
+void Export(const std::string& AConfigFileName, TVELGlobals& AGlobals, const TLineSink& AnOutput) {
+  TExchangeJobs(AGlobals, AnOutput).ExportToOcf(TOcfConfigurationManager::LoadConfig(AConfigFileName));
 }
 
-void Import(const std::string& AConfigFileName, TVELPlan& APlan, const TLineSink& AnOutput) {
-  TExchangeJobs(APlan, AnOutput).ImportFromOcf(TOcfConfigurationManager::LoadConfig(AConfigFileName));
+void Import(const std::string& AConfigFileName, TVELGlobals& AGlobals, const TLineSink& AnOutput) {
+  TExchangeJobs(AGlobals, AnOutput).ImportFromOcf(TOcfConfigurationManager::LoadConfig(AConfigFileName));
 }
 
-void Publish(const std::string& AConfigFileName, TVELPlan& APlan, const TLineSink& AnOutput) {
-  TVELJSONPublisher Publisher(APlan, AConfigFileName);
+void Publish(const std::string& AConfigFileName, TVELGlobals& AGlobals, const TLineSink& AnOutput) {
+  TVELJSONPublisher Publisher(AGlobals, AConfigFileName);
   AnOutput("Open VELMORA file...");
   Publisher.LoadVelFile();
   AnOutput("Start Publication...");
@@ -30,17 +30,17 @@ void Publish(const std::string& AConfigFileName, TVELPlan& APlan, const TLineSin
 
 struct TJob {
   std::string_view Name;
-  void (*Run)(const std::string& AConfigFileName, TVELPlan& APlan, const TLineSink& AnOutput);
+  void (*Run)(const std::string& AConfigFileName, TVELGlobals& AGlobals, const TLineSink& AnOutput);
 };
 
 constexpr std::array<TJob, 3> Jobs = {{{"export", Export}, {"import", Import}, {"publish", Publish}}};
 
 }  // namespace
 
-void Run(const std::vector<std::string>& AWords, TVELPlan& APlan, const TLineSink& AnOutput) {
+void Run(const std::vector<std::string>& AWords, TVELGlobals& AGlobals, const TLineSink& AnOutput) {
   for (const TJob& Job : Jobs) {
     if (AWords.size() == 2 && AWords.front() == Job.Name) {
-      Job.Run(AWords.back(), APlan, AnOutput);
+      Job.Run(AWords.back(), AGlobals, AnOutput);
       return;
     }
   }

@@ -10,6 +10,6 @@ namespace HostJobs {
 
 /// @param AWords the job and its configuration file
 /// @throws EQuillonException with a line that tells the usage for any other words, and what the job raises
-void Run(const std::vector<std::string>& AWords, TVELPlan& APlan, const TLineSink& AnOutput);
+void Run(const std::vector<std::string>& AWords, TVELGlobals& AGlobals, const TLineSink& AnOutput);
 
 }  // namespace HostJobs

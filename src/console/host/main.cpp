@@ -20,5 +20,5 @@ int main(int ACount, char** AValues) {
   };
   const bool IsMinimal = AsksForMinimum(Words);
   std::erase_if(Words, [&](const std::string& AWord) { return AsksForMinimum({AWord}); });
-  return TConsoleRun(Output, IsMinimal).Run([&] { HostJobs::Run(Words, Globals.Plan(), Output); });
+  return TConsoleRun(Output, IsMinimal).Run([&] { HostJobs::Run(Words, Globals, Output); });
 }

@@ -50,9 +50,23 @@ std::size_t TQuillonDataClass::FindRow(const char* AName, std::size_t AFrom) con
   return Found < FRows.size() ? Found : Seek(0, AFrom);
 }
 
+std::string TQuillonDataClass::DisplayText(std::string_view AnArgument) const {
+  constexpr std::string_view Placeholder = "%s";
+  std::string Text(FDisplayFormat);
+  if (const std::size_t Place = Text.find(Placeholder); Place != std::string::npos) {
+    Text.replace(Place, Placeholder.size(), AnArgument);
+  }
+  return Text;
+}
+
 TQuillonDataAbstractObject* TQuillonDataClass::CreateAny(TQuillonDataAbstractObject* AnOwner, const TGUID& AnID) const {
   assert(FFactory != nullptr);
-  TQuillonDataHandle<TQuillonDataAbstractObject> Object(FFactory());
+  return Begin(FFactory(), AnOwner, AnID);
+}
+
+TQuillonDataAbstractObject* TQuillonDataClass::Begin(TQuillonDataAbstractObject* AnObject,
+                                                     TQuillonDataAbstractObject* AnOwner, const TGUID& AnID) {
+  TQuillonDataHandle<TQuillonDataAbstractObject> Object(AnObject);
   try {
     Object->AfterConstruction(AnOwner, AnID);
   } catch (...) {

@@ -22,6 +22,8 @@ class TQuillonDataClass {
 
   std::string_view Tag() const { return FTag; }
   std::string_view DisplayFormat() const { return FDisplayFormat; }
+  /// The display format with the argument in it; empty for a class without one.
+  std::string DisplayText(std::string_view AnArgument) const;
   const TQuillonDataClass* Base() const { return FBase; }
   bool IsAbstract() const { return FFactory == nullptr; }
   /// All rows in persisted order, those of the bases first.
@@ -46,6 +48,9 @@ class TQuillonDataClass {
 
   /// The same for any class, a storage included.
   TQuillonDataAbstractObject* CreateAny(TQuillonDataAbstractObject* AnOwner, const TGUID& AnID) const;
+  /// The second half of that, for an object of any class that has only been constructed; it is freed on failure.
+  static TQuillonDataAbstractObject* Begin(TQuillonDataAbstractObject* AnObject, TQuillonDataAbstractObject* AnOwner,
+                                           const TGUID& AnID);
 
  protected:
   void AddRow(TQuillonDataRow ARow);
@@ -69,10 +74,11 @@ T* Create(TQuillonDataAbstractObject* AnOwner, const TGUID& AnID = QuillonGuid::
   return static_cast<T*>(T::Class().CreateAny(AnOwner, AnID));
 }
 
-/// A storage of its own.
-template <class T>
-TQuillonDataHandle<T> CreateStorage() {
-  return TQuillonDataHandle<T>(Create<T>(nullptr));
+/// A storage of its own, constructed with the arguments.
+template <class T, class... TArguments>
+TQuillonDataHandle<T> CreateStorage(TArguments... AnArguments) {
+  return TQuillonDataHandle<T>(
+      static_cast<T*>(TQuillonDataClass::Begin(new T(AnArguments...), nullptr, QuillonGuid::New())));
 }
 
 /// Copies the content of the rows that both classes have from their common bases; stamps stay.

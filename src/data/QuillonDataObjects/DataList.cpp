@@ -184,6 +184,9 @@ void TQuillonDataList::InsertAt(int AWanted, int AnIndex, TQuillonDataObject* An
     Perform({.Kind = TOperationKind::Insertion, .Index = AWanted, .NewIndex = AnIndex, .Item = AnItem});
     return;
   }
+  if (LiesWithin(*AnItem)) {
+    throw EQuillonCollectionError(AnItem->GetDisplayName() + " kann sich nicht selbst enthalten.");
+  }
   const int CountBefore = Count();
   TQuillonDataStorage* const Store = Storage();
   const int RecordsBefore = Store != nullptr ? Store->ChangeLog().Count() : 0;

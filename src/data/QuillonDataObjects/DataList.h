@@ -45,6 +45,7 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   void SetItem(int AnIndex, TQuillonDataObject* AnItem);
 
   /// Appends the item, or places it by the order of a sorted list; null is ignored, doubles are not.
+  /// @throws EQuillonCollectionError for an item that the list lies in, if the list would own it
   void Add(TQuillonDataObject* AnItem);
   /// At the end whatever the order, without hooks or notice: for readers, which sort when all is read. Null is ignored.
   void Append(TQuillonDataObject* AnItem);

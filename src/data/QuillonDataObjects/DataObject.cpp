@@ -155,6 +155,14 @@ void TQuillonDataAbstractObject::RecordArrival(TQuillonDataChangeLog& ALog) {
   });
 }
 
+bool TQuillonDataAbstractObject::LiesWithin(const TQuillonDataAbstractObject& AnOuter) const {
+  const TQuillonDataAbstractObject* Object = this;
+  while (Object != nullptr && Object != &AnOuter) {
+    Object = Object->FOwner;
+  }
+  return Object != nullptr;
+}
+
 TQuillonDataAbstractObject* TQuillonDataAbstractObject::Root() const {
   TQuillonDataAbstractObject* Object = FOwner;
   while (Object != nullptr && Object->FOwner != nullptr) {

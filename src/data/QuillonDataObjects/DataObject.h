@@ -72,6 +72,8 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   void SetID(const TGUID& AnID);
 
   bool HasOwner() const { return FOwner != nullptr; }
+  /// Whether the way up the owners leads to the object; true for the object itself.
+  bool LiesWithin(const TQuillonDataAbstractObject& AnOuter) const;
   void SetOwner(TQuillonDataAbstractObject* AnOwner) { FOwner = AnOwner; }
   /// The last object on the way up the owners; null for an object without owner.
   TQuillonDataAbstractObject* Root() const;
@@ -197,6 +199,8 @@ class TQuillonDataHolder {
   static void GiveBack(TQuillonDataObject& AnObject, TQuillonDataAbstractObject& AHolder,
                        TQuillonDataAbstractObject* AnOwner);
   static bool IsHeld(const TQuillonDataObject& AnObject) { return AnObject.FIsHeld; }
+  /// Whether several hold the object.
+  static bool IsShared(const TQuillonDataAbstractObject& AnObject) { return AnObject.FHolders != nullptr; }
   static bool IsHeldBy(const TQuillonDataObject& AnObject, const TQuillonDataAbstractObject& AHolder);
   /// An object that was about to be freed stays: it and what it owns may be referred to again.
   static void Keep(TQuillonDataObject& AnObject);

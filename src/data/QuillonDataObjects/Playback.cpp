@@ -41,14 +41,6 @@ bool Contains(const TQuillonDataList& AList, const TQuillonDataObject& AnItem) {
   return AList.IsItemOwner() ? TQuillonDataHolder::IsHeldBy(AnItem, AList) : AList.Contains(&AnItem);
 }
 
-bool LiesWithin(const TQuillonDataAbstractObject& AnObject, const TQuillonDataAbstractObject& AnOuter) {
-  const TQuillonDataAbstractObject* Object = &AnObject;
-  while (Object != nullptr && Object != &AnOuter) {
-    Object = Object->FOwner;
-  }
-  return Object != nullptr;
-}
-
 }  // namespace
 
 bool TQuillonDataChangeLog::Playback(TQuillonDataStorage& AStorage) const {
@@ -212,7 +204,7 @@ void TQuillonDataPlayback::Insert(const TOperation& AnOperation) {
   if (Contains(List, Object)) {
     return;
   }
-  if (List.IsItemOwner() && LiesWithin(List, Object)) {
+  if (List.IsItemOwner() && List.LiesWithin(Object)) {
     throw EQuillonDataConflict(ctSemanticConflict,
                                AnOperation.FObjectDisplayName + " kann sich nicht selbst enthalten.");
   }

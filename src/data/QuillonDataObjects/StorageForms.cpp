@@ -11,6 +11,7 @@
 #include "QuillonDataObjects/XMLWriter.h"
 #include "QuillonFileReplacement.h"
 #include "QuillonFileSystem.h"
+#include "QuillonStreams/ReadAhead.h"
 #include "QuillonZlib.h"
 
 namespace {
@@ -103,7 +104,8 @@ void TQuillonDataStorage::SaveToBinStream(TQuillonStream& AStream) const {
 }
 
 void TQuillonDataStorage::LoadFromZIPStream(TQuillonStream& AStream) {
-  TQuillonZDecompressionStream Content(AStream);
+  TQuillonZDecompressionStream Unpacked(AStream);
+  TQuillonReadAheadStream Content(Unpacked);
   {
     TQuillonDataObjectBinReader Reader(*this, Content, true);
     LoadWith(Reader);

@@ -169,6 +169,13 @@ class TQuillonDataSweep {
   std::vector<TQuillonDataObject*> FSenseless;
 };
 
+TQuillonDataStorage* QuillonDataObjects::SweptStorage(const TQuillonDataAbstractObject& AnObject) {
+  TQuillonDataStorage* const Store = AnObject.Storage();
+  // What goes while a document is read is known to nobody, or the reader has seen to it.
+  const bool IsSwept = Store != nullptr && !Store->IsReading() && !Store->IsIn(TQuillonDataStorageState::dssClearing);
+  return IsSwept ? Store : nullptr;
+}
+
 void QuillonDataObjects::ClearReferences(TQuillonDataStorage& AStorage, TQuillonDataObject& AnObject) {
   TQuillonDataObject* const Object = &AnObject;
   TQuillonDataSweep Sweep(AStorage);

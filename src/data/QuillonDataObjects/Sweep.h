@@ -2,10 +2,14 @@
 
 #include <span>
 
+class TQuillonDataAbstractObject;
 class TQuillonDataObject;
 class TQuillonDataStorage;
 
 namespace QuillonDataObjects {
+
+/// The storage that may refer to what goes; null while there is none.
+TQuillonDataStorage* SweptStorage(const TQuillonDataAbstractObject& AnObject);
 
 /// Takes every reference to the object and to all that goes with it out of the storage, ahead of their end: references
 /// by their setters, lists by removal. What the object owns goes with it, and so does an object that loses an essential

@@ -9,4 +9,6 @@ TQuillonDataHandle<TVELPlan> MakePlan() {
 
 }  // namespace
 
-TVELGlobals::TVELGlobals() : FPlan(MakePlan()) {}
+TVELGlobals::TVELGlobals() : FPlan(MakePlan()) {
+  FRemoteClient.FVersion = TVELPlan::CurrentRelease;
+}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "QuillonRemoteServices/StorageService.h"
+#include "QuillonRemoting/Channels.h"
 #include "uPlandaten/Plan.h"
 
 /// The objects that live as long as the process and that no job owns, made in one place and in this order.
@@ -8,7 +10,13 @@ class TVELGlobals {
   TVELGlobals();
 
   TVELPlan& Plan() { return *FPlan; }
+  TQuillonTCPRemoteChannel& RemoteChannel() { return FRemoteChannel; }
+  TQuillonRemoteClient& RemoteClient() { return FRemoteClient; }
+  TQuillonRemoteStorageServiceProxy& StorageService() { return FStorageService; }
 
  private:
   TQuillonDataHandle<TVELPlan> FPlan;
+  TQuillonTCPRemoteChannel FRemoteChannel;
+  TQuillonRemoteClient FRemoteClient{&FRemoteChannel};
+  TQuillonRemoteStorageServiceProxy FStorageService{FRemoteClient, *FPlan};
 };

@@ -3,7 +3,6 @@
 #include <cmath>
 #include <utility>
 
-#include "LocalSource.h"
 #include "uPlandaten/Einstellungen.h"
 
 TVELOstrelService::TVELOstrelService(std::unique_ptr<TOcfConfiguration> AConfiguration)
@@ -22,8 +21,8 @@ void TVELOstrelService::ThrowNoConfiguration() {
       "configuration file (-c).");
 }
 
-TVELOstrelSynchronizer::TVELOstrelSynchronizer(TVELPlan& APlan, std::unique_ptr<TOcfConfiguration> AConfiguration)
-    : TVELOstrelService(std::move(AConfiguration)), FPlan(APlan) {}
+TVELOstrelSynchronizer::TVELOstrelSynchronizer(TVELGlobals& AGlobals, std::unique_ptr<TOcfConfiguration> AConfiguration)
+    : TVELOstrelService(std::move(AConfiguration)), FGlobals(AGlobals), FPlan(AGlobals.Plan()) {}
 
 void TVELOstrelSynchronizer::TakeValidRange() {
   FValidFrom = std::trunc(FPlan.FEinstellungen->FGueltigVon);
@@ -32,14 +31,20 @@ void TVELOstrelSynchronizer::TakeValidRange() {
 
 void TVELOstrelSynchronizer::LoadVelFile() {
   // The export's provider decides for the import too.
-  LocalSource::RequireLocal(Configuration().FOcfExport.FSourceProvider);
-  const std::string FileName = GetFileName();
-  LocalSource::RequireFile(FileName);
-  OpenPlan(FileName);
+  if (ServerSource::IsServer(Configuration().FOcfExport.FSourceProvider)) {
+    ServerSource::Load(FGlobals, Options());
+  } else {
+    const std::string FileName = GetFileName();
+    LocalSource::RequireFile(FileName);
+    OpenPlan(FileName);
+  }
   TakeValidRange();
 }
 
 void TVELOstrelSynchronizer::SaveVelFile() {
-  LocalSource::RequireLocal(Configuration().FOcfImport.FTargetProvider);
-  FPlan.SaveToFile(GetFileName());
+  if (ServerSource::IsServer(Configuration().FOcfImport.FTargetProvider)) {
+    ServerSource::Store(FGlobals, Options());
+  } else {
+    FPlan.SaveToFile(GetFileName());
+  }
 }

@@ -4,9 +4,10 @@
 #include <string>
 
 #include "Configuration.h"
+#include "Globals.h"
 #include "LocalSource.h"
 #include "OcfConfiguration.h"
-#include "uPlandaten/Plan.h"
+#include "ServerSource.h"
 #include "uPlandaten/Werte.h"
 
 /// Base of a job with a configuration file of its own, which reads a data file into the global plan.
@@ -21,18 +22,26 @@ class TVELSynchronizer {
   void Abort() { FAborted = true; }
 
   /// Loads the data file into the plan.
-  /// @throws EQuillonException "Local Velmora file does not exist.", and what the load raises
-  virtual void LoadVelFile() { LocalSource::Load(FPlan, Options()); }
+  /// @throws EQuillonException "Local Velmora file does not exist.", what ServerSource raises, and what the load raises
+  virtual void LoadVelFile() {
+    if (ServerSource::IsServer(Options().FSourceProvider)) {
+      ServerSource::Load(FGlobals, Options());
+    } else {
+      LocalSource::RequireFile(Options().FSourceFileName);
+      FPlan.LoadFromFile(Options().FSourceFileName);
+    }
+  }
 
  protected:
   /// Loads the configuration file.
   /// @throws EQuillonException as LoadConfiguration
-  TVELSynchronizer(TVELPlan& APlan, const std::string& ACfgFileName)
-      : FPlan(APlan), FConfiguration(LoadConfiguration<TConfiguration>(ACfgFileName)) {}
+  TVELSynchronizer(TVELGlobals& AGlobals, const std::string& ACfgFileName)
+      : FGlobals(AGlobals), FPlan(AGlobals.Plan()), FConfiguration(LoadConfiguration<TConfiguration>(ACfgFileName)) {}
 
   /// The part of the settings that tells where the data file is.
   virtual const TVELSourceOptions& Options() const = 0;
 
+  TVELGlobals& FGlobals;
   TVELPlan& FPlan;
   bool FAborted = false;
   std::unique_ptr<TConfiguration> FConfiguration;
@@ -67,13 +76,13 @@ class TVELOstrelSynchronizer : public TVELOstrelService {
   void Abort() { FAborted = true; }
 
   /// Loads the data file into the plan and takes the range of valid dates from it.
-  /// @throws EQuillonException "Local Velmora file does not exist.", and what the load raises
+  /// @throws EQuillonException "Local Velmora file does not exist.", what ServerSource raises, and what the load raises
   virtual void LoadVelFile();
-  /// Saves the plan to its data file.
+  /// Saves the plan to its data file, here or on the server.
   void SaveVelFile();
 
  protected:
-  TVELOstrelSynchronizer(TVELPlan& APlan, std::unique_ptr<TOcfConfiguration> AConfiguration);
+  TVELOstrelSynchronizer(TVELGlobals& AGlobals, std::unique_ptr<TOcfConfiguration> AConfiguration);
 
   /// Loads the file; a job that saves it overrides this to hold it meanwhile.
   virtual void OpenPlan(const std::string& AFileName) { FPlan.LoadFromFile(AFileName); }
@@ -85,6 +94,7 @@ class TVELOstrelSynchronizer : public TVELOstrelService {
 
   void TakeValidRange();
 
+  TVELGlobals& FGlobals;
   TVELPlan& FPlan;
   bool FAborted = false;
   TVELDate FValidFrom;  ///< first valid day

@@ -47,8 +47,8 @@ std::array<const TVELPlanobjektliste*, 6> ObjectLists(const TVELPlan& APlan) {
 
 }  // namespace
 
-TVELJSONPublisher::TVELJSONPublisher(TVELPlan& APlan, const std::string& ACfgFileName)
-    : TVELSynchronizer(APlan, ACfgFileName), FCfgFileName(ACfgFileName) {
+TVELJSONPublisher::TVELJSONPublisher(TVELGlobals& AGlobals, const std::string& ACfgFileName)
+    : TVELSynchronizer(AGlobals, ACfgFileName), FCfgFileName(ACfgFileName) {
   if (Settings().FTargetFileName.empty()) {
     ThrowWrong("targetFileName", "the name of the file to write");
   }

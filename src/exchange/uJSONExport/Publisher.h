@@ -11,7 +11,7 @@
 class TVELJSONPublisher : public TVELSynchronizer<TJsonConfiguration> {
  public:
   /// @throws EQuillonException as LoadConfiguration, and for settings that name no file to write, or the data file
-  TVELJSONPublisher(TVELPlan& APlan, const std::string& ACfgFileName);
+  TVELJSONPublisher(TVELGlobals& AGlobals, const std::string& ACfgFileName);
 
   /// Replaces the file whole or not at all, see QuillonIO::ReplaceFile. Does nothing once Abort was called.
   /// @throws EQuillonException for settings that name an object which the plan does not have, naming their key; and

@@ -24,11 +24,11 @@ std::string FileOf(const TCatalog& ACatalog) { return std::string(ACatalog.Name)
 
 }  // namespace
 
-TVELOstrelCsvReader::TVELOstrelCsvReader(TVELPlan& APlan, std::unique_ptr<TOcfConfiguration> AConfiguration)
-    : TVELOstrelSynchronizer(APlan, std::move(AConfiguration)), FImport(APlan) {}
+TVELOstrelCsvReader::TVELOstrelCsvReader(TVELGlobals& AGlobals, std::unique_ptr<TOcfConfiguration> AConfiguration)
+    : TVELOstrelSynchronizer(AGlobals, std::move(AConfiguration)), FImport(AGlobals.Plan()) {}
 
-TVELOstrelCsvReader::TVELOstrelCsvReader(TVELPlan& APlan, const std::string& /*ACfgFileName*/)
-    : TVELOstrelCsvReader(APlan, std::unique_ptr<TOcfConfiguration>()) {}
+TVELOstrelCsvReader::TVELOstrelCsvReader(TVELGlobals& AGlobals, const std::string& /*ACfgFileName*/)
+    : TVELOstrelCsvReader(AGlobals, std::unique_ptr<TOcfConfiguration>()) {}
 
 void TVELOstrelCsvReader::ReadAll() {
   if (!TQuillonFileSystem::IsDirectory(Options().FSourceFolderName)) {

@@ -16,9 +16,9 @@ struct TCatalog;
 /// updated, another one is created, none is deleted. A file that the set lacks is passed over.
 class TVELOstrelCsvReader : public TVELOstrelSynchronizer {
  public:
-  TVELOstrelCsvReader(TVELPlan& APlan, std::unique_ptr<TOcfConfiguration> AConfiguration);
+  TVELOstrelCsvReader(TVELGlobals& AGlobals, std::unique_ptr<TOcfConfiguration> AConfiguration);
   /// A job with a configuration file has no settings and fails at its first look at them.
-  TVELOstrelCsvReader(TVELPlan& APlan, const std::string& ACfgFileName);
+  TVELOstrelCsvReader(TVELGlobals& AGlobals, const std::string& ACfgFileName);
   TVELOstrelCsvReader(const TVELOstrelCsvReader&) = delete;
   TVELOstrelCsvReader& operator=(const TVELOstrelCsvReader&) = delete;
   ~TVELOstrelCsvReader() override { FPlan.CloseFile(); }

@@ -21,13 +21,13 @@
 
 using uOstrel::TCsvFile;
 
-TVELOstrelCsvWriter::TVELOstrelCsvWriter(TVELPlan& APlan, std::unique_ptr<TOcfConfiguration> AConfiguration)
-    : TVELOstrelSynchronizer(APlan, std::move(AConfiguration)) {
+TVELOstrelCsvWriter::TVELOstrelCsvWriter(TVELGlobals& AGlobals, std::unique_ptr<TOcfConfiguration> AConfiguration)
+    : TVELOstrelSynchronizer(AGlobals, std::move(AConfiguration)) {
   TQuillonFileSystem::ForceDirectory(Options().FTargetFolderName);
 }
 
-TVELOstrelCsvWriter::TVELOstrelCsvWriter(TVELPlan& APlan, const std::string& /*ACfgFileName*/)
-    : TVELOstrelCsvWriter(APlan, std::unique_ptr<TOcfConfiguration>()) {}
+TVELOstrelCsvWriter::TVELOstrelCsvWriter(TVELGlobals& AGlobals, const std::string& /*ACfgFileName*/)
+    : TVELOstrelCsvWriter(AGlobals, std::unique_ptr<TOcfConfiguration>()) {}
 
 void TVELOstrelCsvWriter::LoadVelFile() {
   FContext.reset();

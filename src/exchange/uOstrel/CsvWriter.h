@@ -20,10 +20,10 @@ class TVELOstrelCsvWriter : public TVELOstrelSynchronizer {
  public:
   /// Creates the target folder with all its parents.
   /// @throws EQuillonFileSystemError
-  TVELOstrelCsvWriter(TVELPlan& APlan, std::unique_ptr<TOcfConfiguration> AConfiguration);
+  TVELOstrelCsvWriter(TVELGlobals& AGlobals, std::unique_ptr<TOcfConfiguration> AConfiguration);
   /// A job with a configuration file has no settings and fails here.
   /// @throws EQuillonException
-  TVELOstrelCsvWriter(TVELPlan& APlan, const std::string& ACfgFileName);
+  TVELOstrelCsvWriter(TVELGlobals& AGlobals, const std::string& ACfgFileName);
 
   void LoadVelFile() override;
 

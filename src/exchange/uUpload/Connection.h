@@ -6,7 +6,7 @@
 
 #include "QuillonHttp.h"
 #include "QuillonLogs/Manager.h"
-#include "uUpload/Secrets.h"
+#include "Secrets.h"
 
 /// The calls of an upload to its service. What comes back for people to read never tells a secret of the upload,
 /// whatever the service answers: it is masked by "***".

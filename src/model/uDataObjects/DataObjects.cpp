@@ -40,14 +40,6 @@ bool TracksChange(const TQuillonDataAbstractObject& AnObject) {
   return Store != nullptr;
 }
 
-/// The storage that may refer to what goes; null while there is none.
-TQuillonDataStorage* SweptStorage(const TQuillonDataAbstractObject& AnObject) {
-  TQuillonDataStorage* const Store = AnObject.Storage();
-  // What goes while a document is read is known to nobody, or the reader has seen to it.
-  const bool IsSwept = Store != nullptr && !Store->IsReading() && !Store->IsIn(TQuillonDataStorageState::dssClearing);
-  return IsSwept ? Store : nullptr;
-}
-
 }  // namespace
 
 void TVELDataObject::Change() {
@@ -57,22 +49,15 @@ void TVELDataObject::Change() {
 }
 
 void TVELDataObject::FreeProperties() {
-  if (TQuillonDataStorage* const Store = SweptStorage(*this)) {
+  if (TQuillonDataStorage* const Store = QuillonDataObjects::SweptStorage(*this)) {
     QuillonDataObjects::ClearReferences(*Store, *this);
   }
   TQuillonDataObject::FreeProperties();
 }
 
 std::string TVELDataObject::GetDisplayName() const {
-  constexpr std::string_view Placeholder = "%s";
-  std::string Text(DataClass().DisplayFormat());
-  if (Text.empty()) {
-    return TQuillonDataObject::GetDisplayName();
-  }
-  if (const std::size_t Place = Text.find(Placeholder); Place != std::string::npos) {
-    Text.replace(Place, Placeholder.size(), DisplayArgument());
-  }
-  return Text;
+  const bool HasText = !DataClass().DisplayFormat().empty();
+  return HasText ? DataClass().DisplayText(DisplayArgument()) : TQuillonDataObject::GetDisplayName();
 }
 
 TQuillonRelease TVELDataObject::FileRelease() const {
@@ -87,7 +72,7 @@ void TVELDataList::Change() {
 }
 
 void TVELDataList::ReleaseReferences() {
-  if (TQuillonDataStorage* const Store = SweptStorage(*this)) {
+  if (TQuillonDataStorage* const Store = QuillonDataObjects::SweptStorage(*this)) {
     QuillonDataObjects::ClearReferences(*Store, Items());
   }
 }

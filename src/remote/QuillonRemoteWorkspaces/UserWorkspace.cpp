@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "QuillonClasses/Collection.h"
+#include "QuillonRemoteWorkspaces/Files.h"
 
 namespace {
 
@@ -178,6 +179,11 @@ std::int8_t TQuillonRemoteUserWorkspace::GetPolicyValue(const TGUID& AnID, std::
   const TQuillonRemoteUserWorkspaceAbstractFile* const File = FindFile(AnID);
   const auto* const Permission = File == nullptr ? nullptr : File->FPermissions.Find(APolicyName);
   return Permission == nullptr ? QuillonRemoteWorkspaces::NoPolicyValue : Permission->FPolicyValue;
+}
+
+std::int8_t TQuillonRemoteUserWorkspace::GetPolicyValue(const TQuillonRemoteWorkspaceAbstractFile& AFile,
+                                                        std::string_view APolicyName) const {
+  return GetPolicyValue(AFile.ID(), APolicyName);
 }
 
 void TQuillonRemoteUserWorkspace::Swap(TQuillonRemoteUserWorkspace& AnOther) {

@@ -9,6 +9,8 @@
 
 #include "QuillonStreams/Objects.h"
 
+class TQuillonRemoteWorkspaceAbstractFile;
+
 namespace QuillonRemoteWorkspaces {
 
 /// Folders, documents and permissions of a profile that comes from a stream: far more than any user has.
@@ -160,6 +162,7 @@ class TQuillonRemoteUserWorkspace final : public TQuillonNamed<TQuillonRemoteUse
   std::int8_t GetPolicyValue(const TQuillonRemoteUserWorkspaceAbstractFile& AFile, std::string_view APolicyName) const {
     return GetPolicyValue(AFile.FID, APolicyName);
   }
+  std::int8_t GetPolicyValue(const TQuillonRemoteWorkspaceAbstractFile& AFile, std::string_view APolicyName) const;
 
   std::string FUserName;
   std::string FLastname;

@@ -83,13 +83,7 @@ void RegisterClasses() {
 }  // namespace
 
 TQuillonRemoteClient::TQuillonRemoteClient(TQuillonRemoteChannel* AChannel)
-    : FChannel(AChannel),
-      FKeepAlive([this] { return KeepAliveOnTimer(); },
-                 [this] {
-                   if (FChannel != nullptr) {
-                     FChannel->Abort();
-                   }
-                 }) {
+    : FChannel(AChannel), FKeepAlive([this] { return KeepAliveOnTimer(); }, [this] { Abort(); }) {
   RegisterClasses();
 }
 

@@ -52,6 +52,13 @@ class TQuillonRemoteClient {
   /// @return false while another thread has the lock
   bool TryLock() { return FCriticalSection.TryEnter(); }
   void Unlock() { FCriticalSection.Leave(); }
+  /// Ends what another thread does on the connection with an error in that thread, without waiting for the lock. An
+  /// exchange that has no connection yet goes on.
+  void Abort() {
+    if (FChannel != nullptr) {
+      FChannel->Abort();
+    }
+  }
 
   /// Does nothing with a session. A login that the server does not grant leaves no session and an empty FUserWorkspace.
   void Login();

@@ -1,4 +1,4 @@
-#include "uUpload/Secrets.h"
+#include "Secrets.h"
 
 #include <utf8.h>
 

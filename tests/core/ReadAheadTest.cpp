@@ -1,0 +1,76 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <array>
+
+#include "QuillonStreams/ReadAhead.h"
+
+namespace {
+
+constexpr std::size_t Block = 256 << 10;
+
+/// Gives bytes in pieces of many sizes, up to a failure if it is to have one.
+class TSource final : public TQuillonOneWayStream {
+ public:
+  TSource(std::size_t ASize, bool AFails) : FSize(ASize), FFails(AFails) {}
+
+  static char ByteAt(std::size_t APosition) { return static_cast<char>(APosition * 7 + APosition / 251); }
+
+  std::size_t Read(std::span<char> ABuffer) override {
+    const std::size_t Count = std::min({ABuffer.size(), FSize - FDone, FDone % 60'000 + 1});
+    if (Count == 0 && FFails) {
+      throw EQuillonStreamError("broken");
+    }
+    for (char& Byte : ABuffer.first(Count)) {
+      Byte = ByteAt(FDone++);
+    }
+    return Count;
+  }
+
+ private:
+  const std::size_t FSize;
+  const bool FFails;
+  std::size_t FDone = 0;
+};
+
+TEST(ReadAheadTest, AllBytesComeInOrderAndTheFailureBehindThem) {
+  for (const std::size_t Size :
+       {std::size_t{0}, std::size_t{1}, Block - 1, Block, Block + 1, 9 * Block, 9 * Block + 5}) {
+    for (const bool Fails : {false, true}) {
+      SCOPED_TRACE(testing::Message() << Size << (Fails ? " and a failure" : ""));
+      TSource Source(Size, Fails);
+      TQuillonReadAheadStream Stream(Source);
+      std::size_t Done = 0;
+      std::array<char, 10'007> Piece{};
+      const auto ReadAll = [&] {
+        while (const std::size_t Got = Stream.Read(Piece)) {
+          for (std::size_t I = 0; I < Got; ++I, ++Done) {
+            ASSERT_EQ(Piece[I], TSource::ByteAt(Done));
+          }
+        }
+      };
+      if (Fails) {
+        EXPECT_THROW(ReadAll(), EQuillonStreamError);
+        EXPECT_THROW(Stream.Finish(), EQuillonStreamError);
+      } else {
+        ReadAll();
+        Stream.Finish();
+      }
+      EXPECT_EQ(Done, Size);
+      EXPECT_EQ(Stream.Position(), static_cast<std::int64_t>(Size));
+    }
+  }
+}
+
+TEST(ReadAheadTest, WhoStopsEarlyWaitsForNobody) {
+  for (const std::size_t Taken : {std::size_t{0}, std::size_t{10}, 2 * Block, 5 * Block}) {
+    TSource Source(50 * Block, true);
+    TQuillonReadAheadStream Stream(Source);
+    std::string Bytes(Taken, '\0');
+    Stream.ReadBuffer(Bytes);
+    EXPECT_TRUE(
+        std::ranges::all_of(Bytes, [I = std::size_t{0}](char AByte) mutable { return AByte == TSource::ByteAt(I++); }));
+  }
+}
+
+}  // namespace
