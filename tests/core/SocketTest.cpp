@@ -58,7 +58,7 @@ class SocketTest : public testing::Test {
 TEST_F(SocketTest, ValuesComeAsTheyWereSent) {
   EXPECT_EQ(FNear->FLocalPort, FFar->FRemotePort);
   const std::string Block(std::size_t{8} << 20, 'x');
-  for (const std::size_t BufferSize : {0, 7, 4096}) {
+  for (const std::size_t BufferSize : {0U, 7U, 4096U}) {
     const auto Sent = std::async(std::launch::async, [&] {
       TQuillonTCPSocketWriter Writer(*FFar, BufferSize);
       Writer.WriteWord(0xABCD);

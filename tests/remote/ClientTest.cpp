@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <array>
 #include <atomic>
 #include <functional>
 #include <thread>
@@ -59,7 +60,6 @@ class TClient : public TQuillonRemoteClient {
   TClient(const TClient&) = delete;
   TClient& operator=(const TClient&) = delete;
   ~TClient() override {
-    SetKeepAlive(false);
     QuillonLogs::TheLog().ClearLogs();
     QuillonLogs::TheLog().ClearNamespaces();
     for (const std::string& Line : FLines) {
@@ -264,6 +264,10 @@ TEST_F(ClientTest, AHandlerMayRetryAndAnotherSeesTheBlocks) {
 
 TEST(ClientFailureTest, EachCallOfTheChannelMayFail) {
   const std::string Answers = Granted + Success + Success + ResponseBytes + Success;
+  std::string Sent;
+  for (const std::string& Part : {LoginBytes, End, CallBytes, RequestBytes, End, Hex("02"), Session, End}) {
+    Sent += Part;
+  }
   bool HasFailed = true;
   int Done = 0;
   for (int Calls = 0; HasFailed; ++Calls) {
@@ -294,7 +298,7 @@ TEST(ClientFailureTest, EachCallOfTheChannelMayFail) {
     // A failure of the end of a good exchange, which is a call in vain, is logged and ends nothing.
     HasFailed = HasFailed || Channel.FCallsBeforeFailure < 0;
     if (!HasFailed) {
-      EXPECT_EQ(Channel.FSent, LoginBytes + End + CallBytes + RequestBytes + End + Hex("02") + Session + End);
+      EXPECT_EQ(Channel.FSent, Sent);
     }
   }
   EXPECT_EQ(Done, 3);
@@ -330,23 +334,18 @@ TEST_F(ClientThreadTest, TheTimerKeepsTheSessionUntilItIsRefused) {
 
 TEST_F(ClientThreadTest, NothingWaitsLongForASilentServer) {
   const TConnection Silence = {{{KeepAliveBytes, {}}}};
-  FServer.Play({{{{LoginBytes, Granted}, {End, {}}}},
-                Silence,
-                {{{CallBytes, Success}, {RequestBytes, Success + ResponseBytes}, {End, {}}}},
-                Silence,
-                Silence});
-  FClient.Login();
-  const auto AwaitSilence = [&] {
-    FClient.SetKeepAlive(true);
+  const TConnection Call = {{{CallBytes, Success}, {RequestBytes, Success + ResponseBytes}, {End, {}}}};
+  FServer.Play({{{{LoginBytes, Granted}, {End, {}}}}, Silence, Call, Silence, Silence, Silence});
+  auto Client = std::make_unique<TClient>(&FChannel);
+  Client->Login();
+  Client->SetKeepAliveInterval(1);
+  for (const std::function<void()>& Action :
+       {std::function([&] { Client->CallWithByte(); }), std::function([&] { Client->SetKeepAliveInterval(2); }),
+        std::function([&] { Client->SetKeepAlive(false); }), std::function([&] { Client.reset(); })}) {
+    Client->SetKeepAlive(true);
     while (!FChannel.IsOpen()) {
       std::this_thread::sleep_for(1ms);
     }
-  };
-  FClient.SetKeepAliveInterval(1);
-  for (const std::function<void()>& Action :
-       {std::function([&] { FClient.CallWithByte(); }), std::function([&] { FClient.SetKeepAliveInterval(2); }),
-        std::function([&] { FClient.SetKeepAlive(false); })}) {
-    AwaitSilence();
     const auto Begin = TClock::now();
     Action();
     EXPECT_LT(TClock::now() - Begin, 5s);
@@ -354,67 +353,16 @@ TEST_F(ClientThreadTest, NothingWaitsLongForASilentServer) {
   FServer.End();
 }
 
-/// Answers whatever a client does.
-class TBusyServer {
- public:
-  TBusyServer() {
-    FSocket.FLocalHost = "127.0.0.1";
-    FSocket.CreateSocket();
-    FSocket.Bind();
-    FSocket.Listen();
-    FThread = std::thread([this] {
-      while (!FIsOver) {
-        if (FSocket.Poll(20, ssmRead)) {
-          Serve(*FSocket.Accept());
-        }
-      }
-    });
-  }
-  TBusyServer(const TBusyServer&) = delete;
-  TBusyServer& operator=(const TBusyServer&) = delete;
-  ~TBusyServer() {
-    FIsOver = true;
-    FThread.join();
-  }
-  std::uint16_t Port() const { return FSocket.FLocalPort; }
-
- private:
-  static void Serve(TQuillonTCPSocket& APeer) {
-    TQuillonTCPSocketReader Reader(APeer);
-    TQuillonTCPSocketWriter Writer(APeer);
-    try {
-      for (std::uint8_t Command = Reader.ReadByte(); Command != rcEndOfConnection; Command = Reader.ReadByte()) {
-        if (Command == rcLogin) {
-          Reader.ReadString();
-          Reader.ReadString();
-          Reader.ReadString();
-          Writer.WriteSignature(Granted);
-          continue;
-        }
-        Reader.ReadGuid();
-        Writer.WriteByte(rsSuccess);
-        if (Command == rcCall) {
-          Reader.ReadSignature(RequestBytes);
-          Writer.WriteSignature(Success + ResponseBytes);
-        }
-      }
-    } catch (const EQuillonException&) {  // NOLINT(bugprone-empty-catch): the client's cause is its own
-    }
-  }
-
-  TQuillonTCPSocket FSocket;
-  std::atomic<bool> FIsOver = false;
-  std::thread FThread;
-};
-
 TEST_F(ClientThreadTest, CallsOfManyThreadsAndTheTimerDoNotMix) {
-  TBusyServer Server;
-  FChannel.SetPort(Server.Port());
+  FServer.PlayAny({{{LoginBytes, Granted}},
+                   {{CallBytes, Success}, {RequestBytes, Success + ResponseBytes}},
+                   {{KeepAliveBytes, Success}},
+                   {{End, {}}}});
   FClient.SetKeepAliveInterval(1);
   FClient.SetKeepAlive(true);
-  std::vector<std::future<void>> Threads;
-  for (int Thread = 0; Thread < 3; ++Thread) {
-    Threads.push_back(std::async(std::launch::async, [&, Thread] {
+  std::array<std::future<void>, 3> Threads;
+  for (std::size_t Thread = 0; Thread < Threads.size(); ++Thread) {
+    Threads.at(Thread) = std::async(std::launch::async, [&, Thread] {
       for (int Count = 0; Count < 30; ++Count) {
         if (Thread == 2) {
           FClient.SetKeepAlive(Count % 3 != 0);
@@ -426,12 +374,14 @@ TEST_F(ClientThreadTest, CallsOfManyThreadsAndTheTimerDoNotMix) {
           EXPECT_EQ(FClient.FResponse.FParamsQueue.PopString(), "b");
         }
       }
-    }));
+    });
   }
   for (std::future<void>& Thread : Threads) {
     Thread.get();
   }
   EXPECT_TRUE(FClient.IsLoggedIn() && FClient.KeepAlive());
+  FClient.SetKeepAlive(false);
+  FServer.End();
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <future>
 #include <string>
 #include <string_view>
@@ -55,33 +56,63 @@ class TScriptedServer {
       }
     });
   }
+  /// Plays, until the end is wanted, whichever of the sequences begins with the byte that comes.
+  void PlayAny(std::vector<std::vector<TStep>> ASequences) {
+    FIsEndless = true;
+    FPlayed = std::async(std::launch::async, [this, Sequences = std::move(ASequences)] {
+      while (FIsEndless) {
+        if (FSocket.Poll(20, ssmRead)) {
+          const auto Peer = FSocket.Accept();
+          for (std::string Begin = Read(*Peer, 1); !Begin.empty(); Begin = Read(*Peer, 1)) {
+            for (const std::vector<TStep>& Steps : Sequences) {
+              if (Steps.front().Awaited.starts_with(Begin)) {
+                PlaySteps(*Peer, Steps, Begin);
+              }
+            }
+          }
+        }
+      }
+    });
+  }
   /// Waits for the end of the script, behind which nobody has connected.
   void End() {
+    FIsEndless = false;
     FPlayed.get();
     EXPECT_FALSE(FSocket.Poll(0, ssmRead));
   }
 
  private:
+  /// @return less than asked for at the end; a client may cut the connection, too
+  static std::string Read(TQuillonTCPSocket& APeer, std::size_t ACount) {
+    TQuillonTCPSocketReader Reader(APeer);
+    Reader.FStallLimit = Long;
+    std::string Bytes(ACount, '\0');
+    try {
+      Bytes.resize(Reader.Read(Bytes));
+    } catch (const EQuillonSocketError&) {
+      Bytes.clear();
+    }
+    return Bytes;
+  }
+
+  /// @param ABegin what has been read of the first one
+  static void PlaySteps(TQuillonTCPSocket& APeer, const std::vector<TStep>& ASteps, std::string ABegin = {}) {
+    for (const TStep& Step : ASteps) {
+      EXPECT_EQ(ABegin + Read(APeer, Step.Awaited.size() - ABegin.size()), Step.Awaited);
+      TQuillonTCPSocketWriter(APeer).WriteSignature(Step.Answer);
+      ABegin.clear();
+    }
+  }
+
   void PlayConnection(const TConnection& AConnection) {
     const auto Peer = FSocket.Accept();
-    TQuillonTCPSocketReader Reader(*Peer);
-    Reader.FStallLimit = Long;
-    std::string Bytes;
-    for (const TStep& Step : AConnection.Steps) {
-      Bytes.resize(Step.Awaited.size());
-      Bytes.resize(Reader.Read(Bytes));
-      EXPECT_EQ(Bytes, Step.Awaited);
-      TQuillonTCPSocketWriter(*Peer).WriteSignature(Step.Answer);
-    }
+    PlaySteps(*Peer, AConnection.Steps);
     if (!AConnection.IsCut) {
-      Bytes.resize(100);
-      try {
-        EXPECT_EQ(Reader.Read(Bytes), 0U) << "more is sent than awaited";
-      } catch (const EQuillonSocketError&) {  // NOLINT(bugprone-empty-catch): a client may cut the connection, too
-      }
+      EXPECT_EQ(Read(*Peer, 100), "") << "more is sent than awaited";
     }
   }
 
   TQuillonTCPSocket FSocket;
+  std::atomic<bool> FIsEndless = false;
   std::future<void> FPlayed;
 };

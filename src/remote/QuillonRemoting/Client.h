@@ -67,9 +67,9 @@ class TQuillonRemoteClient {
   /// Sends FRequest; the result is in FResponse, which is empty where the call fails or there is no channel.
   ///
   /// Logs in first if there is no session. Where the server no longer knows the session, the request goes out again
-  /// behind a new login, on the same connection. A server that says so of its first answer has not got the request yet.
-  /// One that says so of its second answer has: the values of a request are gone once they are sent, so it goes out
-  /// with an empty queue then. The same holds for a call that FOnError retries.
+  /// behind a new login, on the same connection, MaxLogins times at most. A server that says so of its first answer has
+  /// not got the request yet. One that says so of its second answer has: the values of a request are gone once they are
+  /// sent, so it goes out with an empty queue then. The same holds for a call that FOnError retries.
   void Call();
   /// The same for a request and a response of the caller's own; the shared ones stay as they are.
   std::unique_ptr<TQuillonRemoteResponse> Call(TQuillonRemoteRequest& ARequest);
