@@ -49,7 +49,7 @@ void TQuillonZCompressionStream::Write(std::string_view ABytes) {
     const std::string_view Part = Left.substr(0, LargestCall);
     Compress(Part, Z_NO_FLUSH);
     Left.remove_prefix(Part.size());
-    Advance(Part.size());
+    Advance(static_cast<std::int64_t>(Part.size()));
   }
 }
 
@@ -108,7 +108,7 @@ std::size_t TQuillonZDecompressionStream::Read(std::span<char> ABuffer) {
     }
   }
   const std::size_t Got = Wanted - FState->avail_out;
-  Advance(Got);
+  Advance(static_cast<std::int64_t>(Got));
   if (static_cast<std::size_t>(Position()) > QuillonZlib::LargestContent(FTaken)) {
     throw EQuillonZlibError("Der komprimierte Datenstrom wächst über jedes Maß.");
   }

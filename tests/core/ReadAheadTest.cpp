@@ -44,6 +44,8 @@ TEST(ReadAheadTest, AllBytesComeInOrderAndTheFailureBehindThem) {
       std::array<char, 10'007> Piece{};
       const auto ReadAll = [&] {
         while (const std::size_t Got = Stream.Read(Piece)) {
+          Stream.Seek(-static_cast<std::int64_t>(Got), TQuillonSeekOrigin::Current);
+          ASSERT_EQ(Stream.Read(std::span(Piece).first(Got)), Got);
           for (std::size_t I = 0; I < Got; ++I, ++Done) {
             ASSERT_EQ(Piece[I], TSource::ByteAt(Done));
           }
@@ -54,7 +56,7 @@ TEST(ReadAheadTest, AllBytesComeInOrderAndTheFailureBehindThem) {
         EXPECT_THROW(Stream.Finish(), EQuillonStreamError);
       } else {
         ReadAll();
-        Stream.Finish();
+        EXPECT_EQ(Stream.Finish(), static_cast<std::int64_t>(Size));
       }
       EXPECT_EQ(Done, Size);
       EXPECT_EQ(Stream.Position(), static_cast<std::int64_t>(Size));

@@ -184,6 +184,13 @@ TEST(BinaryForm, TakesDamagedZlibDataForWhatTheyAre) {
     }
   }
   EXPECT_LT(Harmless, 20) << "bits that mean nothing are few";
+
+  TQuillonMemoryStream Longer;
+  TQuillonZCompressionStream Packed(Longer);
+  Packed.Write(BinaryOf(*Store) + '\0');
+  Packed.Finish();
+  Longer.Seek(0, TQuillonSeekOrigin::Begin);
+  EXPECT_THROW(CreateStorage<TTestStorage>()->LoadFromZIPStream(Longer), EQuillonDataObjectReaderError);
 }
 
 }  // namespace

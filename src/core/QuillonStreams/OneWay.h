@@ -12,7 +12,7 @@ class TQuillonOneWayStream : public TQuillonStream {
   void SetEndOfFile() override;
 
  protected:
-  void Advance(std::size_t ACount) { FPosition += static_cast<std::int64_t>(ACount); }
+  void Advance(std::int64_t ACount) { FPosition += ACount; }
 
  private:
   std::int64_t FPosition = 0;

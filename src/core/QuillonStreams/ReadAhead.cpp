@@ -4,6 +4,7 @@
 #include <cstring>
 #include <span>
 #include <system_error>
+#include <utility>
 
 namespace {
 
@@ -98,13 +99,25 @@ std::size_t TQuillonReadAheadStream::Read(std::span<char> ABuffer) {
       break;
     }
   }
-  Advance(Done);
+  Advance(static_cast<std::int64_t>(Done));
   return Done;
 }
 
-void TQuillonReadAheadStream::Finish() {
+std::int64_t TQuillonReadAheadStream::Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) {
+  const std::size_t Gone = FBlock == nullptr ? 0 : FBlock->Size - FLeft.size();
+  if (AnOrigin != TQuillonSeekOrigin::Current || AnOffset >= 0 || std::cmp_greater(-AnOffset, Gone)) {
+    return TQuillonOneWayStream::Seek(AnOffset, AnOrigin);
+  }
+  const auto Back = static_cast<std::size_t>(-AnOffset);
+  FLeft = std::string_view(FBlock->Bytes).substr(Gone - Back, FLeft.size() + Back);
+  Advance(AnOffset);
+  return Position();
+}
+
+std::int64_t TQuillonReadAheadStream::Finish() {
   do {
-    Advance(FLeft.size());
+    Advance(static_cast<std::int64_t>(FLeft.size()));
     FLeft = {};
   } while (TakeBlock());
+  return Position();
 }

@@ -25,9 +25,12 @@ class TQuillonReadAheadStream final : public TQuillonOneWayStream {
 
   /// @throws what the source has raised, behind the bytes that came before
   std::size_t Read(std::span<char> ABuffer) override;
+  /// Goes back over what the last Read gave, too.
+  std::int64_t Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) override;
   /// Reads on to the end, without keeping anything.
+  /// @return the size of the content
   /// @throws as Read
-  void Finish();
+  std::int64_t Finish();
 
  private:
   /// A piece of the content; one that is not full is the last, and may end in a failure.

@@ -110,7 +110,9 @@ void TQuillonDataStorage::LoadFromZIPStream(TQuillonStream& AStream) {
     TQuillonDataObjectBinReader Reader(*this, Content, true);
     LoadWith(Reader);
   }
-  Content.Finish();
+  if (const std::int64_t End = Content.Position(); Content.Finish() != End) {
+    throw EQuillonDataObjectReaderError("Hinter dem Ende des Dokuments stehen weitere Daten.");
+  }
   FModified = false;
 }
 

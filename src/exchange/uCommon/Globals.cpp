@@ -7,8 +7,15 @@ TQuillonDataHandle<TVELPlan> MakePlan() {
   return QuillonDataObjects::CreateStorage<TVELPlan>();
 }
 
+TQuillonDataHandle<TQuillonRemoteWorkspace> MakeWorkspace() {
+  constexpr std::int32_t ReadersCount = 1000;
+  QuillonRemoteWorkspaces::RegisterClasses(TQuillonDataClassRegistry::Instance());
+  return QuillonDataObjects::CreateStorage<TQuillonRemoteWorkspace>(ReadersCount);
+}
+
 }  // namespace
 
-TVELGlobals::TVELGlobals() : FPlan(MakePlan()) {
+TVELGlobals::TVELGlobals() : FPlan(MakePlan()), FRemoteWorkspace(MakeWorkspace()) {
   FRemoteClient.FVersion = TVELPlan::CurrentRelease;
+  FWorkspaceService.FServerPolling = true;
 }

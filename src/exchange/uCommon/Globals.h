@@ -1,6 +1,7 @@
 #pragma once
 
 #include "QuillonRemoteServices/StorageService.h"
+#include "QuillonRemoteServices/WorkspaceService.h"
 #include "QuillonRemoting/Channels.h"
 #include "uPlandaten/Plan.h"
 
@@ -12,11 +13,15 @@ class TVELGlobals {
   TVELPlan& Plan() { return *FPlan; }
   TQuillonTCPRemoteChannel& RemoteChannel() { return FRemoteChannel; }
   TQuillonRemoteClient& RemoteClient() { return FRemoteClient; }
+  TQuillonRemoteWorkspace& RemoteWorkspace() { return *FRemoteWorkspace; }
+  TQuillonRemoteWorkspaceServiceProxy& WorkspaceService() { return FWorkspaceService; }
   TQuillonRemoteStorageServiceProxy& StorageService() { return FStorageService; }
 
  private:
   TQuillonDataHandle<TVELPlan> FPlan;
   TQuillonTCPRemoteChannel FRemoteChannel;
   TQuillonRemoteClient FRemoteClient{&FRemoteChannel};
+  TQuillonDataHandle<TQuillonRemoteWorkspace> FRemoteWorkspace;
+  TQuillonRemoteWorkspaceServiceProxy FWorkspaceService{FRemoteClient, *FRemoteWorkspace};
   TQuillonRemoteStorageServiceProxy FStorageService{FRemoteClient, *FPlan};
 };
