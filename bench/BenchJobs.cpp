@@ -11,6 +11,7 @@
 #include "Globals.h"
 #include "Jobs.h"
 #include "Measure.h"
+#include "PlanServer.h"
 #include "Program.h"
 #include "QuillonDataObjects/Snapshot.h"
 #include "QuillonFileReplacement.h"
@@ -117,11 +118,34 @@ std::uint64_t Save(const std::string& AFileName, const std::string& ATarget, TQu
 
 }  // namespace
 
-std::uint64_t LoadBinary(const std::string& AFileName) {
-  const std::string Binary = AFileName + ".bin";
+namespace {
+
+/// The binary form of a plan, beside its file.
+std::string BinaryOf(const std::string& AFileName) {
+  std::string Binary = AFileName + ".bin";
   if (!std::filesystem::exists(Binary)) {
     Save(AFileName, Binary, ffBinary);
   }
+  return Binary;
+}
+
+/// The same, compressed, as servers give it.
+std::string PackedOf(const std::string& AFileName) {
+  const std::string Packed = AFileName + ".z";
+  if (!std::filesystem::exists(Packed)) {
+    TVELGlobals Globals;
+    Globals.Plan().LoadFromFile(AFileName);
+    TQuillonMemoryStream Content;
+    Globals.Plan().SaveToZIPStream(Content);
+    QuillonIO::ReplaceFile(Packed, Content.Content());
+  }
+  return Packed;
+}
+
+}  // namespace
+
+std::uint64_t LoadBinary(const std::string& AFileName) {
+  const std::string Binary = BinaryOf(AFileName);
   StartClock();
   TVELGlobals Globals;
   Globals.Plan().FFileFormat = ffBinary;
@@ -145,8 +169,9 @@ namespace {
 
 /// Runs a job of the program as the console does.
 template <class TJob>
-std::uint64_t Run(const TJob& AJob) {
+std::uint64_t Run(const TJob& AJob, TQuillonDataFileFormat AFormat = ffXML) {
   static TVELGlobals& Globals = *new TVELGlobals;  // as the program does
+  Globals.Plan().FFileFormat = AFormat;
   std::string Lines;
   const TLineSink Output = [&Lines](std::string_view ALine) { Lines.append(ALine).append("\n"); };
   TExchangeJobs Jobs(Globals, Output);
@@ -156,14 +181,50 @@ std::uint64_t Run(const TJob& AJob) {
   return 0;
 }
 
+/// @param ASet fills in the settings
+template <class TSet>
+std::uint64_t RunExport(const TSet& ASet, TQuillonDataFileFormat AFormat = ffXML) {
+  return Run(
+      [&](TJobs& AJobs) {
+        auto Configuration = std::make_unique<TOcfConfiguration>();
+        ASet(Configuration->FOcfExport);
+        AJobs.ExportToOcf(std::move(Configuration));
+      },
+      AFormat);
+}
+
 }  // namespace
 
 std::uint64_t Export(const std::string& AFileName, const std::string& AFolder) {
-  return Run([&](TJobs& AJobs) {
-    auto Configuration = std::make_unique<TOcfConfiguration>();
-    Configuration->FOcfExport.FSourceFileName = AFileName;
-    Configuration->FOcfExport.FTargetFolderName = AFolder;
-    AJobs.ExportToOcf(std::move(Configuration));
+  return RunExport([&](TOcfExportOptions& AnOptions) {
+    AnOptions.FSourceFileName = AFileName;
+    AnOptions.FTargetFolderName = AFolder;
+  });
+}
+
+std::uint64_t ExportBinary(const std::string& AFileName, const std::string& AFolder) {
+  const std::string Binary = BinaryOf(AFileName);
+  StartClock();
+  return RunExport(
+      [&](TOcfExportOptions& AnOptions) {
+        AnOptions.FSourceFileName = Binary;
+        AnOptions.FTargetFolderName = AFolder;
+      },
+      ffBinary);
+}
+
+std::uint64_t ExportFromServer(const std::string& AFileName, const std::string& AFolder) {
+  constexpr int Connections = 3;  // login, load, logoff
+  TQuillonFileStream Packed(PackedOf(AFileName), fomOpenRead, famShareDenyNone);
+  std::string Plan(static_cast<std::size_t>(Packed.Size()), '\0');
+  Packed.ReadBuffer(Plan);
+  const TPlanServer Server(std::move(Plan), Connections);
+  StartClock();
+  return RunExport([&](TOcfExportOptions& AnOptions) {
+    AnOptions.FSourceProvider = "Server";
+    AnOptions.FServerName = "127.0.0.1";
+    AnOptions.FServerPort = Server.Port();
+    AnOptions.FTargetFolderName = AFolder;
   });
 }
 

@@ -39,6 +39,11 @@ std::uint64_t Snapshot(const std::string& AFileName);
 /// @throws std::runtime_error where the job fails, as those below
 std::uint64_t Export(const std::string& AFileName, const std::string& AFolder);
 
+/// The same from the binary form of the file, which is made first if it does not lie beside it.
+std::uint64_t ExportBinary(const std::string& AFileName, const std::string& AFolder);
+/// The same from a data server on this machine.
+std::uint64_t ExportFromServer(const std::string& AFileName, const std::string& AFolder);
+
 /// Imports an OCF set into the file and saves it.
 std::uint64_t Import(const std::string& AFileName, const std::string& AFolder);
 

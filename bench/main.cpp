@@ -144,6 +144,10 @@ void Register(const TFolder& AFolder, const TFamily& AFamily, int ASize) {
   Add("snapshot", false, [](const TSchool& ASchool) { return Bench::Snapshot(ASchool.FileName); });
   Add("export", false,
       [&AFolder](const TSchool& ASchool) { return Bench::Export(ASchool.FileName, AFolder.Path("out")); });
+  Add("export_binary", false,
+      [&AFolder](const TSchool& ASchool) { return Bench::ExportBinary(ASchool.FileName, AFolder.Path("out")); });
+  Add("export_server", false,
+      [&AFolder](const TSchool& ASchool) { return Bench::ExportFromServer(ASchool.FileName, AFolder.Path("out")); });
   Add("import", false, [](const TSchool& ASchool) { return Bench::Import(ASchool.FileName, ASchool.SetFolder); });
   for (const char* Form : {"undated", "dated"}) {
     Add((std::string("publish_") + Form).c_str(), false,

@@ -18,7 +18,7 @@ WORKSPACE, STORAGE = 3, 4
 
 class Log:
     """Events in their order, also as JSON lines in a file. `bytes` holds the begin of what came or went, in hex,
-    with its whole length and hash beside it where it is cut."""
+    with its whole length and hash beside it where it is cut. With a fault, all that would have gone is told."""
 
     def __init__(self, path=None):
         self.lock, self.events = threading.Lock(), []
