@@ -1,12 +1,15 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <fstream>
+#include <sstream>
 
 #include "QuillonDataObjects/ReaderWriter.h"
 #include "QuillonDataObjects/Registry.h"
 #include "QuillonRemoteWorkspaces/UserWorkspace.h"
 #include "QuillonRemoteWorkspaces/Workspace.h"
 #include "data/DataRows.h"
+#include "data/PlainContent.h"
 
 namespace {
 
@@ -75,6 +78,20 @@ TEST_F(WorkspaceTest, EveryRowOfEveryClassComesBackFromBothForms) {
   }
   Other->Clear();
   EXPECT_EQ(Other->Registry().Count(), 2U) << "the root of the files and the policies";
+}
+
+TEST_F(WorkspaceTest, EveryRowStandsInItsPage) {
+  std::ostringstream Page;
+  Page << std::ifstream(VELMORA_SOURCE_DIR "/docs/workspace.md").rdbuf();
+  auto Classes = DataRows::Descendants(TQuillonRemoteWorkspaceObject::Class());
+  Classes.push_back(&TQuillonRemoteWorkspace::Class());
+  for (const TQuillonDataClass* Class : Classes) {
+    EXPECT_THAT(Page.str(), HasSubstr(std::string(Class->Tag())));
+    for (const TQuillonDataRow& Row : Class->Rows()) {
+      const std::string Name(Row.Name);
+      EXPECT_TRUE(Row.IsStamp || Page.str().find("`" + Name + "`") != std::string::npos) << Class->Tag() << " " << Name;
+    }
+  }
 }
 
 TEST_F(WorkspaceTest, UsersPassWithTheirPasswordAlone) {
@@ -201,6 +218,26 @@ TEST_F(WorkspaceTest, RemovedFilesAreFreedWithTheirContent) {
   EXPECT_THAT(Root.FFolders.Items(), ElementsAre(&Stays));
   FWorkspace->FFileSpace->ProcessRemovedFiles(true);
   EXPECT_TRUE(Root.FFolders.IsEmpty());
+}
+
+TEST_F(WorkspaceTest, ChangesArriveOnAnotherCopy) {
+  TFolder& Folder = Add(FWorkspace->FFileSpace->FFolders, "f");
+  const auto Other = QuillonDataObjects::CreateStorage<TQuillonRemoteWorkspace>();
+  TQuillonMemoryStream Stream;
+  FWorkspace->SaveToBinStream(Stream);
+  Stream.Seek(0, TQuillonSeekOrigin::Begin);
+  Other->LoadFromBinStream(Stream);
+  FWorkspace->ChangeLog().Activate();
+  TUser& User = FWorkspace->CreateDefaultAdminUser();
+  auto& Access = Add(Folder.FUserAccess, "");
+  Access.Set(Access.FUser, &User);
+  TPolicies::SetValue(User, Folder, "read", 2);
+  EXPECT_TRUE(FWorkspace->ChangeLog().Playback(*Other));
+  EXPECT_EQ(PlainContent(*Other), PlainContent(*FWorkspace));
+  FWorkspace->ChangeLog().Clear();
+  FWorkspace->FUsers.Clear();
+  FWorkspace->ChangeLog().Playback(*Other);
+  EXPECT_EQ(PlainContent(*Other), PlainContent(*FWorkspace));
 }
 
 TEST_F(WorkspaceTest, AFolderLiesInOnePlaceAndNotInItself) {

@@ -33,7 +33,7 @@ void StoreValue(const TParty& AParty, const TFile& AFile, std::string_view APoli
   if (Permission == nullptr) {
     Permission = QuillonDataObjects::Create<TQuillonRemoteWorkspacePermission>(Access->Root());
     Permission->FPolicyName = APolicyName;
-    Permission->FValue = AValue;
+    Permission->Set(Permission->FValue, AValue);
     Access->FPermissions.Add(Permission);
   }
   Permission->Set(Permission->FValue, AValue);

@@ -101,7 +101,7 @@ TQuillonRemoteWorkspaceUser& TQuillonRemoteWorkspace::CreateDefaultAdminUser() {
   auto& User = *QuillonDataObjects::Create<TQuillonRemoteWorkspaceUser>(this);
   User.FName = User.FLastname = Name;
   User.FAdmin = User.FCanChangePassword = true;
-  User.FUserType = TVELUserType::utAdmin;
+  User.Set(User.FUserType, TVELUserType::utAdmin);
   FUsers.Add(&User);
   return User;
 }

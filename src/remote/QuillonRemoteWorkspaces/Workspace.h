@@ -21,7 +21,7 @@ void RegisterClasses(TQuillonDataClassRegistry& ARegistry);
 
 /// All that a data server keeps beside the plans themselves: tenants, users, groups, the tree of files, and who may do
 /// what with them.
-class TQuillonRemoteWorkspace final : public TQuillonDataStorage {
+class TQuillonRemoteWorkspace : public TQuillonDataStorage {
  public:
   using TQuillonDataStorage::TQuillonDataStorage;
 
