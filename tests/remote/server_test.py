@@ -273,6 +273,17 @@ class Jobs(Programs):
         self.assertEqual(self.run_program(PROGRAM, "export", "-s", "server", "-sn", "no-such-host.invalid")[1], 1)
 
 
+    def test_two_users_at_work_on_one_plan(self):
+        done = subprocess.run([USERS, str(self.server.port), "anna", PASSWORD, PLAN, "1"], check=False,
+                              capture_output=True, timeout=BOUND)
+        self.assertEqual(done.stdout.decode("utf-8").splitlines(), [
+            "nothing",
+            'conflict: "Raum "C017"" wurde bereits von Benutzer "" modifiziert.',
+            "nothing", "nothing", "new",
+            "out of sync: The change log is out of sync. Load the file again."])
+        self.assertEqual(done.returncode, 0)
+
+
 class Faults(Programs):
     def test_what_ends_an_export(self):
         os.mkdir(self.target)
@@ -281,7 +292,8 @@ class Faults(Programs):
                 for size in (1 << 30, -1, 100000)]
         lies += [f"on=request,operation=4.1,do=lie,what={what},size={size}" for size in (1 << 30, -1, 100000)
                  for what in ("message", "queue", "binary", "kind", "other", "empty")]
-        lies += ["on=request,operation=4.1,do=lie,what=bomb,size=50000000"]
+        lies += ["on=request,operation=4.1,do=lie,what=bomb,size=50000000",
+                 "on=request,operation=4.1,do=lie,what=zeros,size=100000"]
         broken = [f"on={stage},do={do},after={after}" for stage, afters in
                   (("login", (0, 1, 17, 18, 40)), ("call", (0,)), ("logoff", (0,)),
                    ("request", (0, 1, 3, 7, 8, 12, 5000))) for do in ("cut", "reset") for after in afters]
@@ -419,5 +431,5 @@ class Demo(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    PROGRAM, HOST, FORMS, SAMPLE = sys.argv[1:5]
-    unittest.main(argv=sys.argv[:1] + sys.argv[5:], verbosity=2)
+    PROGRAM, HOST, FORMS, USERS, SAMPLE = sys.argv[1:6]
+    unittest.main(argv=sys.argv[:1] + sys.argv[6:], verbosity=2)

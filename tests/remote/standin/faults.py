@@ -51,6 +51,7 @@ LIES = {
     "kind": lambda size: _item(19),
     "other": lambda size: b"\0" + response(("LongInt", size)),
     "empty": lambda size: b"\0" + response(),
+    "zeros": lambda size: b"\0" + response(("Binary", compress(bytes(size)))),
     "bomb": lambda size: b"\0" + response(("Binary", compress(b"\xff" * size))),
 }
 
