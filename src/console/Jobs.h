@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Program.h"
 #include "Globals.h"
+#include "Program.h"
 
 /// The jobs of this program on the global objects.
 class TExchangeJobs : public TJobs {
