@@ -2,7 +2,7 @@
 """Runs the real programs against a data server of the test's own: what goes over the wire, what comes of it, and what
 a server that fails or lies leads to.
 
-Usage: server_test.py PROGRAM HOST FORMS SAMPLE
+Usage: server_test.py PROGRAM HOST FORMS USERS SAMPLE
 """
 
 import json
@@ -32,7 +32,7 @@ from upload_server import Service
 from binary_form import decompress, read_plan, write_content
 from change_log import MODIFICATION, Operation
 
-PROGRAM = HOST = FORMS = SAMPLE = ""
+PROGRAM = HOST = FORMS = USERS = SAMPLE = ""
 PLAN = "{0E984725-C51C-4BF4-9960-E1C80E27ABA0}"
 PLAN_BYTES = uuid.UUID(PLAN).bytes_le
 PASSWORD = "Geh3im&\u00e4"
@@ -226,6 +226,10 @@ class Jobs(Programs):
                     self.assert_exported(self.export_file(path, self.target))
                 else:
                     self.assertIn(b"Velmora", service.requests[-1].body)
+                # The version of the plan travels with it: the same plan is not sent twice.
+                self.assertEqual(self.run_program(PROGRAM, "export", "-c", job, "-p", provider),
+                                 ([f"Start Upload to {name}...", "No changes detected since last upload. No Upload."],
+                                  0))
 
     def test_rights(self):
         def policy(value):
@@ -272,7 +276,6 @@ class Jobs(Programs):
         self.assertEqual(self.export(port=port)[1], 1)
         self.assertEqual(self.run_program(PROGRAM, "export", "-s", "server", "-sn", "no-such-host.invalid")[1], 1)
 
-
     def test_two_users_at_work_on_one_plan(self):
         done = subprocess.run([USERS, str(self.server.port), "anna", PASSWORD, PLAN, "1"], check=False,
                               capture_output=True, timeout=BOUND)
@@ -297,6 +300,8 @@ class Faults(Programs):
         broken = [f"on={stage},do={do},after={after}" for stage, afters in
                   (("login", (0, 1, 17, 18, 40)), ("call", (0,)), ("logoff", (0,)),
                    ("request", (0, 1, 3, 7, 8, 12, 5000))) for do in ("cut", "reset") for after in afters]
+        # A name that stands in the error's text, and is the password.
+        echo = b"\0" + bytes(range(16)) + b"\1" + bytes(24) + bytes(16) + struct.pack("<ii", 1, 1) + text(PASSWORD)
         noise = [f"on={stage},do=garbage,size=3000,code={code}" for stage in ("login", "request") for code in range(4)]
         told = {
             "on=login,do=status,code=1": REFUSED, "on=login,do=status,code=255": REFUSED,
@@ -315,7 +320,7 @@ class Faults(Programs):
         told["on=login,do=cut,after=0"] = told["on=request,do=cut,after=5000"] = SHORT
         for fault in [*told, *lies, *broken, *noise, "on=request,do=echo,code=3,text=Kein Recht", "on=accept,do=cut",
                       "on=accept,do=reset", "on=login,do=deep,size=100000",
-                      "on=call,do=drop,times=99"]:
+                      f"on=login,do=raw,hex={echo.hex()}", "on=call,do=drop,times=99"]:
             with self.subTest(fault):
                 self.server.faults.clear()
                 self.server.faults.plan(fault)

@@ -37,7 +37,9 @@ class TSession {
     FGlobals.RemoteClient().FPassword = AnOptions.FServerPassword;
   }
 
-  void Login() { FGlobals.RemoteClient().Login(); }
+  void Login() {
+    Guarded([&] { FGlobals.RemoteClient().Login(); });
+  }
 
   /// @param AVerb what the user wants to do with the file
   void RequireAccess(std::string_view AVerb) {
@@ -56,11 +58,11 @@ class TSession {
   void Logoff() { FGlobals.RemoteClient().Logoff(); }
 
  private:
-  /// Moves the plan. What a server says of that, or has put into a plan, may be the password.
-  template <class TMove>
-  void Guarded(const TMove& AMove) {
+  /// Talks to the server. What one says, or has put into a plan or a profile, may be the password.
+  template <class TWork>
+  void Guarded(const TWork& AWork) {
     try {
-      AMove();
+      AWork();
     } catch (const EQuillonSocketError&) {
       throw;
     } catch (const EQuillonRemoteStorageServiceError& Error) {
