@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
+#include <functional>
 #include <thread>
 
 #include "QuillonRemoteServices/StorageService.h"
@@ -204,6 +205,21 @@ TEST_F(ServiceTest, ChangesThatAreLostOrDoNotFitAreNotPassedOver) {
   FCopy->ChangeLog().Clear();
   EXPECT_THROW(SentFor(Answer(Changes), Run), EQuillonDataConflict);
   EXPECT_FALSE(FStorage.ServerChangeLog().IsEmpty());
+}
+
+TEST_F(ServiceTest, AnAnswerToARequestWithoutItsValuesConfirmsNothing) {
+  GoOnline();
+  AddTenant(*FCopy, "West");
+  FClient.FPassword = "a";
+  // The session is lost behind the request; the server takes what comes after the login for good.
+  const std::string Lost = Hex("00 04") + Granted + Answer();
+  for (const std::function<void()>& Work :
+       {std::function([&] { FStorage.Store(); }), std::function([&] { Synchronize(); }),
+        std::function([&] { FWorkspace.ChangePassword("a", "b"); })}) {
+    EXPECT_THROW(SentFor(Lost, Work), EQuillonRemoteError);
+  }
+  EXPECT_FALSE(FCopy->ChangeLog().IsEmpty());
+  EXPECT_EQ(FClient.FPassword, "a");
 }
 
 TEST_F(ServiceTest, FurtherOperationsTakeTheirValues) {

@@ -364,6 +364,7 @@ class Faults(Programs):
                 ("on=call,skip=1,do=status,code=3", "Service wurde nicht gefunden.", False),
                 ("on=call,skip=1,do=reset", "", False),
                 ("on=request,operation=4.3,do=error,code=8,text=Platte voll.", "Platte voll.", False),
+                ("on=request,operation=4.3,do=drop", "The request makes no sense.", False),
                 ("on=request,operation=4.3,do=cut", SHORT, None),
                 ("on=request,operation=4.3,do=cut,after=2", SHORT, None),
                 ("on=logoff,skip=1,do=cut", SHORT, True)):

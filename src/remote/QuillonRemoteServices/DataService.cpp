@@ -71,6 +71,12 @@ void TQuillonRemoteDataServiceProxy::RequireSuccess() const {
   }
 }
 
+void TQuillonRemoteDataServiceProxy::RequireSent() const {
+  if (FRemoteClient.FRequest.FSentCount == 0) {
+    Refuse("Der Server hat die Sitzung verloren, ehe er die Daten angenommen hat.", 0);
+  }
+}
+
 void TQuillonRemoteDataServiceProxy::GoOnline(const std::function<void()>& ATake) {
   FStorage.ChangeLog().Clear();
   FStorage.ChangeLog().Activate();
@@ -103,6 +109,7 @@ void TQuillonRemoteDataServiceProxy::StoreFile(const TFile& AFile, const std::fu
     NewRequest(TCall::Store, AFile).FParamsQueue.PushBinary(std::move(Content));
     Call();
     RequireSuccess();
+    RequireSent();
     GoOnline(ATake);
   });
   StartServerPolling();
@@ -148,6 +155,7 @@ TQuillonRemoteStorageSynchronizeResult TQuillonRemoteDataServiceProxy::Exchange(
     return ssrNoNewData;
   }
   if (DoSend) {
+    RequireSent();
     Log.Clear();
   }
   TakeServerChanges();

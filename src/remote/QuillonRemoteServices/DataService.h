@@ -107,6 +107,9 @@ class TQuillonRemoteDataServiceProxy : public TQuillonRemoteServiceProxy {
   void Call();
   /// @throws the error of the service where the answer is one
   void RequireSuccess() const;
+  /// For requests that bring something to the server: its answer to one that went out again, empty, is worth nothing.
+  /// @throws the error of the service then
+  void RequireSent() const;
   /// The server's changes join those that are here.
   void TakeServerChanges();
 

@@ -31,6 +31,7 @@ void TQuillonRemoteWorkspaceServiceProxy::ChangePassword(const std::string& AnOl
     Params.PushString(ANewPassword);
     Call();
     RequireSuccess();
+    RequireSent();
     FRemoteClient.FPassword = ANewPassword;
   });
 }
