@@ -231,6 +231,19 @@ class Jobs(Programs):
                                  ([f"Start Upload to {name}...", "No changes detected since last upload. No Upload."],
                                   0))
 
+    def test_other_jobs_of_the_host(self):
+        job = self.configure("ocfExport", sourceProvider="Server", targetFolderName=self.target)
+        self.assert_exported(self.run_program(HOST, "export", job))
+        results = []
+        for source in ({"sourceProvider": "server"}, {"sourceFileName": SAMPLE}):
+            path = pathlib.Path(self.folder, "publication.json")
+            job = self.configure("jsonExport", targetFileName=str(path), **source)
+            self.assertEqual(self.run_program(HOST, "publish", job),
+                             (["Start Publication...", "Publication finished."], 0))
+            results.append(json.loads(path.read_text("utf-8-sig"))["result"])
+        self.assertEqual(*(result["courses"] for result in results))
+        self.assertEqual(len(self.server.conversations), 6)
+
     def test_rights(self):
         def policy(value):
             return {PLAN: {"Velmora.Login": value}}
