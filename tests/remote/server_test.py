@@ -123,12 +123,12 @@ class Programs(unittest.TestCase):
         pathlib.Path(path).write_text(json.dumps({"Velmora": jobs}), "utf-8")
         return path
 
-    def import_set(self, lines=3):
+    def import_set(self, lines=3, target="Server"):
         source = os.path.join(self.folder, "in")
         os.makedirs(source, exist_ok=True)
         pathlib.Path(source, "Rooms.csv").write_text(f"Id;Code;Name;Capacity\r\n{ROOM[1:-1].lower()};Z99;Neubau;17\r\n",
                                                      "utf-8")
-        job = self.configure("ocfImport", sourceFolderName=source, targetProvider="Server")
+        job = self.configure("ocfImport", sourceFolderName=source, targetProvider=target)
         return self.run_program(HOST, "import", job, lines=IMPORT_LINES[:lines])
 
     def talk(self, number):
@@ -209,6 +209,11 @@ class Jobs(Programs):
         self.wanted = os.path.join(self.folder, "local")
         self.export_file(local + ".velmora", self.wanted)
         self.assert_exported(self.export())
+
+    def test_an_import_without_a_target(self):
+        message, code = self.import_set(target="")
+        self.assertEqual((message[:24], code), ("The plan was not saved: ", 1))
+        self.assertEqual(self.store.plans[PLAN_BYTES].data, self.plan)
 
     def test_uploads(self):
         for job, provider, name in (("sduiExport", "sdui", "Sdui"), ("iServExport", "iserv", "IServ")):

@@ -79,6 +79,7 @@ class TVELOstrelSynchronizer : public TVELOstrelService {
   /// @throws EQuillonException "Local Velmora file does not exist.", what ServerSource raises, and what the load raises
   virtual void LoadVelFile();
   /// Saves the plan to its data file, here or on the server.
+  /// @throws EQuillonException for settings that name neither, and what ServerSource and the save raise
   void SaveVelFile();
 
  protected:
