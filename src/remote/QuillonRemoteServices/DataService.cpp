@@ -3,6 +3,8 @@
 #include <exception>
 #include <utility>
 
+#include "QuillonDataObjects/Conflict.h"
+
 void TQuillonRemoteDataServiceProxy::DoAfterStreaming() {
   if (FAfterStreaming) {
     FAfterStreaming();
@@ -165,7 +167,12 @@ TQuillonRemoteStorageSynchronizeResult TQuillonRemoteDataServiceProxy::Exchange(
   if (FServerChangeLog.IsEmpty()) {
     return ssrNoNewData;
   }
-  FServerChangeLog.Playback(FStorage);
+  try {
+    FServerChangeLog.Playback(FStorage);
+  } catch (const EQuillonDataConflict& Conflict) {
+    AConflictMessage = Conflict.what();
+    return Conflict.FConflictType == ctTooMuchChanges ? ssrChangeLogOutOfSync : ssrConflict;
+  }
   FServerChangeLog.Clear();
   return ssrNewData;
 }
