@@ -25,6 +25,7 @@ ROOT = HERE.parents[1]
 sys.path += [str(HERE / "standin"), str(HERE.parent / "exchange")]
 
 from client import Client
+from faults import LIES
 from server import StandIn
 from store import OUT_OF_SYNC, Store, User
 from upload_server import Service
@@ -297,6 +298,7 @@ class Faults(Programs):
         broken = [f"on={stage},do={do},after={after}" for stage, afters in
                   (("login", (0, 1, 17, 18, 40)), ("call", (0,)), ("logoff", (0,)),
                    ("request", (0, 1, 3, 7, 8, 12, 5000))) for do in ("cut", "reset") for after in afters]
+        lies.append("on=login,do=raw,hex=" + (LIES["permissions"](1) + struct.pack("<i", 1) + text(PASSWORD)).hex())
         noise = [f"on={stage},do=garbage,size=3000,code={code}" for stage in ("login", "request") for code in range(4)]
         told = {
             "on=login,do=status,code=1": REFUSED, "on=login,do=status,code=255": REFUSED,
@@ -309,7 +311,7 @@ class Faults(Programs):
             "on=request,do=status,code=3": "Service wurde nicht gefunden.",
             "on=request,do=status,code=1": "Unbekannter Fehler.",
             "on=request,operation=4.1,do=error,code=5,text=Gesperrt.": "Gesperrt.",
-            "on=request,operation=4.1,do=error,code=5,text=": "The data server has refused without a reason (code 5).",
+            "on=request,operation=4.1,do=error,code=5,text= \n": "The data server has refused without a reason (code 5).",
             "on=request,do=drop": "The request makes no sense.",
         }
         told["on=login,do=cut,after=0"] = told["on=request,do=cut,after=5000"] = SHORT
