@@ -332,7 +332,7 @@ class Faults(Programs):
             "on=request,do=status,code=3": "Service wurde nicht gefunden.",
             "on=request,do=status,code=1": "Unbekannter Fehler.",
             "on=request,operation=4.1,do=error,code=5,text=Gesperrt.": "Gesperrt.",
-            "on=request,operation=4.1,do=error,code=5,text=": "The data server has refused without a reason (code 5).",
+            "on=request,operation=4.1,do=error,code=5,text= \n": "The data server has refused without a reason (code 5).",
             "on=request,do=drop": "The request makes no sense.",
         }
         told["on=login,do=cut,after=0"] = told["on=request,do=cut,after=5000"] = SHORT

@@ -58,7 +58,7 @@ class TSession {
   void Logoff() { FGlobals.RemoteClient().Logoff(); }
 
  private:
-  /// Talks to the server. What one says, or has put into a plan or a profile, may be the password.
+  /// Does what brings texts of the server: what it says, or has put into a profile or a plan, may be the password.
   template <class TWork>
   void Guarded(const TWork& AWork) {
     try {
@@ -67,10 +67,11 @@ class TSession {
       throw;
     } catch (const EQuillonRemoteStorageServiceError& Error) {
       const std::string Text = FSecrets.Clean(Error.what());
-      throw EQuillonRemoteStorageServiceError(Text.empty() ? "The data server has refused without a reason (code " +
-                                                                 std::to_string(Error.ErrorCode()) + ")."
-                                                           : Text,
-                                              Error.ErrorCode());
+      const bool IsEmpty = Text.find_first_not_of(' ') == std::string::npos;
+      throw EQuillonRemoteStorageServiceError(
+          IsEmpty ? "The data server has refused without a reason (code " + std::to_string(Error.ErrorCode()) + ")."
+                  : Text,
+          Error.ErrorCode());
     } catch (const EQuillonRemoteError&) {
       throw;
     } catch (const EQuillonException& Error) {
