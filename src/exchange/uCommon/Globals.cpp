@@ -33,7 +33,9 @@ void TVELGlobals::TellPlan() {
     FReport.Warn("unknown-release",
                  "The data file has no release that is known: " + QuillonText::Quoted(FPlan->FLoadedRelease) + ".");
   }
-  for (const TQuillonDataObject* Object : FPlan->Registry().Unheld()) {
+  // What an upgrade has put out of use is of no concern.
+  const bool IsCurrent = FPlan->FLoadedRelease == TVELPlan::CurrentRelease;
+  for (const TQuillonDataObject* Object : IsCurrent ? FPlan->Registry().Unheld() : std::vector<TQuillonDataObject*>()) {
     FReport.Warn("reference-without-target", "The data file refers to " + std::string(Object->DataClass().Tag()) + " " +
                                                  QuillonGuid::Braced(Object->ID()) + ", which it does not have.");
   }
