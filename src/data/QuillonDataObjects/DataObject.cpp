@@ -38,6 +38,18 @@ const TQuillonDataClass& TQuillonDataAbstractObject::Class() {
 
 std::string TQuillonDataAbstractObject::GetPublicClassName() const { return std::string(DataClass().Tag()); }
 
+std::string TQuillonDataAbstractObject::GetPrivateClassName() const {
+  const char* const Name = typeid(*this).name();
+  int Status = 0;
+  const std::unique_ptr<char, void (*)(void*)> Plain(abi::__cxa_demangle(Name, nullptr, nullptr, &Status), std::free);
+  return Plain != nullptr ? Plain.get() : Name;
+}
+
+bool TQuillonDataObject::Equals(const TQuillonObject& AnObject) const {
+  const auto* const Other = dynamic_cast<const TQuillonDataObject*>(&AnObject);
+  return Other != nullptr && Other->ID() == ID();
+}
+
 std::string TQuillonDataAbstractObject::GetDisplayName() const {
   return GetPublicClassName() + " (ID: " + QuillonGuid::Braced(ID()) + ")";
 }
