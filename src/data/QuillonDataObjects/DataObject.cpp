@@ -1,15 +1,20 @@
 #include "QuillonDataObjects/DataObject.h"
 
+#include <cxxabi.h>
+
 #include <algorithm>
 #include <cassert>
+#include <cstdlib>
 #include <iterator>
 #include <mutex>
 #include <span>
+#include <typeinfo>
 
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/DataList.h"
 #include "QuillonDataObjects/ReaderWriter.h"
 #include "QuillonDataObjects/Storage.h"
+#include "QuillonValues.h"
 
 namespace {
 
@@ -49,6 +54,8 @@ bool TQuillonDataObject::Equals(const TQuillonObject& AnObject) const {
   const auto* const Other = dynamic_cast<const TQuillonDataObject*>(&AnObject);
   return Other != nullptr && Other->ID() == ID();
 }
+
+std::int32_t TQuillonDataObject::GetHashCode() const { return QuillonValues::HashOf(ID()); }
 
 std::string TQuillonDataAbstractObject::GetDisplayName() const {
   return GetPublicClassName() + " (ID: " + QuillonGuid::Braced(ID()) + ")";

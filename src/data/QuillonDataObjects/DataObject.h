@@ -12,7 +12,6 @@
 #include "QuillonDateTime.h"
 #include "QuillonGuid.h"
 #include "QuillonTypes.h"
-#include "QuillonValues.h"
 
 class TQuillonDataChangeLog;
 class TQuillonDataClass;
@@ -170,7 +169,7 @@ class TQuillonDataObject : public TQuillonDataAbstractObject {
 
   /// Goes by the identity, in whatever storage.
   bool Equals(const TQuillonObject& AnObject) const override;
-  std::int32_t GetHashCode() const override { return QuillonValues::HashOf(ID()); }
+  std::int32_t GetHashCode() const override;
 
   /// Takes this object out of its owner, if that is a list.
   void Extract();

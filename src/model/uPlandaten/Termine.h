@@ -37,8 +37,8 @@ class TVELAbstrakterTermin : public TVELBasisObject {
   TVELDateTime FOrgEnde;
   TVELDateTime FOriginalStart;
   TVELDateTime FOriginalEnde;
-  std::string FGID;      ///< identifier in another system
-  std::string FOID;      ///< identifier in another system
+  std::string FGID;  ///< identifier in another system
+  std::string FOID;  ///< identifier in another system
 
   /// The timing that counts: the alternative one while the plan has it switched on.
   TVELDateTime Start() const;
