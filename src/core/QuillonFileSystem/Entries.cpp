@@ -68,7 +68,7 @@ void TQuillonDirectory::Create() {
 TQuillonDirectory TQuillonDirectory::CreateSubdirectory(std::string_view AName) const {
   const std::string Path = TQuillonFilePath::Combine(FFullName, AName);
   TQuillonFileSystem::ForceDirectory(Path);
-  return TQuillonDirectory(Path);
+  return TQuillonDirectory(Path);  // NOLINT(modernize-return-braced-init-list): the constructor is explicit
 }
 
 void TQuillonDirectory::Delete(bool Recursiv) {
