@@ -42,6 +42,14 @@ struct TQuillonDateTime {
   static TQuillonDateTime FromISO8601(std::string_view AText);
   /// @param ASeconds since 1970-01-01; the wall time is taken as it stands
   static TQuillonDateTime FromUnixTime(std::int64_t ASeconds);
+  /// @param ACount of 100 nanoseconds since 1601-01-01; the wall time is taken as it stands
+  static TQuillonDateTime FromWindowsTime(std::int64_t ACount);
+  /// The date of mails (RFC 822, with the years and zones of RFC 2822): "Sat, 01 Aug 2026 07:45:00 +0200". In the local
+  /// zone's time, as the next one. @throws EQuillonConvertError, naming the text
+  static TQuillonDateTime FromRFC822(std::string_view AText);
+  /// The date of the management services: "20260801074500.000000+120", the offset in minutes; with "+***" the time is
+  /// taken as it stands.
+  static TQuillonDateTime FromWmiFormat(std::string_view AText);
 
   /// The value moved by an amount of either sign; a day that the month does not have becomes its last one.
   /// @throws EQuillonDateTimeError "Argument is out of range." beyond the years 1 to 9999
@@ -62,6 +70,7 @@ struct TQuillonDateTime {
   /// "2026-08-01T07:45:00.000Z", or with the local zone's offset at that wall time in place of the Z.
   std::string ToISO8601(bool IncludeTimeZone = false) const;
   std::int64_t ToUnixTime() const;
+  std::int64_t ToWindowsTime() const;
   /// Short date and time of the settings; a format is told in QuillonDateTimeFormat.h.
   std::string ToString() const;
   std::string ToString(const TQuillonFormatSettings& ASettings) const;
@@ -83,6 +92,7 @@ struct TQuillonDate {
   static TQuillonDate Create(std::string_view AText, const TQuillonFormatSettings& ASettings);
   static TQuillonDate FromISO8601(std::string_view AText);
   static TQuillonDate FromUnixTime(std::int64_t ASeconds);
+  static TQuillonDate FromWindowsTime(std::int64_t ACount);
 
   [[nodiscard]] TQuillonDate AddDays(std::int64_t ACount) const;
   [[nodiscard]] TQuillonDate AddWeeks(std::int64_t ACount) const;
@@ -94,6 +104,7 @@ struct TQuillonDate {
 
   std::string ToISO8601() const;
   std::int64_t ToUnixTime() const;
+  std::int64_t ToWindowsTime() const;
   std::string ToString() const;
   std::string ToString(const TQuillonFormatSettings& ASettings) const;
   std::string ToString(std::string_view AFormat) const;
@@ -163,6 +174,12 @@ double Now();
 int LocalOffset(double ALocal);
 /// Offsets are remembered; this is for those who change the zone of the running program.
 void ForgetLocalOffsets();
+
+/// An instant, in milliseconds since 1970-01-01T00:00:00 UTC, as the clocks show it there or here, and back.
+double UtcFromInstant(std::int64_t AnInstant);
+double LocalFromInstant(std::int64_t AnInstant);
+std::int64_t InstantOfUtc(double AValue);
+std::int64_t InstantOfLocal(double AValue);
 
 /// Monday is 1, Sunday 7 (ISO 8601).
 int DayOfWeek(double AValue);

@@ -71,12 +71,18 @@ int CachedOffset(std::int64_t AWall) {
 
 namespace QuillonDateTime {
 
-double Now() {
-  Platform::Clock& Clock = Platform::TheClock();
-  const std::int64_t Utc = Clock.UtcMilliseconds();
-  const std::int64_t UtcSeconds = Utc / 1000 - (Utc % 1000 < 0 ? 1 : 0);
-  return Join(FromAbsolute(Utc + Clock.OffsetAt(UtcSeconds) * std::int64_t{1000} + UnixDay * MillisecondsPerDay));
+double Now() { return LocalFromInstant(Platform::TheClock().UtcMilliseconds()); }
+
+double UtcFromInstant(std::int64_t AnInstant) { return Join(FromAbsolute(AnInstant + UnixDay * MillisecondsPerDay)); }
+
+double LocalFromInstant(std::int64_t AnInstant) {
+  const std::int64_t Seconds = AnInstant / 1000 - (AnInstant % 1000 < 0 ? 1 : 0);
+  return UtcFromInstant(AnInstant + Platform::TheClock().OffsetAt(Seconds) * std::int64_t{1000});
 }
+
+std::int64_t InstantOfUtc(double AValue) { return Split(AValue).Absolute() - UnixDay * MillisecondsPerDay; }
+
+std::int64_t InstantOfLocal(double AValue) { return InstantOfUtc(AValue) - LocalOffset(AValue) * std::int64_t{1000}; }
 
 int LocalOffset(double ALocal) {
   const auto [Day, Milliseconds] = Split(ALocal);

@@ -3,15 +3,6 @@
 #include <algorithm>
 #include <array>
 
-std::string TQuillonUrlPath::Combine(std::string_view AUrl, std::string_view APath) {
-  if (AUrl.empty() || APath.empty()) {
-    return std::string(AUrl.empty() ? APath : AUrl);
-  }
-  AUrl.remove_suffix(AUrl.size() - (AUrl.find_last_not_of('/') + 1));
-  APath.remove_prefix(std::min(APath.find_first_not_of('/'), APath.size()));
-  return std::string(AUrl).append("/").append(APath);
-}
-
 namespace QuillonHttp {
 
 std::string_view StatusName(int AStatus) {

@@ -60,15 +60,6 @@ class TQuillonHttpClient {
   virtual TQuillonHttpResponse Post(const TQuillonHttpRequest& ARequest) = 0;
 };
 
-/// Path arithmetic of addresses.
-class TQuillonUrlPath {
- public:
-  TQuillonUrlPath() = delete;
-
-  /// Both with one "/" between; one alone if the other is empty.
-  static std::string Combine(std::string_view AUrl, std::string_view APath);
-};
-
 namespace QuillonHttp {
 
 /// Answers are read up to this size, in bytes.

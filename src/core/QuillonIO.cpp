@@ -11,17 +11,6 @@
 
 namespace {
 
-Platform::Access AccessOf(TQuillonFileOpenMode AnOpenMode) {
-  switch (AnOpenMode) {
-    case fomOpenRead:
-      return Platform::Access::Read;
-    case fomOpenWrite:
-      return Platform::Access::Write;
-    default:
-      return Platform::Access::ReadWrite;
-  }
-}
-
 /// Bytes from the position to the end, as far as the stream can tell.
 std::size_t ClaimedSize(TQuillonStream& AStream) {
   try {
@@ -32,9 +21,6 @@ std::size_t ClaimedSize(TQuillonStream& AStream) {
 }
 
 }  // namespace
-
-EQuillonFileInUseError::EQuillonFileInUseError(int AnErrorCode, const std::string& AFileName)
-    : EQuillonFileHandleError(AnErrorCode, TText{"File is in use by another program: " + AFileName}) {}
 
 void TQuillonStream::ReadBuffer(std::span<char> ABuffer) {
   while (!ABuffer.empty()) {
@@ -118,28 +104,28 @@ void TQuillonBufferStream::SetEndOfFile() {
 
 TQuillonFileStream::TQuillonFileStream(const std::string& AFileName, TQuillonFileOpenMode AnOpenMode,
                                        TQuillonFileAccessMode AnAccessMode)
-    : FFileName(AFileName) {
-  Open(AnOpenMode, AnAccessMode);
+    : FFileObject(AFileName, AnOpenMode, AnAccessMode) {
+  FFileObject.Open();
 }
 
 TQuillonFileStream::TQuillonFileStream(const std::string& AFileName, TQuillonFileOpenMode AnOpenMode,
                                        TQuillonFileAccessMode AnAccessMode, TQuillonFileOpenMode AFallbackOpenMode,
                                        TQuillonFileAccessMode AFallbackAccessMode)
-    : FFileName(AFileName) {
+    : FFileObject(AFileName, AnOpenMode, AnAccessMode) {
   try {
-    Open(AnOpenMode, AnAccessMode);
+    FFileObject.Open();
   } catch (const EQuillonFileHandleError&) {
-    Open(AFallbackOpenMode, AFallbackAccessMode);
+    FFileObject.Open(AFallbackOpenMode, AFallbackAccessMode);
   }
 }
 
 TQuillonFileStream::TQuillonFileStream(const std::string& AFileName, TQuillonFileOpenMode AnOpenMode,
                                        TQuillonFileAccessMode AnAccessMode, std::chrono::milliseconds ATimeOut)
-    : FFileName(AFileName) {
+    : FFileObject(AFileName, AnOpenMode, AnAccessMode) {
   constexpr std::chrono::milliseconds Pause(100);
   for (std::chrono::milliseconds Waited(0); Waited <= ATimeOut; Waited += Pause) {
     try {
-      Open(AnOpenMode, AnAccessMode);
+      FFileObject.Open(AnOpenMode, AnAccessMode);
       return;
     } catch (const EQuillonFileHandleError& Error) {
       if (!Platform::IsAccessDenied(Error.ErrorCode())) {
@@ -152,79 +138,37 @@ TQuillonFileStream::TQuillonFileStream(const std::string& AFileName, TQuillonFil
 
 TQuillonFileStream::TQuillonFileStream(std::string AFileName, std::unique_ptr<Platform::File> AFile,
                                        TQuillonFileAccessMode AnAccessMode)
-    : FFileName(std::move(AFileName)),
-      FOpenMode(fomOpenReadWrite),
-      FAccessMode(AnAccessMode),
-      FFileObject(std::move(AFile)) {}
+    : FFileObject(std::move(AFileName), fomOpenReadWrite, AnAccessMode, std::move(AFile)) {}
 
 TQuillonFileStream::~TQuillonFileStream() = default;
 
-void TQuillonFileStream::Open(TQuillonFileOpenMode AnOpenMode, TQuillonFileAccessMode AnAccessMode) {
-  FOpenMode = AnOpenMode;
-  FAccessMode = AnAccessMode;
-  if (AnOpenMode == fomOpenReadWriteOrCreate) {
-    const bool IsThere = Platform::Files().Look(FFileName) != Platform::EntryKind::None;
-    FOpenMode = IsThere ? fomOpenReadWrite : fomCreate;
-  }
-  QuillonIO::OnFile(FFileName, [&] {
-    const auto Creation = FOpenMode == fomCreate ? Platform::Creation::IfMissing : Platform::Creation::Never;
-    auto File = Platform::Files().Open(FFileName, AccessOf(FOpenMode), Creation, Lock());
-    // Emptied under the lock: a file that somebody else holds keeps its content.
-    if (FOpenMode == fomCreate && Platform::Files().Look(FFileName) == Platform::EntryKind::File) {
-      File->SetSize(0);
-    }
-    FFileObject = std::move(File);
-  });
-}
-
-Platform::File& TQuillonFileStream::Handle() const {
-  if (FFileObject == nullptr) {
-    throw EQuillonFileHandleError(Platform::NotOpenError, FFileName);
-  }
-  return *FFileObject;
-}
-
 std::size_t TQuillonFileStream::Read(std::span<char> ABuffer) {
-  return QuillonIO::OnFile(FFileName, [&] { return Handle().Read(ABuffer); });
+  return QuillonIO::OnFile(FileName(), [&] { return FFileObject.Handle().Read(ABuffer); });
 }
 
 void TQuillonFileStream::Write(std::string_view ABytes) {
-  QuillonIO::OnFile(FFileName, [&] { Handle().Write(ABytes); });
+  QuillonIO::OnFile(FileName(), [&] { FFileObject.Handle().Write(ABytes); });
 }
 
 std::int64_t TQuillonFileStream::Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) {
   const auto Origin = static_cast<Platform::SeekFrom>(AnOrigin);
-  return QuillonIO::OnFile(FFileName, [&] { return Handle().Seek(AnOffset, Origin); });
+  return QuillonIO::OnFile(FileName(), [&] { return FFileObject.Handle().Seek(AnOffset, Origin); });
 }
 
 void TQuillonFileStream::SetEndOfFile() {
-  QuillonIO::OnFile(FFileName, [&] { Handle().SetSize(Handle().Seek(0, Platform::SeekFrom::Current)); });
+  QuillonIO::OnFile(FileName(), [&] {
+    Platform::File& File = FFileObject.Handle();
+    File.SetSize(File.Seek(0, Platform::SeekFrom::Current));
+  });
 }
 
 void TQuillonFileStream::Flush() {
-  QuillonIO::OnFile(FFileName, [&] { Handle().Flush(); });
+  QuillonIO::OnFile(FileName(), [&] { FFileObject.Handle().Flush(); });
 }
 
-Platform::Lock TQuillonFileStream::Lock() const {
-  switch (FAccessMode) {
-    case famShareDenyNone:
-      return Platform::Lock::None;
-    case famShareDenyWrite:
-      // Readers that deny writing get along with one another.
-      return FOpenMode == fomOpenRead ? Platform::Lock::Shared : Platform::Lock::Exclusive;
-    default:
-      return Platform::Lock::Sole;
-  }
-}
+Platform::Lock TQuillonFileStream::Lock() const { return FFileObject.Lock(); }
 
-void TQuillonFileStream::GoOnWith(std::unique_ptr<Platform::File> AFile) { FFileObject = std::move(AFile); }
-
-void TQuillonFileStream::Close() {
-  const auto File = std::move(FFileObject);
-  if (File != nullptr) {
-    QuillonIO::OnFile(FFileName, [&] { File->Close(); });
-  }
-}
+void TQuillonFileStream::GoOnWith(std::unique_ptr<Platform::File> AFile) { FFileObject.GoOnWith(std::move(AFile)); }
 
 TQuillonBuffer::TQuillonBuffer(std::string_view ABytes) {
   Resize(ABytes.size());
@@ -268,13 +212,6 @@ std::string ReadWholeFile(TQuillonStream& AStream) { return std::string(ReadInto
 std::string ReadWholeFile(const std::string& AFileName) {
   TQuillonFileStream Stream(AFileName, fomOpenRead, famShareDenyNone);
   return ReadWholeFile(Stream);
-}
-
-void ThrowOnFile(const EQuillonWin32Error& AnError, const std::string& AFileName) {
-  if (Platform::IsInUse(AnError.ErrorCode())) {
-    throw EQuillonFileInUseError(AnError.ErrorCode(), AFileName);
-  }
-  throw EQuillonFileHandleError(AnError.ErrorCode(), AFileName);
 }
 
 }  // namespace QuillonIO

@@ -9,24 +9,8 @@
 #include <string_view>
 #include <thread>
 
+#include "QuillonFileHandle.h"
 #include "QuillonTypes.h"
-
-namespace Platform {
-class File;
-enum class Lock;
-}  // namespace Platform
-
-/// A failed call on an open file, or a file that could not be opened; the message names the file.
-class EQuillonFileHandleError : public EQuillonWin32Error {
- public:
-  using EQuillonWin32Error::EQuillonWin32Error;
-};
-
-/// A file that somebody else holds.
-class EQuillonFileInUseError : public EQuillonFileHandleError {
- public:
-  EQuillonFileInUseError(int AnErrorCode, const std::string& AFileName);
-};
 
 /// Fewer bytes than asked for, or a position outside of the stream.
 class EQuillonStreamError : public EQuillonException {
@@ -117,19 +101,6 @@ class TQuillonBufferStream final : public TQuillonCustomMemoryStream {
   std::span<char> FBuffer;
 };
 
-enum TQuillonFileOpenMode {
-  fomCreate,  ///< a new file; one that exists is emptied
-  fomOpenRead,
-  fomOpenWrite,
-  fomOpenReadWrite,
-  fomOpenReadWriteOrCreate  ///< fomOpenReadWrite for a file that exists, else fomCreate
-};
-
-/// What others may do with the file while it is open; a mode that cannot be had is refused at once. On POSIX systems
-/// this is an advisory lock (flock) between all who ask for one; who denies reading keeps those out too that share
-/// everything, as far as they are streams of this class.
-enum TQuillonFileAccessMode { famShareExclusive, famShareDenyWrite, famShareDenyRead, famShareDenyNone };
-
 /// A stream over a file. Every failure raises EQuillonFileHandleError.
 class TQuillonFileStream : public TQuillonStream {
  public:
@@ -156,23 +127,17 @@ class TQuillonFileStream : public TQuillonStream {
   void Flush();
   /// Goes on with another open file, which has taken the place of this one.
   void GoOnWith(std::unique_ptr<Platform::File> AFile);
-  void Close();
-  bool IsOpen() const { return FFileObject != nullptr; }
+  void Close() { FFileObject.Close(); }
+  bool IsOpen() const { return FFileObject.IsOpen(); }
 
-  const std::string& FileName() const { return FFileName; }
-  TQuillonFileOpenMode OpenMode() const { return FOpenMode; }
-  TQuillonFileAccessMode AccessMode() const { return FAccessMode; }
+  const std::string& FileName() const { return FFileObject.FileName(); }
+  TQuillonFileOpenMode OpenMode() const { return FFileObject.OpenMode(); }
+  TQuillonFileAccessMode AccessMode() const { return FFileObject.AccessMode(); }
   /// The lock that the two modes mean.
   Platform::Lock Lock() const;
 
  private:
-  void Open(TQuillonFileOpenMode AnOpenMode, TQuillonFileAccessMode AnAccessMode);
-  Platform::File& Handle() const;
-
-  std::string FFileName;
-  TQuillonFileOpenMode FOpenMode = fomOpenRead;
-  TQuillonFileAccessMode FAccessMode = famShareExclusive;
-  std::unique_ptr<Platform::File> FFileObject;
+  TQuillonFileHandle FFileObject;
 };
 
 /// Bytes of a file in memory, to be worked on in place. Grows without copying or clearing, as a string cannot.
@@ -208,21 +173,6 @@ TQuillonBuffer ReadIntoBuffer(TQuillonStream& AStream);
 std::string ReadWholeFile(TQuillonStream& AStream);
 /// @throws EQuillonFileHandleError
 std::string ReadWholeFile(const std::string& AFileName);
-
-[[noreturn]] void ThrowOnFile(const EQuillonWin32Error& AnError, const std::string& AFileName);
-
-/// Runs a call of the platform and names the file in what it raises.
-/// @throws EQuillonFileHandleError
-template <class TCall>
-decltype(auto) OnFile(const std::string& AFileName, TCall ACall) {
-  try {
-    return ACall();
-  } catch (const EQuillonFileHandleError&) {
-    throw;
-  } catch (const EQuillonWin32Error& Error) {
-    ThrowOnFile(Error, AFileName);
-  }
-}
 
 /// Makes the call again and again while it raises EQuillonFileInUseError, for ATimeOut at most.
 template <class TCall>

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "QuillonFileSystem/UrlPath.h"
 #include "uJSONExport/JSONExport.h"
 #include "uPlandaten/Einstellungen.h"
 

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "QuillonFileSystem/UrlPath.h"
 #include "QuillonText.h"
 
 namespace {

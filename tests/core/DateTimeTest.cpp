@@ -217,3 +217,43 @@ TEST(DateTime, PicturesAreFilledInAndReadBack) {
     EXPECT_THROW(TQuillonDateTime::Create(Text), EQuillonConvertError) << Text;
   }
 }
+
+TEST(DateTime, WindowsTimeCountsFrom1601) {
+  struct Pair {
+    std::int64_t Count;
+    const char* Text;
+  };
+  for (const auto& [Count, Text] :
+       {Pair{0, "1601-01-01T00:00:00.000Z"}, Pair{116'444'736'000'000'000, "1970-01-01T00:00:00.000Z"},
+        Pair{-10'000, "1600-12-31T23:59:59.999Z"}, Pair{133'000'000'007'770'000, "2022-06-18T04:26:40.777Z"}}) {
+    EXPECT_EQ(TQuillonDateTime::FromWindowsTime(Count).ToISO8601(), Text);
+    EXPECT_EQ(TQuillonDateTime::FromISO8601(Text).ToWindowsTime(), Count);
+  }
+  EXPECT_EQ(TQuillonDate::FromWindowsTime(116'444'736'000'000'000).ToISO8601(), "1970-01-01");
+}
+
+TEST(DateTime, DatesOfMailsAndOfTheManagementServices) {
+  // In whatever zone this runs: what is compared is the instant.
+  const auto Instant = [](double ALocal) {
+    return TQuillonDateTime(QuillonDateTime::UtcFromInstant(QuillonDateTime::InstantOfLocal(ALocal))).ToISO8601();
+  };
+  for (const auto& [Text, Utc] : std::initializer_list<std::pair<const char*, const char*>>{
+           {"Sat, 01 Aug 2026 07:45:30 +0200", "2026-08-01T05:45:30.000Z"},
+           {"1 aug 26 07:45 -0330 (summer)", "2026-08-01T11:15:00.000Z"},
+           {"Thu, 1 Jan 98 00:00:60 PST", "1998-01-01T08:00:59.000Z"},
+           {"1 Jan 2026 00:00 GMT", "2026-01-01T00:00:00.000Z"}}) {
+    EXPECT_EQ(Instant(TQuillonDateTime::FromRFC822(Text)), Utc) << Text;
+  }
+  for (const char* Text : {"", "Sat", "Foo, 1 Aug 2026 07:45 GMT", "1 Xyz 2026 07:45 GMT", "31 Feb 2026 07:45 GMT",
+                           "1 Aug 2026 7 GMT", "1 Aug 2026 07:45 +02", "1 Aug 2026 07:45 +0200x", "1 Aug 6 07:45 GMT",
+                           "1 Aug 2026 25:00 GMT", "1 Aug 99999999999 07:45"}) {
+    EXPECT_THROW(TQuillonDateTime::FromRFC822(Text), EQuillonConvertError) << Text;
+  }
+  EXPECT_EQ(Instant(TQuillonDateTime::FromWmiFormat("20260801074530.250999+120")), "2026-08-01T05:45:30.250Z");
+  EXPECT_EQ(Instant(TQuillonDateTime::FromWmiFormat("20260801074530.000000-060")), "2026-08-01T08:45:30.000Z");
+  EXPECT_EQ(TQuillonDateTime::FromWmiFormat("20260801074530.000000+***").ToISO8601(), "2026-08-01T07:45:30.000Z");
+  for (const char* Text : {"", "20260801", "20260801074530.000000", "20260801074530.000000+12", "2026080107453",
+                           "20261301074530.000000+120", "00000003000000.000000:000", "20260801074530.000000+1200"}) {
+    EXPECT_THROW(TQuillonDateTime::FromWmiFormat(Text), EQuillonConvertError) << Text;
+  }
+}

@@ -114,3 +114,134 @@ TEST(FileSystem, FilesAreMovedAndDeleted) {
   EXPECT_THROW(TQuillonFileSystem::DeleteFile(One, false, std::chrono::milliseconds(150)), EQuillonFileSystemError);
   EXPECT_GE(std::chrono::steady_clock::now() - Start, std::chrono::milliseconds(150));
 }
+
+TEST(FilePath, ChangesAndComparesParts) {
+  using Path = TQuillonFilePath;
+  EXPECT_EQ(Path::ChangeDirectoryName("/a/plan.data", "/b/"), "/b/plan.data");
+  EXPECT_EQ(Path::ChangeFileName("/a/plan.data", "x"), "/a/x");
+  EXPECT_EQ(Path::ForceExtension("plan.DATA", "data"), "plan.DATA");
+  EXPECT_EQ(Path::ForceExtension("plan.data", "bak"), "plan.data.bak");
+  EXPECT_EQ(Path::GetDisplayName("/a/"), "Unbenannt");
+  EXPECT_EQ(Path::GetFullPath("/a/./b/../c/"), "/a/c");
+  EXPECT_EQ(Path::GetFullPath(""), "");
+  EXPECT_EQ(Path::GetRelativePath("/a/b/c", "/a/d"), "../b/c");
+  EXPECT_TRUE(Path::IsPathEqual("/a/b/..", "/a"));
+  EXPECT_FALSE(Path::IsPathEqual("/a", "/A"));
+  EXPECT_EQ(Path::RemoveLeadingPathDelimiter("//a/b"), "a/b");
+  EXPECT_EQ(Path::GetGuidFileName(TGUID{}, "p", ""), "p-{00000000-0000-0000-0000-000000000000}");
+  EXPECT_NE(Path::GetTempFileName("p"), Path::GetTempFileName("p"));
+
+  EXPECT_EQ(TQuillonUrlPath::Encode("a b/\xC3\xA4?%"), "a%20b/%C3%A4%3F%25");
+
+  struct Place {
+    const char* Path;
+    const char* Folder;
+    bool LiesIn;
+  };
+  for (const auto& [Whole, Folder, LiesIn] :
+       {Place{"/a/b/c", "/a", true}, Place{"/a", "/", true}, Place{"/ab/c", "/a", false}, Place{"/a", "/a", false},
+        Place{"/a/../b", "/a", false}, Place{"/", "/a", false}, Place{"/", "", false}}) {
+    EXPECT_EQ(TQuillonFileSystem::IsFileInDirectory(Whole, Folder), LiesIn) << Whole << " " << Folder;
+  }
+}
+
+TEST(FileSystem, CopiesAppearWholeOrNotAtAll) {
+  const TemporaryFolder Folder;
+  const std::string One = Folder.Path("ä.txt");
+  const std::string Two = Folder.Path("two.txt");
+  const std::string Content(1'000'000, 'x');
+  QuillonIO::ReplaceFile(One, Content);
+  std::int64_t Told = 0;
+  EXPECT_TRUE(TQuillonFileSystem::CopyFileEx(One, Two, false, [&](std::int64_t ACopied, std::int64_t ASize) {
+    EXPECT_TRUE(ACopied > Told && ACopied <= ASize);
+    Told = ACopied;
+    return true;
+  }));
+  EXPECT_EQ(Told, 1'000'000);
+  EXPECT_EQ(QuillonIO::ReadWholeFile(Two), Content);
+
+  QuillonIO::ReplaceFile(Two, "old");
+  EXPECT_THROW(TQuillonFileSystem::CopyFile(One, Two, false), EQuillonFileSystemError);
+  EXPECT_THROW(TQuillonFileSystem::CopyFile(Folder.Path("none"), Two, true), EQuillonFileSystemError);
+  EXPECT_THROW(TQuillonFileSystem::CopyFile(One, Folder.Path(""), true), EQuillonException);
+  EXPECT_FALSE(TQuillonFileSystem::CopyFileEx(One, Two, true, [](auto...) { return false; }));
+  EXPECT_EQ(QuillonIO::ReadWholeFile(Two), "old");
+  TQuillonFileSystem::CopyFile(One, Two, true);
+  EXPECT_EQ(QuillonIO::ReadWholeFile(Two), Content);
+  EXPECT_EQ(Folder.Names().size(), 2U);
+  EXPECT_FALSE(TQuillonFileSystem::SameFile(One, Two));
+  EXPECT_TRUE(TQuillonFileSystem::SameFile(Two, Folder.Path("./two.txt")));
+}
+
+TEST(FileSystem, FilesAreFoundByPatternAndAttributes) {
+  const TemporaryFolder Folder;
+  for (const char* Name : {"a.csv", "ä.csv", "ab.csv", ".b.csv", "c.txt"}) {
+    QuillonIO::ReplaceFile(Folder.Path(Name), "");
+  }
+  TQuillonFileSystem::CreateDirectory(Folder.Path("d.csv"));
+  TQuillonFileSystem::SetAttributes(Folder.Path("ab.csv"), {fattrReadOnly});
+  struct Search {
+    const char* Pattern;
+    TQuillonFileAttributes Positive;
+    TQuillonFileAttributes Negative;
+    const char* Found;
+  };
+  for (const auto& [Pattern, Positive, Negative, Found] :
+       {Search{"*.csv", {}, {fattrDirectory, fattrHidden}, "a.csv ab.csv ä.csv "},
+        Search{"?.csv", {}, {}, "a.csv d.csv ä.csv "}, Search{"*.*", {fattrDirectory}, {}, "d.csv "},
+        Search{"*b*", {}, {fattrHidden}, "ab.csv "}, Search{"*", {fattrReadOnly}, {}, "ab.csv "},
+        Search{"", {}, {}, ""}, Search{"*.csv?", {}, {}, ""}, Search{".*", {fattrHidden}, {}, ".b.csv "}}) {
+    std::string Names;
+    for (const std::string& Path : TQuillonFileSystem::GetFiles(Folder.Path(""), Pattern, Positive, Negative)) {
+      Names += TQuillonFilePath::GetFileName(Path) + " ";
+    }
+    EXPECT_EQ(Names, Found) << Pattern;
+  }
+  TQuillonFileSystem::SetAttributes(Folder.Path("ab.csv"), {fattrNormal});
+  EXPECT_EQ(TQuillonFileSystem::GetAttributes(Folder.Path("ab.csv")), TQuillonFileAttributes{fattrNormal});
+  EXPECT_THROW(TQuillonFileSystem::GetFiles(Folder.Path("none")), EQuillonFileSystemError);
+}
+
+TEST(FileSystem, TimesAreSetAndReadInBothZones) {
+  const TemporaryFolder Folder;
+  const std::string Path = Folder.Path("plan");
+  QuillonIO::ReplaceFile(Path, "");
+  const auto Time = TQuillonDateTime::Create(1960, 8, 1, 7, 45, 0, 250);
+  TQuillonFileSystem::SetLastWriteTime(Path, Time);
+  TQuillonFileSystem::SetLastAccessTimeUtc(Path, Time);
+  EXPECT_EQ(TQuillonFileSystem::GetLastWriteTime(Path).ToISO8601(), Time.ToISO8601());
+  EXPECT_EQ(TQuillonFileSystem::GetLastAccessTimeUtc(Path).ToISO8601(), Time.ToISO8601());
+  EXPECT_EQ(QuillonDateTime::InstantOfUtc(TQuillonFileSystem::GetLastWriteTimeUtc(Path)),
+            QuillonDateTime::InstantOfLocal(Time));
+  EXPECT_EQ(TQuillonFileVersion(Path).FBuildDateStamp.ToISO8601(), Time.ToISO8601());
+  EXPECT_THROW(TQuillonFileVersion(Folder.Path("none")), EQuillonFileSystemError);
+}
+
+TEST(FileSystem, EntriesFollowWhatHappensToThem) {
+  const TemporaryFolder Folder;
+  TQuillonDirectory Outer(Folder.Path("outer"));
+  EXPECT_FALSE(Outer.Exists());
+  Outer.Create();
+  EXPECT_TRUE(Outer.FAttributes.Contains(fattrDirectory));
+  const TQuillonDirectory Inner = Outer.CreateSubdirectory("inner");
+  QuillonIO::ReplaceFile(Inner.FFullName + "/one", "12345");
+  TQuillonFile File(Inner.FFullName + "/one");
+  EXPECT_EQ(File.FSize, 5);
+  File.MoveTo(Outer.FFullName + "/two");
+  EXPECT_TRUE(File.Exists() && File.Equals(TQuillonFile(Outer.FFullName + "/two")));
+  EXPECT_EQ(Outer.GetFiles("t*"), std::vector{File.FFullName});
+
+  EXPECT_THROW(Outer.Delete(false), EQuillonFileSystemError);
+  EXPECT_THROW(TQuillonFileSystem::DeleteDirectory(File.FFullName, true), EQuillonFileSystemError);
+  Outer.MoveTo(Folder.Path("moved"));
+  std::filesystem::create_directory_symlink(Outer.FFullName, Folder.Path("moved/inner/loop"));
+  TQuillonFileSystem::ClearDirectory(Outer.FFullName + "/inner");
+  EXPECT_EQ(Outer.GetFiles().size(), 2U);
+  Outer.Delete(true);
+  EXPECT_FALSE(Outer.Exists());
+  EXPECT_TRUE(Folder.Names().empty());
+
+  const TQuillonDriveInfo Drive(Folder.Path(""));
+  EXPECT_TRUE(Drive.FTotalSize > 0 && Drive.FFreeSpace <= Drive.FTotalSize);
+  EXPECT_FALSE(TQuillonFileSystem::PingDisk(Folder.Path("none")));
+}

@@ -6,6 +6,7 @@
 
 #include <future>
 
+#include "QuillonFileSystem/UrlPath.h"
 #include "QuillonHttp.h"
 
 namespace {

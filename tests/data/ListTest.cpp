@@ -236,6 +236,39 @@ TEST(DataList, SetOperationsGoByIdentity) {
   EXPECT_FALSE(References.Holds(Letters[1]));
 }
 
+TEST(DataList, ItemsMoveByThemselvesAndAreEqualByIdentity) {
+  TLetters Here("abc");
+  TLetters There("x");
+  TTestItem* const Item = Here[1];
+  Here.List.MoveToNextIndex(Item);
+  EXPECT_EQ(NamesOf(Here.List), "acb");
+  Here.List.MoveToNextIndex(Item);  // the last one stays
+  Here.List.MoveToPrevIndex(Item);
+  Here.List.MoveToPrevIndex(Item);
+  Here.List.MoveToPrevIndex(Item);
+  Here.List.MoveToLastIndex(Here[1]);
+  Here.List.MoveToFirstIndex(There[0]);  // not in the list
+  EXPECT_EQ(NamesOf(Here.List), "bca");
+
+  const TTestItem* const Twin = QuillonDataObjects::Create<TTestItem>(There.Store.get(), Item->ID());
+  EXPECT_TRUE(Twin->Equals(*Item) && Twin->GetHashCode() == Item->GetHashCode());
+  EXPECT_FALSE(Twin->Equals(*Here[1]) || Item->Equals(Here.List));
+  EXPECT_EQ(Item->GetPrivateClassName(), "TTestItem");
+  EXPECT_TRUE(Here.Store->Registry().ContainsObject(*Item));
+  EXPECT_FALSE(Here.Store->Registry().ContainsObject(*Twin));
+  EXPECT_EQ(Here.Store->Registry().GetObject(Item->ID()), Item);
+  EXPECT_EQ(Here.List.GetCommonItemBaseClass(), &TQuillonDataObject::Class());
+  EXPECT_EQ(TTestList().GetCommonItemBaseClass(), nullptr);
+
+  auto& Classes = TQuillonDataClassRegistry::Instance();
+  Classes.AddClasses<TTestTwin<3>, TTestTwin<4>>();
+  Classes.RemoveClass(TTestTwin<3>::Class());
+  Classes.RemoveClass(TTestTwin<3>::Class());
+  EXPECT_TRUE(Classes.ContainsClass(TTestTwin<4>::Class()) && !Classes.ContainsClass(TTestTwin<3>::Class()));
+  EXPECT_EQ(Classes.GetClass("Twin")->Tag(), "Twin");
+  EXPECT_EQ(Classes.GetClass("twin"), nullptr);
+}
+
 TEST(DataList, OwningListsMoveImportAndCopy) {
   TLetters Here("abc");
   TLetters There("xyz");

@@ -439,6 +439,45 @@ TEST(Plan, SixListsAreOrderedAfterALoad) {
   EXPECT_EQ(Codes(Plan->FKlassen.GetItem(0)->FVeranstaltungen), "1 2 3");  // bare when this list was read
 }
 
+TEST(Plan, AppointmentsAndParticipantsGoByThemselves) {
+  const TPlan Plan = CreateStorage<TVELPlan>();
+  auto* const Lesson = Create<TVELVeranstaltung>(Plan.get());
+  Plan->FVeranstaltungen.Add(Lesson);
+  TVELTerminliste& List = Lesson->FTermine;
+  for (const auto& [Name, Day, End] : {std::tuple("unplanned", velNoDay, 0.0), std::tuple("late", velTuesday, 0.4),
+                                       std::tuple("same", velMonday, 0.5), std::tuple("same too", velMonday, 0.5),
+                                       std::tuple("neither", velNoDay, 0.0), std::tuple("early", velMonday, 0.4)}) {
+    auto* const Appointment = Create<TVELTermin>(Plan.get());
+    Appointment->FCustomID = Name;
+    Appointment->FWochentag = Day;
+    Appointment->FEnde = End;
+    Appointment->FStart = End / 2;
+    List.Add(Appointment);
+  }
+  const auto IsInOrder = [&](int A, int B) {
+    return TVELTerminliste::CompareItems(*List.GetItem(A), *List.GetItem(B)) < 0 &&
+           TVELTerminliste::CompareItems(*List.GetItem(B), *List.GetItem(A)) > 0;
+  };
+  EXPECT_TRUE(IsInOrder(5, 2) && IsInOrder(2, 3) && IsInOrder(3, 1) && IsInOrder(1, 0) && IsInOrder(0, 4));
+  List.SortByTime();
+  EXPECT_EQ(Codes(List), "early same same too late unplanned neither");
+  List.RemoveItem(*List.GetItem(3));
+  EXPECT_EQ(Codes(List), "early same same too unplanned neither");
+
+  auto* const Entry = Create<TVELKalendereintrag>(Plan.get());
+  Plan->FKalender->FEintraege.Add(Entry);
+  auto* const Teacher = Add<TVELLehrer>(*Plan, Plan->FLehrer, "t");
+  for (TVELDataObject* Who : {static_cast<TVELDataObject*>(Teacher), static_cast<TVELDataObject*>(Lesson),
+                              static_cast<TVELDataObject*>(Teacher)}) {
+    auto* const Participant = Create<TVELTeilnehmer>(Plan.get());
+    Participant->FDataObject = Who;
+    Entry->FTeilnehmer.Add(Participant);
+  }
+  Entry->FTeilnehmer.RemoveReference(*Teacher);
+  ASSERT_EQ(Entry->FTeilnehmer.Count(), 1);
+  EXPECT_EQ(Entry->FTeilnehmer.GetItem(0)->FDataObject, Lesson);
+}
+
 TEST(Plan, HostileShapesLiveAndSaveTheSame) {
   const std::string Lesson =
       Item("Event", 1,

@@ -6,8 +6,8 @@
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/Storage.h"
 
-TQuillonDataList::TQuillonDataList(TQuillonDataAbstractObject* AnOwner, TItems AnItems)
-    : FIsItemOwner(AnItems == TItems::Owned) {
+TQuillonDataList::TQuillonDataList(TQuillonDataAbstractObject* AnOwner, TItems AnItems, bool HasItemsAreIndependent)
+    : FItemsAreIndependent(HasItemsAreIndependent), FIsItemOwner(AnItems == TItems::Owned) {
   FOwner = AnOwner;
 }
 
@@ -461,6 +461,12 @@ void TQuillonDataList::MoveToPrevIndex(int AnIndex) {
 void TQuillonDataList::MoveToNextIndex(int AnIndex) {
   if (AnIndex < Count() - 1) {
     Move(AnIndex, AnIndex + 1);
+  }
+}
+
+void TQuillonDataList::MoveToNextIndex(const TQuillonDataObject* AnItem) {
+  if (const int Index = IndexOf(AnItem); Index >= 0) {
+    MoveToNextIndex(Index);
   }
 }
 

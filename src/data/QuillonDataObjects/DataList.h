@@ -22,7 +22,8 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
  public:
   enum class TItems : std::uint8_t { Referenced, Owned };
 
-  explicit TQuillonDataList(TQuillonDataAbstractObject* AnOwner = nullptr, TItems AnItems = TItems::Referenced);
+  explicit TQuillonDataList(TQuillonDataAbstractObject* AnOwner = nullptr, TItems AnItems = TItems::Referenced,
+                            bool HasItemsAreIndependent = true);
   ~TQuillonDataList() override;
 
   static const TQuillonDataClass& Class();
@@ -38,6 +39,8 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   int Count() const { return static_cast<int>(FItems.size()); }
   bool IsEmpty() const { return FItems.empty(); }
   std::span<TQuillonDataObject* const> Items() const { return FItems; }
+  /// The class that all items descend from: none for an empty list, else the base of all objects.
+  const TQuillonDataClass* GetCommonItemBaseClass() const { return IsEmpty() ? nullptr : &TQuillonDataObject::Class(); }
   /// @throws EQuillonCollectionError for an index outside of the list
   TQuillonDataObject* GetItem(int AnIndex) const;
   /// Puts another item in the place; neither logs nor notifies.
@@ -106,6 +109,11 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   void MoveToLastIndex(int AnIndex) { Move(AnIndex, Count() - 1); }
   void MoveToPrevIndex(int AnIndex);
   void MoveToNextIndex(int AnIndex);
+  /// The same for an item; what is not there is passed over.
+  void MoveToFirstIndex(const TQuillonDataObject* AnItem) { Move(AnItem, 0); }
+  void MoveToLastIndex(const TQuillonDataObject* AnItem) { Move(AnItem, Count() - 1); }
+  void MoveToPrevIndex(const TQuillonDataObject* AnItem) { MoveToPrevIndex(IndexOf(AnItem)); }
+  void MoveToNextIndex(const TQuillonDataObject* AnItem);
   /// @throws EQuillonCollectionError for an index outside of the list
   void Exchange(int AFirstIndex, int ASecondIndex);
 

@@ -1,15 +1,20 @@
 #include "QuillonDataObjects/DataObject.h"
 
+#include <cxxabi.h>
+
 #include <algorithm>
 #include <cassert>
+#include <cstdlib>
 #include <iterator>
 #include <mutex>
 #include <span>
+#include <typeinfo>
 
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/DataList.h"
 #include "QuillonDataObjects/ReaderWriter.h"
 #include "QuillonDataObjects/Storage.h"
+#include "QuillonValues.h"
 
 namespace {
 
@@ -37,6 +42,20 @@ const TQuillonDataClass& TQuillonDataAbstractObject::Class() {
 }
 
 std::string TQuillonDataAbstractObject::GetPublicClassName() const { return std::string(DataClass().Tag()); }
+
+std::string TQuillonDataAbstractObject::GetPrivateClassName() const {
+  const char* const Name = typeid(*this).name();
+  int Status = 0;
+  const std::unique_ptr<char, void (*)(void*)> Plain(abi::__cxa_demangle(Name, nullptr, nullptr, &Status), std::free);
+  return Plain != nullptr ? Plain.get() : Name;
+}
+
+bool TQuillonDataObject::Equals(const TQuillonObject& AnObject) const {
+  const auto* const Other = dynamic_cast<const TQuillonDataObject*>(&AnObject);
+  return Other != nullptr && Other->ID() == ID();
+}
+
+std::int32_t TQuillonDataObject::GetHashCode() const { return QuillonValues::HashOf(ID()); }
 
 std::string TQuillonDataAbstractObject::GetDisplayName() const {
   return GetPublicClassName() + " (ID: " + QuillonGuid::Braced(ID()) + ")";

@@ -55,6 +55,8 @@ class TQuillonDataAbstractObject : public TQuillonObject {
 
   /// The tag of the object's class in data files; a list's is the name of its class.
   std::string GetPublicClassName() const;
+  /// The name of the object's class in this program.
+  std::string GetPrivateClassName() const;
 
   /// Name of the object in messages; by default its class tag and GUID.
   virtual std::string GetDisplayName() const;
@@ -164,6 +166,10 @@ class TQuillonDataAbstractObject : public TQuillonObject {
 class TQuillonDataObject : public TQuillonDataAbstractObject {
  public:
   static const TQuillonDataClass& Class();
+
+  /// Goes by the identity, in whatever storage.
+  bool Equals(const TQuillonObject& AnObject) const override;
+  std::int32_t GetHashCode() const override;
 
   /// Takes this object out of its owner, if that is a list.
   void Extract();

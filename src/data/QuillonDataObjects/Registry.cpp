@@ -20,6 +20,22 @@ void TQuillonDataClassRegistry::AddClass(const TQuillonDataClass& AClass) {
   }
 }
 
+void TQuillonDataClassRegistry::RemoveClass(const TQuillonDataClass& AClass) {
+  const auto Found = FClasses.find(AClass.Tag());
+  if (Found == FClasses.end()) {
+    return;
+  }
+  std::erase(Found->second, &AClass);
+  if (Found->second.empty()) {
+    FClasses.erase(Found);
+  }
+}
+
+const TQuillonDataClass* TQuillonDataClassRegistry::GetClass(std::string_view AClassName) const {
+  const auto Found = FClasses.find(AClassName);
+  return Found == FClasses.end() ? nullptr : Found->second.front();
+}
+
 void TQuillonDataClassRegistry::AddListClass(const TQuillonDataClass& AClass, TClassOf AnItemClass) {
   FListClasses.try_emplace(&AClass, AnItemClass);
 }
@@ -144,6 +160,10 @@ const TQuillonDataObjectRegistry::TSlot* TQuillonDataObjectRegistry::FindSlot(st
     }
   }
   return nullptr;
+}
+
+bool TQuillonDataObjectRegistry::ContainsObject(const TQuillonDataAbstractObject& AnObject) const {
+  return FindSlot(FHash(AnObject.FID), [&](const TSlot& ASlot) { return ASlot.Object == &AnObject; }) != nullptr;
 }
 
 TQuillonDataAbstractObject* TQuillonDataObjectRegistry::GetObject(const TGUID& AnID,

@@ -21,6 +21,8 @@ class TQuillonDataClassRegistry {
 
   /// Ignored if the class is there already.
   void AddClass(const TQuillonDataClass& AClass);
+  /// No document can name the class any more; what is not there is passed over.
+  void RemoveClass(const TQuillonDataClass& AClass);
   /// AddClass for each, by its description.
   template <class... TClasses>
   void AddClasses() {
@@ -35,6 +37,8 @@ class TQuillonDataClassRegistry {
   /// The class with the tag that descends from ABase; null where no class of the tag does.
   /// @throws EQuillonDataObjectReaderError for an empty or an unknown tag
   const TQuillonDataClass* FindClass(std::string_view ATag, const TQuillonDataClass& ABase) const;
+  /// The class with the tag, of several the first; null if there is none.
+  const TQuillonDataClass* GetClass(std::string_view AClassName) const;
   std::vector<const TQuillonDataClass*> Classes() const;
 
  private:
@@ -57,6 +61,12 @@ class TQuillonDataObjectRegistry {
   void AddObject(TQuillonDataAbstractObject& AnObject);
   /// Does not free.
   void RemoveObject(TQuillonDataAbstractObject& AnObject);
+  /// Whether a look-up finds the very object.
+  bool ContainsObject(const TQuillonDataAbstractObject& AnObject) const;
+  /// The object with the identity, of several any one; null if there is none.
+  TQuillonDataAbstractObject* GetObject(const TGUID& AnID) const {
+    return GetObject(AnID, TQuillonDataAbstractObject::Class());
+  }
   /// The object with the identity whose class is AClass or descends from it; null if there is none.
   TQuillonDataAbstractObject* GetObject(const TGUID& AnID, const TQuillonDataClass& AClass) const;
 

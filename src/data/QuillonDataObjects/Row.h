@@ -2,7 +2,6 @@
 
 #include <concepts>
 #include <cstdint>
-#include <initializer_list>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -13,6 +12,7 @@
 #include "QuillonDataObjects/DataList.h"
 #include "QuillonDataObjects/DataObject.h"
 #include "QuillonDataObjects/Release.h"
+#include "QuillonSet.h"
 
 /// Kind of a persisted row: how its value stands in a data file.
 enum class TQuillonRowKind : std::uint8_t {
@@ -43,28 +43,6 @@ enum class TQuillonRowKind : std::uint8_t {
 struct TQuillonGraphic {
   std::string Image;
   friend bool operator==(const TQuillonGraphic&, const TQuillonGraphic&) = default;
-};
-
-/// A small set over an enumeration, persisted as a number with bit n for member n.
-template <class TMember, std::unsigned_integral TBits>
-struct TQuillonSet {
-  TBits Bits = 0;
-
-  constexpr TQuillonSet() = default;
-  constexpr TQuillonSet(std::initializer_list<TMember> AMembers) {
-    for (TMember Member : AMembers) {
-      Include(Member);
-    }
-  }
-  constexpr bool Contains(TMember AMember) const { return (Bits & Mask(AMember)) != 0; }
-  constexpr void Include(TMember AMember) { Bits = static_cast<TBits>(Bits | Mask(AMember)); }
-  constexpr void Exclude(TMember AMember) { Bits = static_cast<TBits>(Bits & ~Mask(AMember)); }
-  friend bool operator==(const TQuillonSet&, const TQuillonSet&) = default;
-
- private:
-  static constexpr TBits Mask(TMember AMember) {
-    return static_cast<TBits>(TBits{1} << static_cast<unsigned>(AMember));
-  }
 };
 
 /// Text form of a field. A type of the model that is persisted as text, say a set of weeks, has a ToText and a

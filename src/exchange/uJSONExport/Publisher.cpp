@@ -1,9 +1,9 @@
 #include "uJSONExport/Publisher.h"
 
 #include <array>
-#include <filesystem>
 
 #include "QuillonFileReplacement.h"
+#include "QuillonFileSystem.h"
 #include "uPlandaten/Einstellungen.h"
 #include "uPlandaten/Faecher.h"
 #include "uPlandaten/Klassen.h"
@@ -35,11 +35,6 @@ auto* FindCode(const TList& AList, const std::string& AText) {
   return static_cast<TItem*>(nullptr);
 }
 
-bool IsSameFile(const std::string& A, const std::string& B) {
-  std::error_code Ignored;
-  return std::filesystem::equivalent(A, B, Ignored);
-}
-
 /// The lists of the objects that settings can name, by TJsonObjectKind.
 std::array<const TVELPlanobjektliste*, 6> ObjectLists(const TVELPlan& APlan) {
   return {&APlan.FLehrer, &APlan.FKlassen, &APlan.FRaeume, &APlan.FFaecher, &APlan.FSchueler, &APlan.FRessourcen};
@@ -54,7 +49,7 @@ TVELJSONPublisher::TVELJSONPublisher(TVELGlobals& AGlobals, const std::string& A
     ThrowWrong("targetFileName", "the name of the file to write");
   }
   for (const std::string& Input : {Settings().FSourceFileName, ACfgFileName}) {
-    if (IsSameFile(Settings().FTargetFileName, Input)) {
+    if (TQuillonFileSystem::SameFile(Settings().FTargetFileName, Input)) {
       ThrowWrong("targetFileName", "another file than the data file and that of the settings");
     }
   }

@@ -102,3 +102,11 @@ const TQuillonDataClass& TVELTeilnehmer::Class() {
 }
 
 std::string TVELTeilnehmer::DisplayArgument() const { return FName; }
+
+void TVELTeilnehmerListe::RemoveReference(const TVELDataObject& AnObject) {
+  for (int I = Count() - 1; I >= 0; --I) {
+    if (GetItem(I)->FDataObject == &AnObject) {
+      Delete(I);
+    }
+  }
+}

@@ -48,6 +48,14 @@ class TVELLehrer : public TVELPlanobjekt {
   std::int32_t FMaxWochentage = 0;
   std::int32_t FMinWochentage = 0;
 
+  /// Results of a computation that nothing here makes: of the running program only.
+  double FSoll = 0;
+  double FIst = 0;
+  double AnrechenStdPositivJahr = 0;
+  double AnrechenStdNegativJahr = 0;
+  double AnrechenStdPositivMonat = 0;
+  double AnrechenStdNegativMonat = 0;
+
   bool FKeineAufsicht = false;  ///< stands beside the field of the same name in the base
 };
 

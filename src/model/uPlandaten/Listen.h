@@ -172,13 +172,25 @@ class TVELVeranstaltungsliste : public TVELListe<TVELVeranstaltung, "TVELVeranst
 class TVELTerminliste : public TVELListe<TVELTermin, "TVELTerminliste"> {
  public:
   using TVELListe::TVELListe;
-  /// Unscheduled appointments behind scheduled ones, these by the end of their place in the week.
+  /// Unscheduled appointments behind scheduled ones, these by the end of their place in the week; equal ones by their
+  /// places in the lists that own them, which is a walk for each.
+  static int CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B);
+  /// Sorts by that order.
   void SortByTime();
+  /// Removes the appointment, and frees it in an owning list.
+  void RemoveItem(const TVELTermin& AnAppointment);
 
  protected:
   // Those of an appointment that comes or is taken out. One that is freed sees to it itself.
   void AfterInsert(int AnIndex) override;
   void BeforeExtract(int AnIndex) override;
+};
+
+class TVELTeilnehmerListe : public TVELListe<TVELTeilnehmer, "TVELTeilnehmerListe"> {
+ public:
+  using TVELListe::TVELListe;
+  /// Removes the participants who are the object.
+  void RemoveReference(const TVELDataObject& AnObject);
 };
 
 class TVELBlockliste : public TVELListe<TVELBlock, "TVELBlockliste"> {
@@ -250,7 +262,6 @@ using TVELAbstraktePraeferenzenliste = TVELListe<TVELAbstraktePraeferenz, "TVELA
 using TVELZeitPraeferenzenliste = TVELListe<TVELAbstraktePraeferenz, "TVELZeitPraeferenzenliste">;
 using TVELZuweisungsliste = TVELListe<TVELZuweisung, "TVELZuweisungsliste">;
 using TVELAufgabenListe = TVELListe<TVELAufgabe, "TVELAufgabenListe", TVELKalenderEintragList>;
-using TVELTeilnehmerListe = TVELListe<TVELTeilnehmer, "TVELTeilnehmerListe">;
 using TVELKurswahlliste = TVELListe<TVELKurswahl, "TVELKurswahlliste">;
 using TVELFachkombinationeintragliste = TVELListe<TVELFachkombinationEintrag, "TVELFachkombinationeintragliste">;
 using TVELStundentafelEintragsliste = TVELListe<TVELStundentafelEintrag, "TVELStundentafelEintragsliste">;

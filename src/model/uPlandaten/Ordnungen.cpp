@@ -53,6 +53,21 @@ void SortByTextKeys(TQuillonDataList& AList, TTextKey (*AKeyOf)(const TQuillonDa
   AList.SortByKeys(Keys, CompareKeys);
 }
 
+/// Whether an appointment has no place in the week yet, and the end of its place.
+std::pair<bool, double> WeekKey(const TQuillonDataObject& AnItem) {
+  const auto& Appointment = static_cast<const TVELTermin&>(AnItem);
+  const bool HasPlace = Appointment.Scheduled();
+  return {!HasPlace, HasPlace ? Appointment.Ende() + static_cast<double>(Appointment.Wochentag()) : 0.0};
+}
+
+/// Index in the list that owns the item.
+int PlaceOf(const TQuillonDataObject& AnItem) {
+  constexpr int Missing = 9999;
+  const TQuillonDataList* const List = AnItem.HasOwner() ? AnItem.FOwner->AsList() : nullptr;
+  const int Index = List != nullptr ? List->IndexOf(&AnItem) : -1;
+  return Index >= 0 ? Index : Missing;
+}
+
 }  // namespace
 
 int TVELVeranstaltungsliste::CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B) {
@@ -102,19 +117,22 @@ int TVELKalenderEintragList::CompareItems(const TQuillonDataObject& A, const TQu
   return CompareKeys(EntryKey(A), EntryKey(B));
 }
 
+int TVELTerminliste::CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B) {
+  const auto KeyA = WeekKey(A);
+  const auto KeyB = WeekKey(B);
+  return KeyA == KeyB ? PlaceOf(A) - PlaceOf(B) : (KeyA < KeyB ? -1 : 1);
+}
+
 void TVELTerminliste::SortByTime() {
+  // A stable sort keeps equal ones in their places without asking for these.
   std::vector<TQuillonDataObject*> Wanted(Items().begin(), Items().end());
-  const auto Place = [](const TQuillonDataObject* AnItem) {
-    const auto* const Appointment = static_cast<const TVELTermin*>(AnItem);
-    return std::pair(
-        !Appointment->Scheduled(),
-        Appointment->Scheduled() ? Appointment->Ende() + static_cast<double>(Appointment->Wochentag()) : 0.0);
-  };
-  std::ranges::stable_sort(Wanted, {}, Place);
+  std::ranges::stable_sort(Wanted, {}, [](const TQuillonDataObject* AnItem) { return WeekKey(*AnItem); });
   for (int I = 0; I < Count(); ++I) {
     Move(Wanted[static_cast<std::size_t>(I)], I);
   }
 }
+
+void TVELTerminliste::RemoveItem(const TVELTermin& AnAppointment) { Remove(&AnAppointment); }
 
 namespace uPlandaten {
 

@@ -28,9 +28,17 @@ class TVELAbstrakterTermin : public TVELBasisObject {
   TVELDateTime FStart;  ///< start; a recurring appointment counts its time of day only; 0 while unscheduled
   TVELDateTime FEnde;   ///< end, as the start
   TVELDay FWochentag = TVELDay::velNoDay;
-  bool FExtern = false;  ///< kept by another system
-  std::string FGID;      ///< identifier in another system
-  std::string FOID;      ///< identifier in another system
+  /// Of the running program only: timings that somebody puts aside while he tries others.
+  TVELDay FOrgWochentag = TVELDay::velNoDay;
+  TVELDay FOriginalWochentag = TVELDay::velNoDay;
+  bool FExtern = false;   ///< kept by another system
+  std::int32_t FTag = 0;  ///< scratch value of the running program
+  TVELDateTime FOrgStart;
+  TVELDateTime FOrgEnde;
+  TVELDateTime FOriginalStart;
+  TVELDateTime FOriginalEnde;
+  std::string FGID;  ///< identifier in another system
+  std::string FOID;  ///< identifier in another system
 
   /// The timing that counts: the alternative one while the plan has it switched on.
   TVELDateTime Start() const;

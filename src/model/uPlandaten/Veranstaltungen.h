@@ -83,6 +83,7 @@ class TVELVeranstaltung : public TVELBasisObject {
 
   /// Of the running program only.
   mutable std::atomic<TVELRaum*> FDefaultRoom = nullptr;  ///< several readers may come to remember it
+  std::int32_t FTag = 0;                                  ///< scratch value
   std::int32_t Temperature = 0;
   double Optimum = 0;
   std::int32_t BlockBand = 0;
