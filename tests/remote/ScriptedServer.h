@@ -74,6 +74,8 @@ class TScriptedServer {
       }
     });
   }
+  /// Steps that the client has come through.
+  int StepCount() const { return FStepCount; }
   /// Waits for the end of the script, behind which nobody has connected.
   void End() {
     FIsEndless = false;
@@ -96,9 +98,10 @@ class TScriptedServer {
   }
 
   /// @param ABegin what has been read of the first one
-  static void PlaySteps(TQuillonTCPSocket& APeer, const std::vector<TStep>& ASteps, std::string ABegin = {}) {
+  void PlaySteps(TQuillonTCPSocket& APeer, const std::vector<TStep>& ASteps, std::string ABegin = {}) {
     for (const TStep& Step : ASteps) {
       EXPECT_EQ(ABegin + Read(APeer, Step.Awaited.size() - ABegin.size()), Step.Awaited);
+      ++FStepCount;
       TQuillonTCPSocketWriter(APeer).WriteSignature(Step.Answer);
       ABegin.clear();
     }
@@ -114,5 +117,6 @@ class TScriptedServer {
 
   TQuillonTCPSocket FSocket;
   std::atomic<bool> FIsEndless = false;
+  std::atomic<int> FStepCount = 0;
   std::future<void> FPlayed;
 };

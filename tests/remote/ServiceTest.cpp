@@ -251,22 +251,28 @@ class PollingTest : public testing::Test {
     FChannel.SetHost("127.0.0.1");
     FChannel.SetPort(FServer.Port());
     FService.FServerPolling = true;
-    FService.FServerPollingInterval = 1;
+    FService.FServerPollingInterval = 200;
   }
 
-  /// Waits for a poll to bring about what the condition asks the gathered changes for.
   template <class TCondition>
-  void Await(const TCondition& ACondition) {
+  static void Await(const TCondition& ACondition) {
     const auto Begin = std::chrono::steady_clock::now();
-    const auto Holds = [&] {
-      const TQuillonRemoteClientLock Lock(FClient);
-      return ACondition(FService.ServerChangeLog());
-    };
-    while (!Holds() && std::chrono::steady_clock::now() - Begin < 20s) {
+    while (!ACondition() && std::chrono::steady_clock::now() - Begin < 20s) {
       std::this_thread::sleep_for(1ms);
     }
-    EXPECT_TRUE(Holds());
-    std::this_thread::sleep_for(50ms);
+    EXPECT_LT(std::chrono::steady_clock::now() - Begin, 20s);
+  }
+  /// Waits, between two polls, for one to bring about what the condition asks the gathered changes for.
+  template <class TCondition>
+  void AwaitChanges(const TCondition& ACondition) {
+    Await([&] {
+      if (!FClient.TryLock()) {
+        return false;
+      }
+      const bool Holds = ACondition(FService.ServerChangeLog());
+      FClient.Unlock();
+      return Holds;
+    });
   }
 
   TScriptedServer FServer;
@@ -291,7 +297,8 @@ TEST_F(PollingTest, ChangesAreGatheredUntilACloseThatWaitsForNoServer) {
                 {{{Call, "\0"s}, {PollBytes, Changed}, {"\0"s, {}}}},
                 {{{Call, "\0"s}, {PollBytes, {}}}}});
   FService.Load();
-  Await([](const TQuillonDataChangeLog& AGathered) { return !AGathered.IsEmpty(); });
+  AwaitChanges([](const TQuillonDataChangeLog& AGathered) { return !AGathered.IsEmpty(); });
+  Await([&] { return FServer.StepCount() == 4 + 3 + 2; });
   const auto BeginOfClose = std::chrono::steady_clock::now();
   FService.Close();
   EXPECT_LT(std::chrono::steady_clock::now() - BeginOfClose, 5s) << "the server is silent";
@@ -306,7 +313,8 @@ TEST_F(PollingTest, NothingIsAskedForOnceChangesWereDropped) {
       {{{{LoginBytes, Granted}, {Call, "\0"s}, {LoadBytes, Answer(Packed(*NewWorkspace())).substr(1)}, {"\0"s, {}}}},
        {{{Call, "\0"s}, {PollBytes, Answer(Packed(Lost)).substr(1)}, {"\0"s, {}}}}});
   FService.Load();
-  Await([](const TQuillonDataChangeLog& AGathered) { return AGathered.HasTooMuchChanges(); });
+  AwaitChanges([](const TQuillonDataChangeLog& AGathered) { return AGathered.HasTooMuchChanges(); });
+  std::this_thread::sleep_for(300ms);
   FServer.End();
 }
 
