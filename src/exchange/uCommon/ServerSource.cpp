@@ -90,6 +90,12 @@ namespace ServerSource {
 
 bool IsServer(std::string_view AProvider) { return QuillonText::EqualsIgnoreCase(AProvider, "Server"); }
 
+std::string PlaceOf(std::string_view AProvider, const TVELServerOptions& AnOptions, const std::string& AFileName) {
+  return IsServer(AProvider)
+             ? AnOptions.FServerName + ":" + std::to_string(AnOptions.FServerPort) + " " + AnOptions.FServerFileId
+             : AFileName;
+}
+
 void Load(TVELGlobals& AGlobals, const TVELServerOptions& AnOptions) {
   TSession Session(AGlobals, AnOptions);
   Session.Login();
