@@ -8,9 +8,6 @@ foreach(PROGRAM velmora-console velmora-host)
   target_link_options(${PROGRAM} PRIVATE LINKER:-z,now)
 endforeach()
 
-# Whatever the umask is.
-set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
-  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
 # Installs a page as the system wants its pages: compressed, with neither name nor time of the source.
 function(velmora_packed_page SOURCE DESTINATION)
@@ -53,8 +50,12 @@ set(CPACK_PACKAGE_NAME velmora-console)
 set(CPACK_PACKAGE_VENDOR Velmora)
 set(CPACK_PACKAGE_CONTACT "Velmora <console@velmora.example>")
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR})
-set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS ${CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS})
+# Whatever the umask is.
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_PROJECT_CONFIG_FILE ${PACKAGING}/PackageTime.cmake)
+set(CPACK_PRE_BUILD_SCRIPTS ${PACKAGING}/PackageModes.cmake)
+set(CPACK_POST_BUILD_SCRIPTS ${PACKAGING}/PackageArchive.cmake)
 set(CPACK_DEBIAN_PACKAGE_SECTION education)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "carries a school's timetable into other systems
 Exports a Velmora data file as a set of CSV files in the OCF exchange format,
