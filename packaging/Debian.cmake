@@ -3,11 +3,11 @@ include(GNUInstallDirs)
 set(PACKAGING ${CMAKE_CURRENT_LIST_DIR})
 set(PACKED ${CMAKE_BINARY_DIR}/packed)
 set(EXAMPLES ${CMAKE_INSTALL_DOCDIR}/examples)
+
 # What the loader has bound is not written any more.
 foreach(PROGRAM velmora-console velmora-host)
   target_link_options(${PROGRAM} PRIVATE LINKER:-z,now)
 endforeach()
-
 
 # Installs a page as the system wants its pages: compressed, with neither name nor time of the source.
 function(velmora_packed_page SOURCE DESTINATION)
@@ -44,6 +44,10 @@ install(FILES ${PACKAGING}/completion/velmora-console DESTINATION ${COMPLETIONS}
 velmora_link(velmora-console velmora-host ${COMPLETIONS})
 
 install(FILES ${PACKAGING}/systemd/velmora@.service ${PACKAGING}/systemd/velmora@.timer DESTINATION lib/systemd/system)
+
+if(VELMORA_TESTS)
+  add_subdirectory(tests/packaging)
+endif()
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME velmora-console)
