@@ -79,8 +79,8 @@ class Pages(unittest.TestCase):
         for names in found(r"char\* const Variable : \{([^}]*)\}", ""):
             variables |= set(re.findall(r"\w+", names))
         self.assertLess({"VELMORA_REPORT", "SSL_CERT_FILE", "all_proxy", "XDG_STATE_HOME"}, variables)
-        errors = {text.strip() for text in found(r'(?:EQuillon\w+|ReportError)\("([^"\\:]+)', "console", "exchange/uCommon",
-                                                 "exchange/uUpload")}
+        errors = {text.strip() for text in
+                  found(r'(?:EQuillon\w+|ReportError)\("(\w[^"\\:]+)', "console", "exchange/uCommon", "exchange/uUpload")}
         console = page("velmora-console.1")
         for word in commands | options | variables | errors | {"[Error]", "\n.B 0\n", "\n.B 1\n"}:
             self.assertTrue(re.search(r"(?<![\w-])" + re.escape(word) + r"(?!\w)", console), word)
