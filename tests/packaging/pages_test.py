@@ -82,9 +82,9 @@ class Pages(unittest.TestCase):
         errors = {text.strip() for text in
                   found(r'(?:EQuillon\w+|ReportError)\("(\w[^"\\:]+)', "console", "exchange/uCommon", "exchange/uUpload")}
         console = page("velmora-console.1")
-        for word in commands | options | variables | errors | {"[Error]", "\n.B 0", "\n.B 1"}:
+        for word in commands | options | variables | errors | {"[Error]", ".B 0", ".B 1"}:
             self.assertTrue(re.search(r"(?<![\w-])" + re.escape(word) + r"(?!\w)", console), word)
-        for word in jobs | switches | {"\n.B 0", "\n.B 1"}:
+        for word in jobs | switches | {".B 0", ".B 1"}:
             self.assertTrue(word in page("velmora-host.1"), word)
 
     def completed(self, *words):
