@@ -34,7 +34,7 @@ std::string PathOf(pugi::xml_node ANode) {
 
 /// The object that a node is or belongs to, by what the document tells of it.
 std::string ObjectAt(pugi::xml_node ANode) {
-  while (ANode && !ANode.attribute(ClassAttribute)) {
+  while (!ANode.empty() && ANode.attribute(ClassAttribute).empty()) {
     ANode = ANode.parent();
   }
   std::string Text;
