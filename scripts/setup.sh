@@ -3,7 +3,7 @@
 # Usage: setup.sh [FURTHER-PACKAGE...]
 set -eu
 
-set -- g++ cmake ninja-build python3 libxml2-utils openssl stunnel4 tzdata \
+set -- g++ cmake ninja-build python3 file dpkg-dev libxml2-utils openssl stunnel4 tzdata \
   libpugixml-dev nlohmann-json3-dev libzip-dev zlib1g-dev libutfcpp-dev libutf8proc-dev nettle-dev \
   libcurl4-openssl-dev libgtest-dev libgmock-dev libbenchmark-dev "$@"
 

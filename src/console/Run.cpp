@@ -1,6 +1,7 @@
 #include "Run.h"
 
 #include <exception>
+#include <new>
 #include <ratio>
 #include <utility>
 
@@ -23,6 +24,8 @@ bool TConsoleRun::Attempt(const TStep& AStep) {
   try {
     AStep();
     return true;
+  } catch (const std::bad_alloc&) {
+    ReportError("Out of memory: the job needs more than this system, or a limit that is set for it, lets it have.");
   } catch (const std::exception& Error) {
     ReportError(Error.what());
   } catch (...) {

@@ -166,6 +166,14 @@ bool IsUtf32(std::string_view ADocument) {
          ADocument.starts_with("\0\0"sv);
 }
 
+/// What a document is that is packed; empty for one that is not.
+std::string_view PackingOf(std::string_view ADocument) {
+  if (ADocument.starts_with("PK\x03\x04")) {
+    return "ein ZIP-Archiv";
+  }
+  return ADocument.starts_with("\x1F\x8B") ? "eine gzip-Datei" : "";
+}
+
 /// The document in UTF-8; what is wrong in that stays to be found.
 TQuillonBuffer ToUtf8(TQuillonBuffer ADocument) {
   using namespace std::string_view_literals;
@@ -185,6 +193,9 @@ TQuillonXMLDocument::TQuillonXMLDocument(TQuillonBuffer ADocument, std::string_v
 }
 
 void TQuillonXMLDocument::Parse(std::string_view ASource) {
+  if (const std::string_view Packing = PackingOf(FBuffer.View()); !Packing.empty()) {
+    Refuse(ASource, "es ist " + std::string(Packing) + ", bitte zuerst entpacken.");
+  }
   const TFindings Found = IsUtf32(FBuffer.View()) ? TFindings{.HasPieces = true} : Explore(FBuffer.View());
   if (Found.InvalidUtf8 != std::string_view::npos) {
     const std::string_view Ahead = FBuffer.View().substr(0, Found.InvalidUtf8);

@@ -4,6 +4,7 @@
 Usage: bad_input_test.py PROGRAM
 """
 
+import gzip
 import io
 import os
 import random
@@ -124,8 +125,10 @@ class BadInput(unittest.TestCase):
         archive = io.BytesIO()
         with zipfile.ZipFile(archive, "w", zipfile.ZIP_DEFLATED) as writer:
             writer.writestr("plan.velmora", SMALL)
+        self.assert_refused(archive.getvalue(), "plan.velmora", "ZIP")
+        self.assert_refused(gzip.compress(SMALL), "plan.velmora", "gzip")
         for content in [b"", b"\xef\xbb\xbf", b" \r\n", b"\0" * 1000, b"\xff\xfe", b"<", b"plan", b"<Storage>",
-                        b'{"Storage": {"Rooms": []}}', archive.getvalue(), random.Random(1).randbytes(5000),
+                        b'{"Storage": {"Rooms": []}}', random.Random(1).randbytes(5000),
                         b"<Plan/>", b"<storage/>", b"<html><Storage/></html>", b"<Storage/><Storage/>",
                         b"<Storage></Plan>", b"<" + b"R" * MILLION + b"/>",
                         *(replaced("Mü", bad) for bad in [b"\xff", b"M\xfc", b"M\xc3", b"\xc0\x80", b"\xed\xa0\x80",
@@ -163,6 +166,19 @@ class BadInput(unittest.TestCase):
                 for other in out_of_range + wrong + ["ä" * MILLION] * (values is not OTHERS):
                     content = replaced(f"<{text}", f"<{name}>{other}")
                     self.assert_refused(content, "Knoten Storage/", f"/{name.split()[0]}/", about=(name, other[:20]))
+
+    def test_place(self):
+        self.assert_refused(replaced("<Capacity>30", "<Capacity>x"), "Knoten Storage/Rooms/Items/Item/Capacity/", 'Objekt "Room"',
+                            'Code "R1"', 'ID "{00000000-0000-0000-0000-000000000003}"', "plan.velmora")
+
+    @unittest.skipUnless(shutil.which("prlimit"), "no prlimit")
+    def test_memory(self):
+        if IS_INSTRUMENTED:
+            self.skipTest("a sanitizer reserves more addresses than the limit")
+        with open(self.data, "wb") as file:
+            file.truncate(MEMORY >> 3)
+        code, error = self.run_program(self.data, ("prlimit", f"--as={MEMORY >> 4}"))
+        self.assertEqual((code, error[:22]), (1, "[Error] Out of memory:"))
 
     def test_size(self):
         """Ends within the limits, with whatever result."""

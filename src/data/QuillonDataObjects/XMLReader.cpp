@@ -32,13 +32,23 @@ std::string PathOf(pugi::xml_node ANode) {
   return Path;
 }
 
-[[noreturn]] void ThrowAt(const pugi::xml_node& ANode, std::string_view AReason) {
-  throw EQuillonDataObjectReaderError("Knoten " + PathOf(ANode) +
-                                      " konnte nicht gelesen werden: " + std::string(AReason));
-}
-
-[[noreturn]] void ThrowExpected(const pugi::xml_node& ANode, std::string_view AWhat, std::string_view AName) {
-  ThrowAt(ANode, "XML-" + std::string(AWhat) + " \"" + std::string(AName) + "\" erwartet.");
+/// The object that a node is or belongs to, by what the document tells of it.
+std::string ObjectAt(pugi::xml_node ANode) {
+  while (!ANode.empty() && ANode.attribute(ClassAttribute).empty()) {
+    ANode = ANode.parent();
+  }
+  std::string Text;
+  const auto Tell = [&Text](std::string_view ALabel, std::string_view AValue) {
+    if (!AValue.empty()) {
+      Text.append(ALabel).append(QuillonText::Quoted(AValue)).append(", ");
+    }
+  };
+  Tell("Objekt ", ANode.attribute(ClassAttribute).value());
+  for (const char* const Name : {"Code", "Name"}) {
+    Tell(std::string(Name) + " ", ANode.child(Name).value());
+  }
+  Tell("ID ", ANode.attribute(IDAttribute).value());
+  return Text;
 }
 
 /// Text of an element: all its texts, one behind the other.
@@ -62,9 +72,20 @@ TQuillonDataObjectXMLReader::TQuillonDataObjectXMLReader(TQuillonDataStorage& AS
                                                          std::string_view ASource) try
     : TQuillonDataObjectReader(AStorage),
       FDocument(std::move(ADocument), ASource, "Storage"),
-      FCursor(FDocument.Root()) {
+      FCursor(FDocument.Root()),
+      FSource(ASource) {
 } catch (const EQuillonXMLError& Error) {
   throw EQuillonDataObjectReaderError(Error.what());
+}
+
+void TQuillonDataObjectXMLReader::ThrowAt(const pugi::xml_node& ANode, std::string_view AReason) const {
+  throw EQuillonDataObjectReaderError("Knoten " + PathOf(ANode) + " konnte nicht gelesen werden: " +
+                                      std::string(AReason) + " (" + ObjectAt(ANode) + "Datei \"" + FSource + "\")");
+}
+
+void TQuillonDataObjectXMLReader::ThrowExpected(const pugi::xml_node& ANode, std::string_view AWhat,
+                                                std::string_view AName) const {
+  ThrowAt(ANode, "XML-" + std::string(AWhat) + " \"" + std::string(AName) + "\" erwartet.");
 }
 
 /// The elements of one object's rows, found in one walk over its children.

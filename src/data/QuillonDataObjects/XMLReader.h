@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <pugixml.hpp>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -28,8 +29,13 @@ class TQuillonDataObjectXMLReader : public TQuillonDataObjectReader {
   TQuillonDataObject& FindReferred(const pugi::xml_node& AnElement, const TQuillonDataClass& ABase) const;
   TQuillonDataObject& ReadObject(const pugi::xml_node& AnElement, const TQuillonDataClass& ABase);
 
+  /// @throws EQuillonDataObjectReaderError with the node's path, the object it belongs to, and the source
+  [[noreturn]] void ThrowAt(const pugi::xml_node& ANode, std::string_view AReason) const;
+  [[noreturn]] void ThrowExpected(const pugi::xml_node& ANode, std::string_view AWhat, std::string_view AName) const;
+
   TQuillonXMLDocument FDocument;
   pugi::xml_node FCursor;
+  std::string FSource;
   std::int64_t FPassedOver = 0;           ///< elements so far that no row has read
   std::vector<pugi::xml_node> FElements;  ///< of the objects being read, one behind the other, an entry a row
 };

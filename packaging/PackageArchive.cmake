@@ -1,0 +1,10 @@
+# The package's outermost archive, anew without the umask's modes.
+set(MEMBERS debian-binary control.tar.gz data.tar.gz)
+foreach(PACKAGE ${CPACK_PACKAGE_FILES})
+  set(FOLDER ${CPACK_TOPLEVEL_DIRECTORY}/members)
+  file(MAKE_DIRECTORY ${FOLDER})
+  execute_process(COMMAND ar x ${PACKAGE} ${MEMBERS} WORKING_DIRECTORY ${FOLDER} COMMAND_ERROR_IS_FATAL ANY)
+  file(REMOVE ${PACKAGE})
+  execute_process(COMMAND ar rcD ${PACKAGE} ${MEMBERS} WORKING_DIRECTORY ${FOLDER} COMMAND_ERROR_IS_FATAL ANY)
+  file(REMOVE_RECURSE ${FOLDER})
+endforeach()
