@@ -126,5 +126,7 @@ extern const int NotWriteableError;
 extern const std::string_view PathDelimiters;
 /// Length of the part of a path that names a root: "/" here, a drive elsewhere; 0 for a relative path.
 std::size_t RootLength(std::string_view APath);
+/// Shorter paths are taken for folders that are there: drives, where there are any.
+extern const std::size_t ShortestFolder;
 
 }  // namespace Platform

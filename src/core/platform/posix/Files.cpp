@@ -238,4 +238,6 @@ const std::string_view PathDelimiters = "/";
 
 std::size_t RootLength(std::string_view APath) { return APath.starts_with('/') ? 1 : 0; }
 
+const std::size_t ShortestFolder = 1;
+
 }  // namespace Platform
