@@ -117,6 +117,9 @@ bool IsInUse(int AnErrorCode);
 bool IsUnsupported(int AnErrorCode);
 /// Whether a folder takes no new file, or lets it not take the place of another, although the other may be open to us.
 bool IsReplacementRefused(int AnErrorCode);
+/// Whether a file that is open loses its name at once when another one takes its place, or it is removed. Elsewhere
+/// what is open is in the way, or takes more steps.
+extern const bool OpenFilesGiveWay;
 /// The code of a call on a file that is not open.
 extern const int NotOpenError;
 /// The code of a file that may not be written.

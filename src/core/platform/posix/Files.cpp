@@ -231,6 +231,8 @@ bool IsReplacementRefused(int AnErrorCode) {
          AnErrorCode == EXDEV;
 }
 
+const bool OpenFilesGiveWay = true;
+
 const int NotOpenError = EBADF;
 const int NotWriteableError = EACCES;
 

@@ -252,6 +252,8 @@ bool IsReplacementRefused(int AnErrorCode) {
                                ERROR_NETWORK_ACCESS_DENIED});
 }
 
+const bool OpenFilesGiveWay = false;
+
 const int NotOpenError = ERROR_INVALID_HANDLE;
 const int NotWriteableError = ERROR_ACCESS_DENIED;
 
