@@ -35,16 +35,22 @@ T* Checked(T* AMade) {
   return AMade;
 }
 
-template <class TValue>
-void Set(CURL* AHandle, CURLoption AnOption, TValue AValue) {
-  if (const CURLcode Code = curl_easy_setopt(AHandle, AnOption, AValue); Code != CURLE_OK) {
-    throw EQuillonHttpError(std::string("HTTP client: ") + curl_easy_strerror(Code));
-  }
-}
-
 void Check(CURLcode ACode) {
   if (ACode != CURLE_OK) {
     throw EQuillonHttpError(std::string("HTTP client: ") + curl_easy_strerror(ACode));
+  }
+}
+
+template <class TValue>
+void Set(CURL* AHandle, CURLoption AnOption, TValue AValue) {
+  Check(curl_easy_setopt(AHandle, AnOption, AValue));
+}
+
+/// As Set, for what not every TLS library knows.
+template <class TValue>
+void SetIfKnown(CURL* AHandle, CURLoption AnOption, TValue AValue) {
+  if (const CURLcode Code = curl_easy_setopt(AHandle, AnOption, AValue); Code != CURLE_NOT_BUILT_IN) {
+    Check(Code);
   }
 }
 
@@ -225,8 +231,8 @@ void SetTrust(CURL* AHandle) {
   Set(AHandle, CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_REVOKE_BEST_EFFORT));
   const auto SetFrom = [AHandle](const char* AVariable, CURLoption AnOption, CURLoption AnOptionOfProxy) {
     if (const char* const Path = std::getenv(AVariable); Path != nullptr && *Path != '\0') {
-      Set(AHandle, AnOption, Path);
-      Set(AHandle, AnOptionOfProxy, Path);
+      SetIfKnown(AHandle, AnOption, Path);
+      SetIfKnown(AHandle, AnOptionOfProxy, Path);
     }
   };
   SetFrom("SSL_CERT_FILE", CURLOPT_CAINFO, CURLOPT_PROXY_CAINFO);

@@ -214,7 +214,8 @@ class SystemSockets final : public Platform::SocketLayer {
         APeer = AddressIn(Name);
         return Prepared(Accepted);
       }
-      Await(ASocket, SocketReadiness::Read, Forever);
+      const int Error = ::WSAGetLastError();
+      Await(Error, ASocket, SocketReadiness::Read, Forever);
     }
   }
 
@@ -231,7 +232,8 @@ class SystemSockets final : public Platform::SocketLayer {
       if (Got >= 0) {
         return static_cast<std::size_t>(Got);
       }
-      Await(ASocket, SocketReadiness::Read, Option(ASocket, Platform::SocketOption::RecvTimeOut));
+      const int Error = ::WSAGetLastError();
+      Await(Error, ASocket, SocketReadiness::Read, Option(ASocket, Platform::SocketOption::RecvTimeOut));
     }
   }
 
@@ -241,11 +243,13 @@ class SystemSockets final : public Platform::SocketLayer {
       const int Sent = ::send(Socket(ASocket), ABytes.data() + Done, SizeOfPiece(ABytes.size() - Done), 0);
       if (Sent >= 0) {
         Done += static_cast<std::size_t>(Sent);
-      } else if (!DoWait && ::WSAGetLastError() == WSAEWOULDBLOCK) {
-        break;
-      } else {
-        Await(ASocket, SocketReadiness::Write, Option(ASocket, Platform::SocketOption::SendTimeOut));
+        continue;
       }
+      const int Error = ::WSAGetLastError();
+      if (!DoWait && Error == WSAEWOULDBLOCK) {
+        break;
+      }
+      Await(Error, ASocket, SocketReadiness::Write, Option(ASocket, Platform::SocketOption::SendTimeOut));
     }
     return Done;
   }
@@ -372,11 +376,11 @@ class SystemSockets final : public Platform::SocketLayer {
                             &Time)) > 0;
   }
 
-  /// Waits where the last call would have done so; any other failure of it is raised.
+  /// Waits where a call would have done so; any other error of it is raised.
   /// @param ATimeOut milliseconds; 0 for no limit
-  void Await(SocketHandle ASocket, SocketReadiness AReadiness, std::int32_t ATimeOut) {
-    if (::WSAGetLastError() != WSAEWOULDBLOCK) {
-      Fail();
+  void Await(int AnError, SocketHandle ASocket, SocketReadiness AReadiness, std::int32_t ATimeOut) {
+    if (AnError != WSAEWOULDBLOCK) {
+      Fail(AnError);
     }
     if (Ended.Contains(ASocket)) {
       Fail(WSAESHUTDOWN);

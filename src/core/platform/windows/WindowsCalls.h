@@ -7,6 +7,12 @@
 #include <string>
 #include <string_view>
 
+// By these macros functions of ours would get other names behind this header than ahead of it.
+#undef CreateDirectory
+#undef DeleteFile
+#undef MoveFile
+#undef ReplaceFile
+
 /// What the sources of this folder share: text of the wide interface, absolute paths, errors.
 namespace WindowsCalls {
 
