@@ -9,7 +9,7 @@ Step() { printf '\n-- %s (after %d s)\n' "$1" "$SECONDS"; }
 
 Step "packages"
 scripts/setup.sh g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64 libgnutls30 ca-certificates googletest m4 make \
-  dpkg-dev xz-utils curl
+  dpkg-dev xz-utils
 
 Step "libraries"
 # Built anew with the recipe, the compiler, or the sources, whose versions are those of this system's own libraries.
