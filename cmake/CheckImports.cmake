@@ -1,7 +1,7 @@
 # Ends with an error where PROGRAM imports a library that is not part of Windows; OBJDUMP lists the imports.
 cmake_minimum_required(VERSION 3.25)
 
-set(SYSTEM_LIBRARIES advapi32 bcrypt crypt32 kernel32 msvcrt normaliz ole32 secur32 shell32 shlwapi user32 winhttp ws2_32)
+set(SYSTEM_LIBRARIES advapi32 bcrypt crypt32 kernel32 msvcrt normaliz ole32 psapi secur32 shell32 shlwapi user32 winhttp ws2_32)
 
 execute_process(COMMAND ${OBJDUMP} -p ${PROGRAM} OUTPUT_VARIABLE HEADERS COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCHALL "DLL Name: [^\n\r]+" IMPORTS "${HEADERS}")

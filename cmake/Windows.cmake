@@ -3,7 +3,7 @@ add_compile_definitions(UNICODE _UNICODE _WIN32_WINNT=0x0A00 NOMINMAX WIN32_LEAN
   CURL_STATICLIB ZIP_STATIC UTF8PROC_STATIC)
 
 set(VELMORA_SYSTEM_LIBRARIES
-  ws2_32 winhttp shlwapi shell32 ole32 uuid advapi32 bcrypt crypt32 normaliz secur32)
+  ws2_32 winhttp shlwapi shell32 ole32 uuid advapi32 bcrypt crypt32 normaliz psapi secur32)
 
 # Windows looks for what a program is in the program itself: version, and how it wants to be treated.
 function(velmora_resources NAME DESCRIPTION)

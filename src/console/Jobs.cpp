@@ -20,17 +20,37 @@ constexpr std::string_view SaveLine = "Save VELMORA file...";
 TExchangeJobs::TExchangeJobs(TVELGlobals& AGlobals, TLineSink AnOutput)
     : FGlobals(AGlobals), FOutput(std::move(AnOutput)) {}
 
+void TExchangeJobs::Say(std::string_view AStage, std::string_view ALine) {
+  FGlobals.Report().BeginStage(AStage);
+  FOutput(ALine);
+}
+
+void TExchangeJobs::RunNothing(const std::string& AnOption, const std::string& AValue) {
+  FGlobals.Report().Warn("no-job", "No job was run: the option " + AnOption + " has the value \"" + AValue + "\".");
+}
+
+void TExchangeJobs::Finish(int AnExitCode, const std::string& AnError) {
+  FGlobals.Report().Finish(AnExitCode, AnError);
+}
+
 template <class TConfiguration>
 void TExchangeJobs::RunExport(TConfiguration&& AConfiguration) {
   TVELOstrelCsvWriter Writer(FGlobals, std::forward<TConfiguration>(AConfiguration));
-  FOutput(OpenLine);
+  Say("open", OpenLine);
   Writer.LoadVelFile();
-  FOutput("Start Export to OCF...");
+  FGlobals.TellPlan();
+  Say("export", "Start Export to OCF...");
   Writer.WriteAll();
   FOutput("Export Finished.");
 }
 
 void TExchangeJobs::ExportToOcf(std::unique_ptr<TOcfConfiguration> AConfiguration) {
+  const TOcfExportOptions& Options = AConfiguration->FOcfExport;
+  TVELReport& Report = FGlobals.Report();
+  Report.SetFileName(Options.FReportFileName);
+  Report.FJob = "export";
+  Report.FSource = ServerSource::PlaceOf(Options.FSourceProvider, Options, Options.FSourceFileName);
+  Report.FTarget = Options.FTargetFolderName;
   RunExport(std::move(AConfiguration));
 }
 
@@ -41,10 +61,12 @@ void TExchangeJobs::RunUpload(const std::string& AConfigFileName, const std::str
   const auto Client = QuillonHttp::CreateClient();
   const auto State = uUpload::UserState();
   TWriter Writer(FGlobals, AConfigFileName, *Client, *State);
-  FOutput(OpenLine);
+  Say("open", OpenLine);
   Writer.LoadVelFile();
-  FOutput("Start Upload to " + AService + "...");
+  FGlobals.TellPlan();
+  Say("upload", "Start Upload to " + AService + "...");
   const bool IsSent = Writer.UploadVelFile();
+  FGlobals.Report().FOutcome = IsSent ? "sent" : "unchanged";
   FOutput(IsSent ? "Upload successfully finished." : "No changes detected since last upload. No Upload.");
 }
 
@@ -59,28 +81,38 @@ void TExchangeJobs::UploadToIServ(const std::string& AConfigFileName) {
 template <class TConfiguration>
 void TExchangeJobs::RunImport(TConfiguration&& AConfiguration) {
   TVELOstrelCsvReader Reader(FGlobals, std::forward<TConfiguration>(AConfiguration));
-  FOutput(OpenLine);
+  Say("open", OpenLine);
   Reader.LoadVelFile();
-  FOutput("Start Import from OCF...");
+  FGlobals.TellPlan();
+  Say("import", "Start Import from OCF...");
   Reader.ReadAll();
-  FOutput(SaveLine);
+  Say("save", SaveLine);
   Reader.SaveVelFile();
   FOutput("Import finished.");
 }
 
 void TExchangeJobs::ImportFromOcf(std::unique_ptr<TOcfConfiguration> AConfiguration) {
+  const TOcfImportOptions& Options = AConfiguration->FOcfImport;
+  TVELReport& Report = FGlobals.Report();
+  Report.SetFileName(Options.FReportFileName);
+  Report.FJob = "import";
+  Report.FSource = Options.FSourceFolderName;
+  Report.FTarget = ServerSource::PlaceOf(Options.FTargetProvider, Options, Options.FTargetFileName);
   RunImport(std::move(AConfiguration));
 }
 
 void TExchangeJobs::ImportFromOcf(const std::string& AConfigFileName) { RunImport(AConfigFileName); }
 
 void TExchangeJobs::TransformFile(const std::string& AFileName) {
-  TVELTransformator Transformator(FGlobals.Plan());
-  FOutput(OpenLine);
+  FGlobals.Report().FJob = "newguids";
+  FGlobals.Report().FSource = FGlobals.Report().FTarget = AFileName;
+  TVELTransformator Transformator(FGlobals);
+  Say("open", OpenLine);
   Transformator.LoadFromFile(AFileName);
-  FOutput("Generate new Guids...");
+  FGlobals.TellPlan();
+  Say("new identifiers", "Generate new Guids...");
   Transformator.NewGuids();
-  FOutput(SaveLine);
+  Say("save", SaveLine);
   Transformator.SaveToFile();
   FOutput("Transformation finished.");
 }

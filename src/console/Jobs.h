@@ -16,8 +16,12 @@ class TExchangeJobs : public TJobs {
   void ImportFromOcf(std::unique_ptr<TOcfConfiguration> AConfiguration) override;
   void ImportFromOcf(const std::string& AConfigFileName) override;
   void TransformFile(const std::string& AFileName) override;
+  void RunNothing(const std::string& AnOption, const std::string& AValue) override;
+  void Finish(int AnExitCode, const std::string& AnError) override;
 
  private:
+  /// A stage of the job begins, with its line.
+  void Say(std::string_view AStage, std::string_view ALine);
   template <class TConfiguration>
   void RunExport(TConfiguration&& AConfiguration);
   template <class TWriter>

@@ -30,7 +30,8 @@ TProgram::TProgram(TCommandLine ACommandLine, TJobs& AJobs, TLineSink AnOutput)
       FRun(std::move(AnOutput), FCommandLine.FindSwitch(MinimalDisplay)) {}
 
 int TProgram::Run() {
-  return FRun.Run([this] { Dispatch(); });
+  return FRun.Run([this] { Dispatch(); },
+                  [this](int AnExitCode, const std::string& AnError) { FJobs.Finish(AnExitCode, AnError); });
 }
 
 void TProgram::Dispatch() {
@@ -63,6 +64,7 @@ void TProgram::DispatchExport() {
     Options.FSourceProvider = FileProvider;
     ReadText("fn", Options.FSourceFileName);
   } else {
+    FJobs.RunNothing("-s", SourceValue);
     return;
   }
   ReadText("o", Options.FTargetFolderName);
@@ -102,6 +104,7 @@ void TProgram::DispatchImport() {
     Options.FTargetProvider = FileProvider;
     ReadText("fn", Options.FTargetFileName);
   } else {
+    FJobs.RunNothing("-p", ProviderValue);
     return;
   }
   ReadText("i", Options.FSourceFolderName);

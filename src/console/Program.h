@@ -27,6 +27,11 @@ class TJobs {
   virtual void ImportFromOcf(const std::string& AConfigFileName) = 0;
   /// Gives all objects of a data file new identifiers.
   virtual void TransformFile(const std::string& AFileName) = 0;
+
+  /// The command line asks for no job. @param AnOption whose value is none of its own
+  virtual void RunNothing(const std::string& /*AnOption*/, const std::string& /*AValue*/) {}
+  /// Behind the job, whatever became of it.
+  virtual void Finish(int /*AnExitCode*/, const std::string& /*AnError*/) {}
 };
 
 /// One run of the program: reads the command line, does the one job it asks for, and reports.

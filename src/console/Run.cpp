@@ -10,11 +10,12 @@
 TConsoleRun::TConsoleRun(TLineSink AnOutput, bool AnIsMinimal)
     : FOutput(std::move(AnOutput)), FIsMinimal(AnIsMinimal), Stopwatch(std::chrono::steady_clock::now()) {}
 
-int TConsoleRun::Run(const std::function<void()>& AJob) {
+int TConsoleRun::Run(const std::function<void()>& AJob, const TOnEnd& AnOnEnd) {
   // Without a banner there is no place for the lines of a job: a job whose lines nobody gets is not started.
   const bool IsDone = Attempt([this] { ShowBanner(); }) && Attempt(AJob);
+  const bool IsTold = !AnOnEnd || Attempt([&] { AnOnEnd(IsDone ? 0 : 1, FError); });
   const bool IsReported = Attempt([this] { ReportElapsedTime(); });
-  return IsDone && IsReported ? 0 : 1;
+  return IsDone && IsTold && IsReported ? 0 : 1;
 }
 
 template <class TStep>
@@ -32,8 +33,9 @@ bool TConsoleRun::Attempt(const TStep& AStep) {
 
 void TConsoleRun::ReportError(std::string_view AMessage) {
   try {
+    FError = QuillonText::OneLine(AMessage);
     FOutput("");
-    FOutput("[Error] " + QuillonText::OneLine(AMessage));
+    FOutput("[Error] " + FError);
   } catch (...) {
     // An output that fails here has no other place to say so; the exit code tells it.
     return;

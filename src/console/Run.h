@@ -15,9 +15,12 @@ class TConsoleRun {
   /// @param AnIsMinimal leaves out the banner and the time
   TConsoleRun(TLineSink AnOutput, bool AnIsMinimal);
 
-  /// Never throws: any failure, one of the output included, becomes the error line and the exit code.
+  /// Is told how the job has ended: the exit code so far, and the text of the error line, if there is one.
+  using TOnEnd = std::function<void(int AnExitCode, const std::string& AnError)>;
+
+  /// Never throws: any failure, one of the output or of AnOnEnd included, becomes the error line and the exit code.
   /// @return the process exit code, 0 or 1
-  int Run(const std::function<void()>& AJob);
+  int Run(const std::function<void()>& AJob, const TOnEnd& AnOnEnd = {});
 
  private:
   void ShowBanner();
@@ -30,6 +33,7 @@ class TConsoleRun {
 
   TLineSink FOutput;
   bool FIsMinimal;
+  std::string FError;
   std::chrono::steady_clock::time_point Stopwatch;
 };
 

@@ -2,13 +2,13 @@
 
 #include <string>
 
-#include "uPlandaten/Plan.h"
+#include "Globals.h"
 
 /// Gives the objects of a data file that other systems match by identifier new ones, so that a copy of the file is
 /// another school's for them.
 class TVELTransformator {
  public:
-  explicit TVELTransformator(TVELPlan& APlan) : FPlan(APlan) {}
+  explicit TVELTransformator(TVELGlobals& AGlobals) : FReport(AGlobals.Report()), FPlan(AGlobals.Plan()) {}
   TVELTransformator(const TVELTransformator&) = delete;
   TVELTransformator& operator=(const TVELTransformator&) = delete;
   ~TVELTransformator() { FPlan.CloseFile(); }
@@ -24,6 +24,7 @@ class TVELTransformator {
   void Abort() { FAborted = true; }
 
  private:
+  TVELReport& FReport;
   TVELPlan& FPlan;
   bool FAborted = false;
 };

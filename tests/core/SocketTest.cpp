@@ -228,6 +228,9 @@ TEST_F(SocketTest, StepsAreLogged) {
     Log.AddNamespace(Name);
   }
   FNear->CloseSocket();
+  const TSocket Other = NewSocket();
+  Other->Bind();
+  Other->Listen();
   const TSocket Client = NewSocket();
   Client->FRemotePort = FServer->FLocalPort;
   Client->Connect();
@@ -239,7 +242,9 @@ TEST_F(SocketTest, StepsAreLogged) {
     return "Quillon.System.Sockets" + std::string(ANamespace) + " " + std::to_string(ASocket.Socket()) + " " + AText;
   };
   EXPECT_THAT(Lines, testing::IsSupersetOf(
-                         {Line(*Client, "Socket created"), Line(*Client, "Socket connected"),
+                         {Line(*Other, "Socket on 127.0.0.1:" + std::to_string(Other->FLocalPort) + " binded"),
+                          Line(*Other, "Socket is listening..."), Line(*Client, "Socket created"),
+                          Line(*Client, "Socket connected"),
                           Line(*FServer, "New Socket (" + std::to_string(Peer->Socket()) +
                                              ") on 127.0.0.1:" + std::to_string(Client->FLocalPort) + " accepted"),
                           Line(*Client, "3 Bytes data send", ".Send"), Line(*Peer, "3 Bytes data recieved", ".Recv")}));

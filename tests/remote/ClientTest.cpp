@@ -13,6 +13,7 @@
 namespace {
 
 using namespace std::chrono_literals;
+using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -193,6 +194,9 @@ TEST_F(ClientTest, ALostSessionIsReplacedOnTheSameConnection) {
     EXPECT_EQ(FClient.FResponse.FParamsQueue.PopString(), "b");
   }
   FServer.End();
+  for (const char* Entry : {"User profile not available", "Session not available"}) {
+    EXPECT_THAT(FClient.FLines, Contains(std::string(SessionText) + " " + Entry));
+  }
   std::vector<TStep> Steps = {{CallBytes, Lost}};
   for (int Count = 0; Count < QuillonRemoting::MaxLogins; ++Count) {
     Steps.insert(Steps.end(), {Login, {CallBytes, Lost}});
@@ -327,6 +331,7 @@ TEST_F(ClientThreadTest, TheTimerKeepsTheSessionUntilItIsRefused) {
   }
   EXPECT_FALSE(FClient.KeepAlive());
   EXPECT_TRUE(FClient.IsLoggedIn());
+  EXPECT_EQ(FClient.FLines.back(), std::string(SessionText) + " KeepAlive not successfull");
   FServer.Play({Kept, {{{KeepAliveBytes, Lost}, {End, {}}}}});
   FClient.SetKeepAlive(true);
   FServer.End();

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
+#include <functional>
 #include <thread>
 
 #include "QuillonRemoteServices/StorageService.h"
@@ -202,8 +203,25 @@ TEST_F(ServiceTest, ChangesThatAreLostOrDoNotFitAreNotPassedOver) {
   const TBlock Changes = Packed(FServers->ChangeLog());
   FCopy->FTenants.Clear();
   FCopy->ChangeLog().Clear();
-  EXPECT_THROW(SentFor(Answer(Changes), Run), EQuillonDataConflict);
+  SentFor(Answer(Changes), Run);
+  EXPECT_EQ(Result, ssrConflict);
+  EXPECT_THAT(FMessage, testing::HasSubstr("existiert nicht mehr"));
   EXPECT_FALSE(FStorage.ServerChangeLog().IsEmpty());
+}
+
+TEST_F(ServiceTest, AnAnswerToARequestWithoutItsValuesConfirmsNothing) {
+  GoOnline();
+  AddTenant(*FCopy, "West");
+  FClient.FPassword = "a";
+  // The session is lost behind the request; the server takes what comes after the login for good.
+  const std::string Lost = Hex("00 04") + Granted + Answer();
+  for (const std::function<void()>& Work :
+       {std::function([&] { FStorage.Store(); }), std::function([&] { Synchronize(); }),
+        std::function([&] { FWorkspace.ChangePassword("a", "b"); })}) {
+    EXPECT_THROW(SentFor(Lost, Work), EQuillonRemoteError);
+  }
+  EXPECT_FALSE(FCopy->ChangeLog().IsEmpty());
+  EXPECT_EQ(FClient.FPassword, "a");
 }
 
 TEST_F(ServiceTest, FurtherOperationsTakeTheirValues) {
@@ -219,6 +237,11 @@ TEST_F(ServiceTest, FurtherOperationsTakeTheirValues) {
   EXPECT_EQ(FClient.FPassword, "b");
   EXPECT_EQ(SentFor(Answer(Packed(*FServers)), [&] { FWorkspace.Load(); }), Hex("0300 0100 00000000"));
   EXPECT_EQ(Content(*FCopy), Content(*FServers));
+  EXPECT_EQ(SentFor(Answer(), [&] { FWorkspace.Store(); }), Hex("0300 0300 01000000 01") + BlockBytes(Packed(*FCopy)));
+  AddTenant(*FCopy, "West");
+  const TBlock Local = Packed(FCopy->ChangeLog());
+  EXPECT_EQ(SentFor(Answer(), [&] { FWorkspace.Synchronize(FMessage); }),
+            Hex("0300 0400 01000000 01") + BlockBytes(Local));
 }
 
 /// Polls a server over TCP, soon and often.
@@ -229,6 +252,21 @@ class PollingTest : public testing::Test {
     FChannel.SetPort(FServer.Port());
     FService.FServerPolling = true;
     FService.FServerPollingInterval = 1;
+  }
+
+  /// Waits for a poll to bring about what the condition asks the gathered changes for.
+  template <class TCondition>
+  void Await(const TCondition& ACondition) {
+    const auto Begin = std::chrono::steady_clock::now();
+    const auto Holds = [&] {
+      const TQuillonRemoteClientLock Lock(FClient);
+      return ACondition(FService.ServerChangeLog());
+    };
+    while (!Holds() && std::chrono::steady_clock::now() - Begin < 20s) {
+      std::this_thread::sleep_for(1ms);
+    }
+    EXPECT_TRUE(Holds());
+    std::this_thread::sleep_for(50ms);
   }
 
   TScriptedServer FServer;
@@ -253,21 +291,23 @@ TEST_F(PollingTest, ChangesAreGatheredUntilACloseThatWaitsForNoServer) {
                 {{{Call, "\0"s}, {PollBytes, Changed}, {"\0"s, {}}}},
                 {{{Call, "\0"s}, {PollBytes, {}}}}});
   FService.Load();
-  const auto Begin = std::chrono::steady_clock::now();
-  const auto HasChanges = [&] {
-    const TQuillonRemoteClientLock Lock(FClient);
-    return !FService.ServerChangeLog().IsEmpty();
-  };
-  while (!HasChanges() && std::chrono::steady_clock::now() - Begin < 20s) {
-    std::this_thread::sleep_for(1ms);
-  }
-  EXPECT_TRUE(HasChanges());
-  std::this_thread::sleep_for(50ms);
+  Await([](const TQuillonDataChangeLog& AGathered) { return !AGathered.IsEmpty(); });
   const auto BeginOfClose = std::chrono::steady_clock::now();
   FService.Close();
   EXPECT_LT(std::chrono::steady_clock::now() - BeginOfClose, 5s) << "the server is silent";
   FServer.End();
   EXPECT_TRUE(FService.ServerChangeLog().IsEmpty() && FService.Status() == wsOffline);
+}
+
+TEST_F(PollingTest, NothingIsAskedForOnceChangesWereDropped) {
+  TQuillonDataChangeLog Lost;
+  Lost.Spoil();
+  FServer.Play(
+      {{{{LoginBytes, Granted}, {Call, "\0"s}, {LoadBytes, Answer(Packed(*NewWorkspace())).substr(1)}, {"\0"s, {}}}},
+       {{{Call, "\0"s}, {PollBytes, Answer(Packed(Lost)).substr(1)}, {"\0"s, {}}}}});
+  FService.Load();
+  Await([](const TQuillonDataChangeLog& AGathered) { return AGathered.HasTooMuchChanges(); });
+  FServer.End();
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 """Runs the real programs against a data server of the test's own: what goes over the wire, what comes of it, and what
 a server that fails or lies leads to.
 
-Usage: server_test.py PROGRAM HOST FORMS SAMPLE
+Usage: server_test.py PROGRAM HOST FORMS USERS SAMPLE
 """
 
 import json
@@ -32,7 +32,7 @@ from upload_server import Service
 from binary_form import decompress, read_plan, write_content
 from change_log import MODIFICATION, Operation
 
-PROGRAM = HOST = FORMS = SAMPLE = ""
+PROGRAM = HOST = FORMS = USERS = SAMPLE = ""
 PLAN = "{0E984725-C51C-4BF4-9960-E1C80E27ABA0}"
 PLAN_BYTES = uuid.UUID(PLAN).bytes_le
 PASSWORD = "Geh3im&\u00e4"
@@ -123,12 +123,12 @@ class Programs(unittest.TestCase):
         pathlib.Path(path).write_text(json.dumps({"Velmora": jobs}), "utf-8")
         return path
 
-    def import_set(self, lines=3):
+    def import_set(self, lines=3, target="Server"):
         source = os.path.join(self.folder, "in")
         os.makedirs(source, exist_ok=True)
         pathlib.Path(source, "Rooms.csv").write_text(f"Id;Code;Name;Capacity\r\n{ROOM[1:-1].lower()};Z99;Neubau;17\r\n",
                                                      "utf-8")
-        job = self.configure("ocfImport", sourceFolderName=source, targetProvider="Server")
+        job = self.configure("ocfImport", sourceFolderName=source, targetProvider=target)
         return self.run_program(HOST, "import", job, lines=IMPORT_LINES[:lines])
 
     def talk(self, number):
@@ -210,6 +210,11 @@ class Jobs(Programs):
         self.export_file(local + ".velmora", self.wanted)
         self.assert_exported(self.export())
 
+    def test_an_import_without_a_target(self):
+        message, code = self.import_set(target="")
+        self.assertEqual((message[:24], code), ("The plan was not saved: ", 1))
+        self.assertEqual(self.store.plans[PLAN_BYTES].data, self.plan)
+
     def test_uploads(self):
         for job, provider, name in (("sduiExport", "sdui", "Sdui"), ("iServExport", "iserv", "IServ")):
             with self.subTest(provider), Service() as service:
@@ -226,6 +231,23 @@ class Jobs(Programs):
                     self.assert_exported(self.export_file(path, self.target))
                 else:
                     self.assertIn(b"Velmora", service.requests[-1].body)
+                # The version of the plan travels with it: the same plan is not sent twice.
+                self.assertEqual(self.run_program(PROGRAM, "export", "-c", job, "-p", provider),
+                                 ([f"Start Upload to {name}...", "No changes detected since last upload. No Upload."],
+                                  0))
+
+    def test_other_jobs_of_the_host(self):
+        job = self.configure("ocfExport", sourceProvider="Server", targetFolderName=self.target)
+        self.assert_exported(self.run_program(HOST, "export", job))
+        results = []
+        for source in ({"sourceProvider": "server"}, {"sourceFileName": SAMPLE}):
+            path = pathlib.Path(self.folder, "publication.json")
+            job = self.configure("jsonExport", targetFileName=str(path), **source)
+            self.assertEqual(self.run_program(HOST, "publish", job),
+                             (["Start Publication...", "Publication finished."], 0))
+            results.append(json.loads(path.read_text("utf-8-sig"))["result"])
+        self.assertEqual(*(result["courses"] for result in results))
+        self.assertEqual(len(self.server.conversations), 6)
 
     def test_rights(self):
         def policy(value):
@@ -272,7 +294,6 @@ class Jobs(Programs):
         self.assertEqual(self.export(port=port)[1], 1)
         self.assertEqual(self.run_program(PROGRAM, "export", "-s", "server", "-sn", "no-such-host.invalid")[1], 1)
 
-
     def test_two_users_at_work_on_one_plan(self):
         done = subprocess.run([USERS, str(self.server.port), "anna", PASSWORD, PLAN, "1"], check=False,
                               capture_output=True, timeout=BOUND)
@@ -297,6 +318,8 @@ class Faults(Programs):
         broken = [f"on={stage},do={do},after={after}" for stage, afters in
                   (("login", (0, 1, 17, 18, 40)), ("call", (0,)), ("logoff", (0,)),
                    ("request", (0, 1, 3, 7, 8, 12, 5000))) for do in ("cut", "reset") for after in afters]
+        # A name that stands in the error's text, and is the password.
+        echo = b"\0" + bytes(range(16)) + b"\1" + bytes(24) + bytes(16) + struct.pack("<ii", 1, 1) + text(PASSWORD)
         noise = [f"on={stage},do=garbage,size=3000,code={code}" for stage in ("login", "request") for code in range(4)]
         told = {
             "on=login,do=status,code=1": REFUSED, "on=login,do=status,code=255": REFUSED,
@@ -309,13 +332,13 @@ class Faults(Programs):
             "on=request,do=status,code=3": "Service wurde nicht gefunden.",
             "on=request,do=status,code=1": "Unbekannter Fehler.",
             "on=request,operation=4.1,do=error,code=5,text=Gesperrt.": "Gesperrt.",
-            "on=request,operation=4.1,do=error,code=5,text=": "The data server has refused without a reason (code 5).",
+            "on=request,operation=4.1,do=error,code=5,text= \n": "The data server has refused without a reason (code 5).",
             "on=request,do=drop": "The request makes no sense.",
         }
         told["on=login,do=cut,after=0"] = told["on=request,do=cut,after=5000"] = SHORT
         for fault in [*told, *lies, *broken, *noise, "on=request,do=echo,code=3,text=Kein Recht", "on=accept,do=cut",
                       "on=accept,do=reset", "on=login,do=deep,size=100000",
-                      "on=call,do=drop,times=99"]:
+                      f"on=login,do=raw,hex={echo.hex()}", "on=call,do=drop,times=99"]:
             with self.subTest(fault):
                 self.server.faults.clear()
                 self.server.faults.plan(fault)
@@ -359,6 +382,7 @@ class Faults(Programs):
                 ("on=call,skip=1,do=status,code=3", "Service wurde nicht gefunden.", False),
                 ("on=call,skip=1,do=reset", "", False),
                 ("on=request,operation=4.3,do=error,code=8,text=Platte voll.", "Platte voll.", False),
+                ("on=request,operation=4.3,do=drop", "The request makes no sense.", False),
                 ("on=request,operation=4.3,do=cut", SHORT, None),
                 ("on=request,operation=4.3,do=cut,after=2", SHORT, None),
                 ("on=logoff,skip=1,do=cut", SHORT, True)):

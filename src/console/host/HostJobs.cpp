@@ -21,8 +21,11 @@ void Import(const std::string& AConfigFileName, TVELGlobals& AGlobals, const TLi
 
 void Publish(const std::string& AConfigFileName, TVELGlobals& AGlobals, const TLineSink& AnOutput) {
   TVELJSONPublisher Publisher(AGlobals, AConfigFileName);
+  AGlobals.Report().BeginStage("open");
   AnOutput("Open VELMORA file...");
   Publisher.LoadVelFile();
+  AGlobals.TellPlan();
+  AGlobals.Report().BeginStage("publish");
   AnOutput("Start Publication...");
   Publisher.Publish();
   AnOutput("Publication finished.");

@@ -20,5 +20,7 @@ int main(int ACount, char** AValues) {
   };
   const bool IsMinimal = AsksForMinimum(Words);
   std::erase_if(Words, [&](const std::string& AWord) { return AsksForMinimum({AWord}); });
-  return TConsoleRun(Output, IsMinimal).Run([&] { HostJobs::Run(Words, Globals, Output); });
+  return TConsoleRun(Output, IsMinimal)
+      .Run([&] { HostJobs::Run(Words, Globals, Output); },
+           [&](int AnExitCode, const std::string& AnError) { Globals.Report().Finish(AnExitCode, AnError); });
 }

@@ -3,6 +3,7 @@
 #include "QuillonRemoteServices/StorageService.h"
 #include "QuillonRemoteServices/WorkspaceService.h"
 #include "QuillonRemoting/Channels.h"
+#include "Report.h"
 #include "uPlandaten/Plan.h"
 
 /// The objects that live as long as the process and that no job owns, made in one place and in this order.
@@ -11,6 +12,9 @@ class TVELGlobals {
   TVELGlobals();
 
   TVELPlan& Plan() { return *FPlan; }
+  TVELReport& Report() { return FReport; }
+  /// Tells the report of the plan that was loaded.
+  void TellPlan();
   TQuillonTCPRemoteChannel& RemoteChannel() { return FRemoteChannel; }
   TQuillonRemoteClient& RemoteClient() { return FRemoteClient; }
   TQuillonRemoteWorkspace& RemoteWorkspace() { return *FRemoteWorkspace; }
@@ -18,6 +22,7 @@ class TVELGlobals {
   TQuillonRemoteStorageServiceProxy& StorageService() { return FStorageService; }
 
  private:
+  TVELReport FReport;
   TQuillonDataHandle<TVELPlan> FPlan;
   TQuillonTCPRemoteChannel FRemoteChannel;
   TQuillonRemoteClient FRemoteClient{&FRemoteChannel};

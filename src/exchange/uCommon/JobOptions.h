@@ -9,8 +9,9 @@ struct TVELServerOptions {
   std::uint16_t FServerPort = 111;
   std::string FServerUserName;
   std::string FServerPassword;
-  std::string FServerFileId;  ///< GUID with braces; empty means the all-zero GUID
-  std::string FFileName;      ///< part of the file format, read by no job
+  std::string FServerFileId;    ///< GUID with braces; empty means the all-zero GUID
+  std::string FFileName;        ///< part of the file format, read by no job
+  std::string FReportFileName;  ///< the run's report for other programs; empty for none
 };
 
 /// Settings of a job that reads a data file.

@@ -112,6 +112,7 @@ constexpr std::array ServerFields{
     Field<TObject, &TObject::FServerPassword>("FServerPassword"),
     Field<TObject, &TObject::FServerFileId>("FServerFileId"),
     Field<TObject, &TObject::FFileName>("FFileName"),
+    Field<TObject, &TObject::FReportFileName>("FReportFileName"),
 };
 
 /// The rows of TVELSourceOptions, for a class on top of it.

@@ -14,6 +14,8 @@ namespace {
 constexpr std::string_view Mask = "***";
 /// No message of a service has a reason to be longer, in bytes.
 constexpr std::size_t MaxText = 4096;
+/// Bytes of a secret that are looked for: with their characters, of four bytes each at most, no text has room for more.
+constexpr std::size_t MaxSecret = 4 * MaxText;
 /// Bytes that a notation takes for one.
 constexpr std::size_t LongestNotation = 12;
 constexpr int MostNotations = 4;
@@ -191,12 +193,15 @@ TCharacters Decoded(TCharacters ACharacters) {
   return Result;
 }
 
-/// Marks the bytes of a line that are the secret.
+/// Marks the bytes of a line that are the secret, of those that have a mark.
 void Mark(std::vector<bool>& AMarks, const TCharacters& ACharacters, const std::u32string& ASecret) {
-  for (std::size_t I = ACharacters.Text.find(ASecret); I != std::u32string::npos;
-       I = ACharacters.Text.find(ASecret, I + 1)) {
-    const auto Begin = static_cast<std::ptrdiff_t>(ACharacters.Begins[I]);
-    const auto End = static_cast<std::ptrdiff_t>(ACharacters.Begins[I + ASecret.size()]);
+  const std::vector<std::size_t>& Begins = ACharacters.Begins;
+  const auto Kept = static_cast<std::size_t>(std::ranges::lower_bound(Begins, AMarks.size()) - Begins.begin());
+  // A secret that begins in what is kept is seen whole, and nobody waits for the rest of a long text.
+  const auto Text = std::u32string_view(ACharacters.Text).substr(0, Kept + ASecret.size());
+  for (std::size_t I = Text.find(ASecret); I < Kept; I = Text.find(ASecret, I + 1)) {
+    const auto Begin = static_cast<std::ptrdiff_t>(Begins[I]);
+    const auto End = static_cast<std::ptrdiff_t>(std::min(Begins[I + ASecret.size()], AMarks.size()));
     std::fill(AMarks.begin() + Begin, AMarks.begin() + End, true);
   }
 }
@@ -214,26 +219,26 @@ void TVELSecrets::Hide(std::string_view ASecret) {
 }
 
 void TVELSecrets::Add(std::string_view ASecret) {
-  const TCharacters Plain = CharactersOf(LineOf(ASecret));
+  const std::string Known = QuillonText::CutAtCharacter(ASecret, MaxSecret);
+  const TCharacters Plain = CharactersOf(LineOf(Known));
   if (!Plain.Text.empty()) {
     FSecrets.push_back({Plain.Text, Decoded(Plain).Text});
-    FLongest = std::max(FLongest, ASecret.size());
+    FLongest = std::max(FLongest, Known.size());
   }
 }
 
 std::string TVELSecrets::Clean(std::string_view AText) const {
-  // A secret that begins in what is kept must be seen whole.
   const std::string Line = LineOf(AText.substr(0, MaxText + LongestNotation * FLongest));
-  const std::size_t KeptSize = LineOf(QuillonText::CutAtCharacter(AText, MaxText)).size();
+  const std::size_t KeptSize = std::min(LineOf(QuillonText::CutAtCharacter(AText, MaxText)).size(), Line.size());
   const TCharacters Plain = CharactersOf(Line);
   const TCharacters Bare = Decoded(Plain);
-  std::vector<bool> Marks(Line.size());
+  std::vector<bool> Marks(KeptSize);
   for (const TSecret& Secret : FSecrets) {
     Mark(Marks, Plain, Secret.Plain);
     Mark(Marks, Bare, Secret.Decoded);
   }
   std::string Result;
-  for (std::size_t I = 0; I < std::min(KeptSize, Line.size()); ++I) {
+  for (std::size_t I = 0; I < KeptSize; ++I) {
     if (!Marks[I]) {
       Result.push_back(Line[I]);
     } else if (I == 0 || !Marks[I - 1]) {

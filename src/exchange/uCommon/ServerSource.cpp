@@ -37,7 +37,9 @@ class TSession {
     FGlobals.RemoteClient().FPassword = AnOptions.FServerPassword;
   }
 
-  void Login() { FGlobals.RemoteClient().Login(); }
+  void Login() {
+    Guarded([&] { FGlobals.RemoteClient().Login(); });
+  }
 
   /// @param AVerb what the user wants to do with the file
   void RequireAccess(std::string_view AVerb) {
@@ -56,19 +58,20 @@ class TSession {
   void Logoff() { FGlobals.RemoteClient().Logoff(); }
 
  private:
-  /// Moves the plan. What a server says of that, or has put into a plan, may be the password.
-  template <class TMove>
-  void Guarded(const TMove& AMove) {
+  /// Does what brings texts of the server: what it says, or has put into a profile or a plan, may be the password.
+  template <class TWork>
+  void Guarded(const TWork& AWork) {
     try {
-      AMove();
+      AWork();
     } catch (const EQuillonSocketError&) {
       throw;
     } catch (const EQuillonRemoteStorageServiceError& Error) {
       const std::string Text = FSecrets.Clean(Error.what());
-      throw EQuillonRemoteStorageServiceError(Text.empty() ? "The data server has refused without a reason (code " +
-                                                                 std::to_string(Error.ErrorCode()) + ")."
-                                                           : Text,
-                                              Error.ErrorCode());
+      const bool IsEmpty = Text.find_first_not_of(' ') == std::string::npos;
+      throw EQuillonRemoteStorageServiceError(
+          IsEmpty ? "The data server has refused without a reason (code " + std::to_string(Error.ErrorCode()) + ")."
+                  : Text,
+          Error.ErrorCode());
     } catch (const EQuillonRemoteError&) {
       throw;
     } catch (const EQuillonException& Error) {
@@ -86,6 +89,12 @@ class TSession {
 namespace ServerSource {
 
 bool IsServer(std::string_view AProvider) { return QuillonText::EqualsIgnoreCase(AProvider, "Server"); }
+
+std::string PlaceOf(std::string_view AProvider, const TVELServerOptions& AnOptions, const std::string& AFileName) {
+  return IsServer(AProvider)
+             ? AnOptions.FServerName + ":" + std::to_string(AnOptions.FServerPort) + " " + AnOptions.FServerFileId
+             : AFileName;
+}
 
 void Load(TVELGlobals& AGlobals, const TVELServerOptions& AnOptions) {
   TSession Session(AGlobals, AnOptions);

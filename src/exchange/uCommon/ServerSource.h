@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "Globals.h"
@@ -13,6 +14,9 @@ namespace ServerSource {
 
 /// @param AProvider where the data file is: "Server", in any case, for the data server
 bool IsServer(std::string_view AProvider);
+
+/// The place of a data file, for people: its name, or "host:port {id}" of one on the data server.
+std::string PlaceOf(std::string_view AProvider, const TVELServerOptions& AnOptions, const std::string& AFileName);
 
 /// @throws EQuillonConvertError, ahead of all else, for settings whose file id is no GUID; EQuillonException "Cannot
 ///   open Velmora file. No access rights."; and what the client and the load raise

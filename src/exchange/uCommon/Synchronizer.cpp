@@ -44,6 +44,10 @@ void TVELOstrelSynchronizer::LoadVelFile() {
 void TVELOstrelSynchronizer::SaveVelFile() {
   if (ServerSource::IsServer(Configuration().FOcfImport.FTargetProvider)) {
     ServerSource::Store(FGlobals, Options());
+  } else if (GetFileName().empty()) {
+    // A plan from the server, whose settings forgot where it goes: the storage would do nothing, without an error.
+    throw EQuillonException(
+        "The plan was not saved: set \"targetProvider\" to \"Server\", or \"targetFileName\", in \"ocfImport\".");
   } else {
     FPlan.SaveToFile(GetFileName());
   }

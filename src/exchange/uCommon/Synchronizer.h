@@ -40,6 +40,14 @@ class TVELSynchronizer {
 
   /// The part of the settings that tells where the data file is.
   virtual const TVELSourceOptions& Options() const = 0;
+  /// For the constructor of a job: tells the report what this is about.
+  void BeginReport(std::string_view AJob, const std::string& ATarget) {
+    TVELReport& Report = FGlobals.Report();
+    Report.SetFileName(Options().FReportFileName);
+    Report.FJob = AJob;
+    Report.FSource = ServerSource::PlaceOf(Options().FSourceProvider, Options(), Options().FSourceFileName);
+    Report.FTarget = ATarget;
+  }
 
   TVELGlobals& FGlobals;
   TVELPlan& FPlan;
@@ -79,6 +87,7 @@ class TVELOstrelSynchronizer : public TVELOstrelService {
   /// @throws EQuillonException "Local Velmora file does not exist.", what ServerSource raises, and what the load raises
   virtual void LoadVelFile();
   /// Saves the plan to its data file, here or on the server.
+  /// @throws EQuillonException for settings that name neither, and what ServerSource and the save raise
   void SaveVelFile();
 
  protected:

@@ -10,8 +10,8 @@ constexpr std::size_t TextBufferSize = 4096;
 
 namespace uOstrel {
 
-TCsvFile::TCsvFile(TFileSet& ASet, const TFileName& AFileName)
-    : FSet(ASet), FWriter(ASet.Begin(AFileName.Text()), true, TextBufferSize) {}
+TCsvFile::TCsvFile(TFileSet& ASet, const TFileName& AFileName, std::uint64_t& ARows)
+    : FSet(ASet), FRows(ARows), FWriter(ASet.Begin(AFileName.Text()), true, TextBufferSize) {}
 
 void TCsvFile::Close() {
   FWriter.FlushBuffer();

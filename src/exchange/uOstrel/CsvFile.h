@@ -18,8 +18,9 @@ namespace uOstrel {
 /// One file of an OCF set while it is written: cells of a row one behind the other, in the value forms of the format.
 class TCsvFile {
  public:
+  /// @param ARows counts the rows, but for the header
   /// @throws EQuillonFileHandleError, as all that writes
-  TCsvFile(TFileSet& ASet, const TFileName& AFileName);
+  TCsvFile(TFileSet& ASet, const TFileName& AFileName, std::uint64_t& ARows);
 
   void Text(std::string_view AText) { FWriter.WriteValue(AText); }
   void Identifier(const TGUID& AGuid);
@@ -32,7 +33,11 @@ class TCsvFile {
   void Colour(TColor AValue);
   void Integer(std::int64_t AValue);
   void Gender(TVELGeschlecht AValue);
-  void EndRow() { FWriter.WriteLine(); }
+  void EndRow() {
+    FWriter.WriteLine();
+    ++FRows;
+  }
+  void EndHeader() { FWriter.WriteLine(); }
 
   /// Writes what is still buffered; the file is complete.
   void Close();
@@ -42,6 +47,7 @@ class TCsvFile {
   void Cell(const TAppend& AnAppend);
 
   TFileSet& FSet;
+  std::uint64_t& FRows;
   TQuillonCSVWriter FWriter;
   std::string FCell;
 };
@@ -61,7 +67,7 @@ void WriteHeader(TCsvFile& AFile, std::span<const TColumn<T>> AColumns) {
   for (const TColumn<T>& Column : AColumns) {
     AFile.Text(Column.Name);
   }
-  AFile.EndRow();
+  AFile.EndHeader();
 }
 
 /// Writes the row of one object.

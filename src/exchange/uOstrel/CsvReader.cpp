@@ -1,9 +1,11 @@
 #include "uOstrel/CsvReader.h"
 
+#include <optional>
 #include <type_traits>
 #include <utility>
 
 #include "QuillonFileSystem.h"
+#include "QuillonText.h"
 #include "uOstrel/CatalogClasses.h"
 #include "uOstrel/Columns.h"
 #include "uPlandaten/Faecher.h"
@@ -74,6 +76,7 @@ void TVELOstrelCsvReader::Load(const uOstrel::TImportFile<T>& AFile) {
   }
   const std::string Path = TQuillonFilePath::Combine(Options().FSourceFolderName, AFile.Name);
   const TCsvSource& Source = FSources.try_emplace(std::string(AFile.Name), Path, std::move(Columns)).first->second;
+  WarnOfColumns(AFile.Name, Source);
   for (std::size_t I = 0; I < AFile.Columns.size(); ++I) {
     const auto& Column = AFile.Columns[I];
     for (std::size_t Row = 0; Column.Check != nullptr && Row < Source.RowCount(); ++Row) {
@@ -113,9 +116,18 @@ T& TVELOstrelCsvReader::Make(TQuillonDataAbstractObject& AnOwner, const TQuillon
 
 template <class T>
 void TVELOstrelCsvReader::Fill(T& AnObject, std::span<const uOstrel::TImportColumn<T>> AColumns,
-                               const TCsvSource::TRow& ARow) {
+                               const TCsvSource::TRow& ARow, uOstrel::TImportTally& ATally) {
   for (std::size_t I = 0; I < AColumns.size(); ++I) {
+    ATally.BeginCell(FImport);
     AColumns[I].Set(FImport, AnObject, ARow.Cells[I]);
+    ATally.EndCell(FImport, AColumns[I].Name, ARow.Cells[I]);
+  }
+}
+
+void TVELOstrelCsvReader::WarnOfColumns(const std::string& AFileName, const TCsvSource& ASource) {
+  for (const std::string& Column : ASource.UnreadColumns()) {
+    FGlobals.Report().Warn(
+        "unread-column", "File \"" + AFileName + "\": no import reads the column " + QuillonText::Quoted(Column) + ".");
   }
 }
 
@@ -125,14 +137,20 @@ void TVELOstrelCsvReader::ReadCatalogs() {
     TVELSchluesselverzeichnis& Keys = Catalog.Keys(Directories);
     uOstrel::TIdIndex& Index = FImport.Index(Keys);
     const std::string FileName = FileOf(Catalog);
+    std::optional<uOstrel::TImportTally> Tally;
     ForEachRow(FileName, [&](const TCsvSource::TRow& ARow) {
+      if (!Tally) {
+        Tally.emplace(FGlobals.Report(), FPlan, FileName);
+      }
+      Tally->BeginRow(ARow);
       auto* Key = static_cast<TVELSchluessel*>(Index.Find(ARow.ID.value_or(TGUID())));
       const bool IsNew = Key == nullptr;
       if (IsNew) {
         Key = &Make<TVELSchluessel>(Directories, uOstrel::CatalogClass(Catalog.Name),
                                     ARow.ID.value_or(QuillonGuid::New()));
       }
-      Fill(*Key, uOstrel::CatalogImport(), ARow);
+      Fill(*Key, uOstrel::CatalogImport(), ARow, *Tally);
+      Tally->EndRow(IsNew);
       if (IsNew) {
         Keys.Add(Key);
         Index.Add(*Key);
@@ -148,14 +166,20 @@ void TVELOstrelCsvReader::Merge(const uOstrel::TImportFile<T>& AFile, TList& ALi
   if constexpr (std::is_base_of_v<TVELStammobjekt, T>) {
     FImport.FCodes.emplace(AList);
   }
+  std::optional<uOstrel::TImportTally> Tally;
   ForEachRow(AFile.Name, [&](const TCsvSource::TRow& ARow) {
+    if (!Tally) {
+      Tally.emplace(FGlobals.Report(), FPlan, AFile.Name);
+    }
+    Tally->BeginRow(ARow);
     const TGUID ID = ARow.ID ? *ARow.ID : QuillonGuid::New();
     auto* Item = static_cast<T*>(Index.Find(ID));
     FImport.FIsNew = Item == nullptr;
     if (FImport.FIsNew) {
       Item = &Make<T>(FPlan, T::Class(), ID);
     }
-    Fill(*Item, AFile.Columns, ARow);
+    Fill(*Item, AFile.Columns, ARow, *Tally);
+    Tally->EndRow(FImport.FIsNew);
     if (FImport.FIsNew) {
       Index.Add(*Item);
       if constexpr (std::is_same_v<T, TVELVeranstaltung>) {

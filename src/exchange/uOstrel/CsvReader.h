@@ -7,6 +7,7 @@
 
 #include "Synchronizer.h"
 #include "uOstrel/ImportColumns.h"
+#include "uOstrel/ImportTally.h"
 
 namespace uOstrel {
 struct TCatalog;
@@ -46,7 +47,9 @@ class TVELOstrelCsvReader : public TVELOstrelSynchronizer {
   template <class TTake>
   void ForEachRow(const std::string& AName, const TTake& ATake);
   template <class T>
-  void Fill(T& AnObject, std::span<const uOstrel::TImportColumn<T>> AColumns, const uOstrel::TCsvSource::TRow& ARow);
+  void Fill(T& AnObject, std::span<const uOstrel::TImportColumn<T>> AColumns, const uOstrel::TCsvSource::TRow& ARow,
+            uOstrel::TImportTally& ATally);
+  void WarnOfColumns(const std::string& AFileName, const uOstrel::TCsvSource& ASource);
   /// An object that the file only referred to so far, or a new one.
   template <class T>
   T& Make(TQuillonDataAbstractObject& AnOwner, const TQuillonDataClass& AClass, const TGUID& AnID);

@@ -121,6 +121,11 @@ void TCsvSource::ReadRows(TQuillonCSVReader& AReader, const std::vector<std::str
   for (const TSourceColumn& Column : FColumns) {
     Places.push_back(PlaceOf(AHeader, Column.Name));
   }
+  for (std::size_t I = 0; I < AHeader.size(); ++I) {
+    if (I != IdPlace && std::ranges::find(Places, I) == Places.end()) {
+      FUnreadColumns.push_back(AHeader[I]);
+    }
+  }
   // A file without a header has no rows.
   for (std::optional<TQuillonCSVLine> Line; !AHeader.empty() && (Line = AReader.ReadLine());) {
     const auto Take = [&](const TSourceColumn& AColumn, std::size_t APlace) {

@@ -48,6 +48,8 @@ class TCsvSource {
   TCsvSource(std::string AFileName, std::vector<TSourceColumn> AColumns);
 
   std::size_t RowCount() const { return FRows.size(); }
+  /// Columns of the file that are none of those read.
+  const std::vector<std::string>& UnreadColumns() const { return FUnreadColumns; }
   TRow Row(std::size_t AnIndex) const;
   /// Ends the reading over a cell.
   /// @throws EQuillonException always
@@ -66,6 +68,7 @@ class TCsvSource {
 
   std::string FFileName;
   std::vector<TSourceColumn> FColumns;
+  std::vector<std::string> FUnreadColumns;
   std::vector<TStart> FRows;
   std::vector<TCell> FCells;  ///< row by row
 };

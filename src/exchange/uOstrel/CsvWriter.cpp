@@ -76,7 +76,7 @@ TCsvFile TVELOstrelCsvWriter::OpenFile(const uOstrel::TFileName& AFileName) {
   if (!FSet) {
     FSet.emplace(Options().FTargetFolderName, uOstrel::AllFileNames(), uOstrel::ManifestFile, QuillonIO::LongestWait);
   }
-  return {*FSet, AFileName};
+  return {*FSet, AFileName, FGlobals.Report().File(AFileName.Text()).Rows};
 }
 
 template <class T, class TList, class TTest>
@@ -197,7 +197,7 @@ void TVELOstrelCsvWriter::WriteStudentSchoolClassAttendances() {
   for (const char* Name : {"Id", "StudentId", "SchoolCLassId"}) {
     File.Text(Name);
   }
-  File.EndRow();
+  File.EndHeader();
   for (const TVELKlasse* Class : FPlan.FKlassen) {
     for (const TVELSchueler* Student : Class->FSchueler) {
       if (FAborted) {

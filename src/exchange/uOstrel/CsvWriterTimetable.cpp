@@ -96,7 +96,12 @@ void TVELOstrelCsvWriter::WriteCourses() {
   TCsvFile File = OpenFile("Courses.csv");
   const auto Columns = uOstrel::CourseColumns();
   uOstrel::WriteHeader(File, Columns);
-  ForEachCourse([&](const TVELVeranstaltung& ACourse) { uOstrel::WriteRow(File, Columns, ACourse); });
+  auto Skipped = static_cast<std::uint64_t>(FPlan.FVeranstaltungen.Count());
+  ForEachCourse([&](const TVELVeranstaltung& ACourse) {
+    uOstrel::WriteRow(File, Columns, ACourse);
+    --Skipped;
+  });
+  FGlobals.Report().File("Courses.csv").Skipped = FAborted ? 0 : Skipped;
   ForEachAdditionalLesson([&](const TVELAenderung& AChange) { uOstrel::WriteChange(File, Columns, AChange); });
   File.Close();
 }
@@ -108,9 +113,12 @@ void TVELOstrelCsvWriter::WriteScheduledLessons() {
   TCsvFile File = OpenFile("ScheduledLessons.csv");
   const auto Columns = uOstrel::ScheduledLessonColumns();
   uOstrel::WriteHeader(File, Columns);
+  TVELReport::TFile& Report = FGlobals.Report().File("ScheduledLessons.csv");
   ForEachCourse([&](const TVELVeranstaltung& ACourse) {
     for (const TVELTermin* Appointment : ACourse.FTermine) {
-      if (!Options().FOnlyScheduledLessons || Appointment->Scheduled()) {
+      if (Options().FOnlyScheduledLessons && !Appointment->Scheduled()) {
+        ++Report.Skipped;
+      } else {
         const std::string Times = uOstrel::AppointmentTime(Scope().Plan, *Appointment, FValidFrom, FValidTo);
         uOstrel::WriteRow(File, Columns, {.Appointment = *Appointment, .Times = Times});
       }
@@ -130,7 +138,7 @@ void TVELOstrelCsvWriter::WriteCourseAttendances(const TAttendances& AnAttendanc
        {std::string_view("Id"), AnAttendances.ObjectColumn, std::string_view("CourseId")}) {
     File.Text(Name);
   }
-  File.EndRow();
+  File.EndHeader();
   const auto Write = [&](const TVELDataObject& ACourse, const TVELPlanobjekt& AnObject) {
     File.Identifier(uOstrel::PairGuid(ACourse, AnObject));
     File.Id(&AnObject);

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "uOstrel/Codes.h"
 #include "uOstrel/CsvSource.h"
@@ -38,13 +39,18 @@ class TImport {
   /// What an identifier refers to; null for the all-zero one, whatever the list holds, and for one it does not know.
   template <class TItem, class TList>
   TItem* Referred(const TList& AList, const TGUID& AnID) {
-    return AnID.IsZero() ? nullptr : static_cast<TItem*>(Index(AList).Find(AnID));
+    auto* const Found = AnID.IsZero() ? nullptr : Index(AList).Find(AnID);
+    if (Found == nullptr && !AnID.IsZero()) {
+      FUnknown.push_back(AnID);
+    }
+    return static_cast<TItem*>(Found);
   }
 
   TVELPlan& FPlan;
   TVELSammelaenderung* FChanges = nullptr;  ///< while rows are taken over
   std::optional<TCodes> FCodes;             ///< of the list at hand
   bool FIsNew = false;                      ///< the object of the row at hand is made for it
+  std::vector<TGUID> FUnknown;              ///< identifiers of the cell at hand that refer to nothing
 
  private:
   std::unordered_map<const TQuillonDataList*, TIdIndex> FIndexes;

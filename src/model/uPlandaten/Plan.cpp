@@ -101,6 +101,7 @@ TVELZeitrahmen* TVELPlan::StandardTimeframe() const {
 }
 
 void TVELPlan::CheckRelease() {
+  FLoadedRelease = FDataformatVersion;
   if (FDataformatVersion == StrayRelease) {
     FDataformatVersion = CurrentRelease;
   }

@@ -34,6 +34,7 @@ class TVELPlan : public TVELDataStorage {
   bool FLogModification = true;
   bool FLogging = false;           ///< false while a file is read
   std::string FDataformatVersion;  ///< of the file while it is read, the current release afterwards
+  std::string FLoadedRelease;      ///< as the file that was read has it; empty for none
   std::string FProductVersion;     ///< of the program that wrote the file that was read
   std::string FInternalVersion;
 

@@ -3,6 +3,8 @@
 #include <exception>
 #include <utility>
 
+#include "QuillonDataObjects/Conflict.h"
+
 void TQuillonRemoteDataServiceProxy::DoAfterStreaming() {
   if (FAfterStreaming) {
     FAfterStreaming();
@@ -71,6 +73,12 @@ void TQuillonRemoteDataServiceProxy::RequireSuccess() const {
   }
 }
 
+void TQuillonRemoteDataServiceProxy::RequireSent() const {
+  if (FRemoteClient.FRequest.FSentCount == 0) {
+    Refuse("Der Server hat die Sitzung verloren, ehe er die Daten angenommen hat.", 0);
+  }
+}
+
 void TQuillonRemoteDataServiceProxy::GoOnline(const std::function<void()>& ATake) {
   FStorage.ChangeLog().Clear();
   FStorage.ChangeLog().Activate();
@@ -103,6 +111,7 @@ void TQuillonRemoteDataServiceProxy::StoreFile(const TFile& AFile, const std::fu
     NewRequest(TCall::Store, AFile).FParamsQueue.PushBinary(std::move(Content));
     Call();
     RequireSuccess();
+    RequireSent();
     GoOnline(ATake);
   });
   StartServerPolling();
@@ -148,6 +157,7 @@ TQuillonRemoteStorageSynchronizeResult TQuillonRemoteDataServiceProxy::Exchange(
     return ssrNoNewData;
   }
   if (DoSend) {
+    RequireSent();
     Log.Clear();
   }
   TakeServerChanges();
@@ -157,7 +167,12 @@ TQuillonRemoteStorageSynchronizeResult TQuillonRemoteDataServiceProxy::Exchange(
   if (FServerChangeLog.IsEmpty()) {
     return ssrNoNewData;
   }
-  FServerChangeLog.Playback(FStorage);
+  try {
+    FServerChangeLog.Playback(FStorage);
+  } catch (const EQuillonDataConflict& Conflict) {
+    AConflictMessage = Conflict.what();
+    return Conflict.FConflictType == ctTooMuchChanges ? ssrChangeLogOutOfSync : ssrConflict;
+  }
   FServerChangeLog.Clear();
   return ssrNewData;
 }

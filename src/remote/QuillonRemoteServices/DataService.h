@@ -33,7 +33,7 @@ inline constexpr TQuillonRemoteWorkspaceStatus wsOnline = ssOnline;
 enum TQuillonRemoteStorageSynchronizeResult : std::uint8_t {
   ssrNoNewData,
   ssrNewData,            ///< the storage has the changes of others now
-  ssrConflict,           ///< the server refused the local changes, which stay in the storage's log
+  ssrConflict,           ///< the server refused the local changes, or those of others do not fit; they stay in the log
   ssrChangeLogOutOfSync  ///< the copy cannot be brought up to date: it has to be loaded again
 };
 using TQuillonRemoteWorkspaceSynchronizeResult = TQuillonRemoteStorageSynchronizeResult;
@@ -58,9 +58,9 @@ class TQuillonRemoteDataServiceProxy : public TQuillonRemoteServiceProxy {
 
   /// Sends what was changed here and takes over what others have changed. A local log that has dropped changes goes out
   /// too, for the server to refuse; one that the server has dropped changes of is out of sync as well.
-  /// @param[out] AConflictMessage the server's words where it refuses
-  /// @throws EQuillonDataConflict, and what else playing back raises, for changes of others that do not fit; they stay
-  ///   in the server's log, and the storage as it was
+  /// @param[out] AConflictMessage the server's words where it refuses, or those of the conflict with what others did;
+  ///   their changes stay in the server's log then, and the storage as it was
+  /// @throws what else playing back raises
   TQuillonRemoteStorageSynchronizeResult Synchronize(std::string& AConflictMessage);
 
   /// Around each operation, the client not held; after one that failed, too.
@@ -107,6 +107,9 @@ class TQuillonRemoteDataServiceProxy : public TQuillonRemoteServiceProxy {
   void Call();
   /// @throws the error of the service where the answer is one
   void RequireSuccess() const;
+  /// For requests that bring something to the server: its answer to one that went out again, empty, is worth nothing.
+  /// @throws the error of the service then
+  void RequireSent() const;
   /// The server's changes join those that are here.
   void TakeServerChanges();
 

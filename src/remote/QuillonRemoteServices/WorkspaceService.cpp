@@ -31,6 +31,7 @@ void TQuillonRemoteWorkspaceServiceProxy::ChangePassword(const std::string& AnOl
     Params.PushString(ANewPassword);
     Call();
     RequireSuccess();
+    RequireSent();
     FRemoteClient.FPassword = ANewPassword;
   });
 }
@@ -94,7 +95,7 @@ void TQuillonRemoteWorkspaceServiceProxy::GatherChanges(TQuillonWorkerThread& AT
   } catch (const std::exception& Error) {
     if (!AThread.Terminated()) {
       // Without the words of the error: they may be the server's, which knows the password.
-      QuillonLogs::TheLog().AddEntry(letWarning, "Polling not successfull", "Quillon.System.Remoting");
+      QuillonLogs::TheLog().AddEntry(letWarning, "Polling not successfull", QuillonRemoting::LogNamespace);
       if (FOnError) {
         FOnError(Error);
       }

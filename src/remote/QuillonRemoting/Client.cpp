@@ -215,6 +215,7 @@ bool TQuillonRemoteClient::CallInSession(TQuillonRemoteExchange& AnExchange, TQu
   if (Status == rsSuccess) {
     TQuillonObjectWriter Writer(AnExchange.Writer());
     const TProgress Progress(FOnProgress, Writer.FOnProgress, AnExchange.Writer().FOnProgress);
+    ARequest.FSentCount = ARequest.FParamsQueue.Count();
     ARequest.WriteProperties(Writer);
     Status = AnExchange.ReadStatus();
   }

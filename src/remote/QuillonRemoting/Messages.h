@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -67,6 +68,7 @@ class TQuillonRemoteRequest final : public TQuillonNamed<TQuillonRemoteRequest> 
   std::uint16_t FServiceID = 0;
   std::uint16_t FID = 0;  ///< the operation within the service
   TQuillonRemoteParamsQueue FParamsQueue;
+  std::size_t FSentCount = 0;  ///< values that it had when it went out last; not on streams
 };
 
 /// What a call has given: an error with its message, and values in either case.
