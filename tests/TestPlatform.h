@@ -6,6 +6,9 @@ namespace TestPlatform {
 /// @return false where the zone of a process is that of the system, and another one
 bool SetLocalZone(const char* AName);
 
+/// Seconds of the processor that this process has taken.
+double ProcessorTime();
+
 /// A code of IsUnsupported.
 extern const int UnsupportedError;
 

@@ -13,12 +13,14 @@ namespace {
 using testing::ElementsAre;
 using testing::EndsWith;
 
-constexpr const char* TestKey = R"(\Software\Tarnhill Systems\Velmora 6\Test)";
-
 class Registry : public testing::Test {
  protected:
-  Registry() { FPreferences.OpenKey(TestKey, true); }
-  ~Registry() override { FPreferences.DeleteKey(TestKey); }
+  Registry() { FPreferences.OpenKey(FKey, true); }
+  ~Registry() override { FPreferences.DeleteKey(FKey); }
+
+  /// Of this test alone: others may run at the same time.
+  const std::string FName = QuillonGuid::Plain(QuillonGuid::New());
+  const std::string FKey = R"(\Software\Tarnhill Systems\Velmora 6\)" + FName;
 
   TQuillonRegistryPreferences FPreferences{HKEY_CURRENT_USER, KEY_ALL_ACCESS};
 };
@@ -34,7 +36,7 @@ TEST_F(Registry, ValuesComeBackInTheirKinds) {
   FPreferences.WriteGuid("g", ID);
   FPreferences.WriteBinary("b", std::string_view("\0\xFF", 2));
   const auto Again = QuillonPreferences::UserPreferences();
-  ASSERT_TRUE(Again->OpenKey(R"(software\TARNHILL systems/Velmora 6\test)", false));
+  ASSERT_TRUE(Again->OpenKey(R"(software\TARNHILL systems/Velmora 6\)" + FName, false));
   EXPECT_EQ(Again->ReadString("S"), "K\u00e4the \U0001F600");
   EXPECT_EQ(Again->ReadInteger("i"), -7);
   EXPECT_EQ(Again->ReadString("i"), "-7");
@@ -73,7 +75,7 @@ TEST_F(Registry, TheSystemsProxyIsThatOfTheSettings) {
                                                               Number(static_cast<std::size_t>(AFlags)) +
                                                               Number(AProxy.size()) + AProxy + Number(ABypass.size()) +
                                                               ABypass + Number(0) + std::string(32, '\0'));
-    FPreferences.OpenKey(TestKey, true);
+    FPreferences.OpenKey(FKey, true);
   };
   Set(3, "http=a:80;https=b:81", "*.school.example;<local>");
   EXPECT_EQ(Platform::SystemProxyFor("https://service.example/path"), "b:81");
