@@ -8,10 +8,9 @@
 /// Seconds of the processor that AWork takes, whatever else the machine does.
 template <class TWork>
 double Seconds(const TWork& AWork) {
-  constexpr double ClockStep = 1e-6;
   const double Begin = TestPlatform::ProcessorTime();
   AWork();
-  return TestPlatform::ProcessorTime() - Begin + ClockStep;
+  return TestPlatform::ProcessorTime() - Begin + TestPlatform::ProcessorTimeStep;
 }
 
 /// How many times as long something takes at four times the size: 4 for linear work, 16 for quadratic.

@@ -8,6 +8,8 @@ bool SetLocalZone(const char* AName);
 
 /// Seconds of the processor that this process has taken.
 double ProcessorTime();
+/// The steps in which that grows.
+extern const double ProcessorTimeStep;
 
 /// A code of IsUnsupported.
 extern const int UnsupportedError;

@@ -21,7 +21,7 @@ function(velmora_python_test NAME)
     endif()
   endforeach()
   add_test(NAME ${NAME} COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/windows/run_test.py ${COMMAND})
-  set_tests_properties(${NAME} PROPERTIES TIMEOUT 600)
+  set_tests_properties(${NAME} PROPERTIES TIMEOUT 1800)
 endfunction()
 
 # The zone of a process is that of the system, which Wine takes from the environment.

@@ -14,4 +14,6 @@ bool TestPlatform::SetLocalZone(const char* AName) {
 
 double TestPlatform::ProcessorTime() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
 
+const double TestPlatform::ProcessorTimeStep = 1e-6;
+
 const int TestPlatform::UnsupportedError = ENOTSUP;

@@ -29,4 +29,6 @@ double TestPlatform::ProcessorTime() {
   return static_cast<double>(Ticks(Kernel) + Ticks(User)) / TicksPerSecond;
 }
 
+const double TestPlatform::ProcessorTimeStep = 0.016;
+
 const int TestPlatform::UnsupportedError = ERROR_NOT_SUPPORTED;
