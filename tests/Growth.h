@@ -1,15 +1,16 @@
 #pragma once
 
 #include <algorithm>
-#include <ctime>
 #include <limits>
+
+#include "TestPlatform.h"
 
 /// Seconds of the processor that AWork takes, whatever else the machine does.
 template <class TWork>
 double Seconds(const TWork& AWork) {
-  const std::clock_t Begin = std::clock();
+  const double Begin = TestPlatform::ProcessorTime();
   AWork();
-  return static_cast<double>(std::clock() - Begin + 1) / CLOCKS_PER_SEC;
+  return TestPlatform::ProcessorTime() - Begin + TestPlatform::ProcessorTimeStep;
 }
 
 /// How many times as long something takes at four times the size: 4 for linear work, 16 for quadratic.

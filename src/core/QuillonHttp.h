@@ -69,8 +69,9 @@ inline constexpr std::size_t MaxHeaders = std::size_t{256} << 10;
 inline constexpr int MaxRedirects = 3;
 
 /// The client that really sends. TLS certificates are verified, always, by the system's trust store and what the
-/// environment variables SSL_CERT_FILE and SSL_CERT_DIR name; proxies are those of the environment. Redirects 307 and
-/// 308 to the same scheme, host and port are followed, MaxRedirects at most; any other one is the answer.
+/// environment variables SSL_CERT_FILE and, but on Windows, SSL_CERT_DIR name; proxies are those of the environment or
+/// else of the system's settings. Redirects 307 and 308 to the same scheme, host and port are followed, MaxRedirects at
+/// most; any other one is the answer.
 std::unique_ptr<TQuillonHttpClient> CreateClient();
 
 /// The name of a status in RFC 9110; empty for one that it does not know.

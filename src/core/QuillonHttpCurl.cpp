@@ -10,6 +10,7 @@
 
 #include "QuillonHttp.h"
 #include "QuillonText.h"
+#include "platform/Proxies.h"
 
 namespace {
 
@@ -34,16 +35,22 @@ T* Checked(T* AMade) {
   return AMade;
 }
 
-template <class TValue>
-void Set(CURL* AHandle, CURLoption AnOption, TValue AValue) {
-  if (const CURLcode Code = curl_easy_setopt(AHandle, AnOption, AValue); Code != CURLE_OK) {
-    throw EQuillonHttpError(std::string("HTTP client: ") + curl_easy_strerror(Code));
-  }
-}
-
 void Check(CURLcode ACode) {
   if (ACode != CURLE_OK) {
     throw EQuillonHttpError(std::string("HTTP client: ") + curl_easy_strerror(ACode));
+  }
+}
+
+template <class TValue>
+void Set(CURL* AHandle, CURLoption AnOption, TValue AValue) {
+  Check(curl_easy_setopt(AHandle, AnOption, AValue));
+}
+
+/// As Set, for what not every TLS library knows.
+template <class TValue>
+void SetIfKnown(CURL* AHandle, CURLoption AnOption, TValue AValue) {
+  if (const CURLcode Code = curl_easy_setopt(AHandle, AnOption, AValue); Code != CURLE_NOT_BUILT_IN) {
+    Check(Code);
   }
 }
 
@@ -80,7 +87,13 @@ class TUrl {
       curl_url_set(FUrl.get(), APart, Value.empty() ? nullptr : Value.c_str(), 0);
     }
   }
-  void Remove(CURLUPart APart) { curl_url_set(FUrl.get(), APart, nullptr, 0); }
+  std::string WithoutLogin() const {
+    TUrl Copy(Part(CURLUPART_URL));
+    for (const CURLUPart APart : {CURLUPART_USER, CURLUPART_PASSWORD}) {
+      curl_url_set(Copy.FUrl.get(), APart, nullptr, 0);
+    }
+    return Copy.Part(CURLUPART_URL);
+  }
   CURLU* Handle() const { return FUrl.get(); }
 
  private:
@@ -214,14 +227,25 @@ void SetTimeOuts(CURL* AHandle, const TQuillonHttpTimeOuts& ATimeOuts, TTime AnE
 void SetTrust(CURL* AHandle) {
   Set(AHandle, CURLOPT_SSL_VERIFYPEER, 1L);
   Set(AHandle, CURLOPT_SSL_VERIFYHOST, 2L);
+  // Of the libraries that ask whether a certificate was revoked: a school's network may keep them from an answer.
+  Set(AHandle, CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_REVOKE_BEST_EFFORT));
   const auto SetFrom = [AHandle](const char* AVariable, CURLoption AnOption, CURLoption AnOptionOfProxy) {
     if (const char* const Path = std::getenv(AVariable); Path != nullptr && *Path != '\0') {
-      Set(AHandle, AnOption, Path);
-      Set(AHandle, AnOptionOfProxy, Path);
+      SetIfKnown(AHandle, AnOption, Path);
+      SetIfKnown(AHandle, AnOptionOfProxy, Path);
     }
   };
   SetFrom("SSL_CERT_FILE", CURLOPT_CAINFO, CURLOPT_PROXY_CAINFO);
   SetFrom("SSL_CERT_DIR", CURLOPT_CAPATH, CURLOPT_PROXY_CAPATH);
+}
+
+/// Where the environment has no proxy, the one of the system's settings, with the login of this user that it knows.
+void SetProxy(CURL* AHandle, const std::string& AUrl) {
+  if (const std::string Proxy = Platform::SystemProxyFor(AUrl); !Proxy.empty()) {
+    Set(AHandle, CURLOPT_PROXY, Proxy.c_str());
+    Set(AHandle, CURLOPT_PROXYAUTH, CURLAUTH_ANY);
+    Set(AHandle, CURLOPT_PROXYUSERPWD, ":");
+  }
 }
 
 class TCurlClient final : public TQuillonHttpClient {
@@ -287,6 +311,7 @@ class TCurlClient final : public TQuillonHttpClient {
     Set(Handle, CURLOPT_WRITEDATA, &Answer);
     SetTimeOuts(Handle, ARequest.TimeOuts, AnEnd);
     SetTrust(Handle);
+    SetProxy(Handle, AUrl.WithoutLogin());
     if (ARequest.Form.empty()) {
       Set(Handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(ARequest.Body.size()));
       Set(Handle, CURLOPT_POSTFIELDS, ARequest.Body.data());
@@ -361,11 +386,6 @@ std::vector<TLogin> ProxyLogins() {
   return Logins;
 }
 
-std::string WithoutLogin(const std::string& AUrl) {
-  TUrl Url(AUrl);
-  Url.Remove(CURLUPART_USER);
-  Url.Remove(CURLUPART_PASSWORD);
-  return Url.Part(CURLUPART_URL);
-}
+std::string WithoutLogin(const std::string& AUrl) { return TUrl(AUrl).WithoutLogin(); }
 
 }  // namespace QuillonHttp

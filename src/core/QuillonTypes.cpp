@@ -1,13 +1,14 @@
 #include "QuillonTypes.h"
 
 #include <functional>
-#include <system_error>
 #include <utility>
+
+#include "platform/Errors.h"
 
 namespace {
 
 std::string SystemText(int AnErrorCode, std::string_view ASubject) {
-  std::string Text = std::system_category().message(AnErrorCode);
+  std::string Text = Platform::ErrorText(AnErrorCode);
   if (!ASubject.empty()) {
     Text.append(": ").append(ASubject);
   }

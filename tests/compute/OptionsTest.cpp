@@ -2,6 +2,7 @@
 
 #include <fstream>
 
+#include "QuillonFileSystem.h"
 #include "QuillonXMLPreferences.h"
 #include "core/TestFiles.h"
 #include "uOptions/Options.h"
@@ -18,10 +19,10 @@ TEST(ProgramPaths, ComeFromFoldersAndSettings) {
   Machine.WriteString("ProductVersion", "6.0");
   uOptions::TPathSources Sources{"/etc/velmora", "/home/x", "/usr/bin", &Machine, nullptr};
   TVELProgramPaths Paths = uOptions::FillProgramPaths(Sources);
-  EXPECT_EQ(Paths.FSiteFile, "/etc/velmora/Velmora.site");
-  EXPECT_EQ(Paths.FColorsFile, "/etc/velmora/Velmora.colors");
-  EXPECT_EQ(Paths.FOptionsFile, "/home/x/Velmora.opt");
-  EXPECT_EQ(Paths.FPrintFormsTemplate, "/usr/bin/Templates/Velmora.pfm");
+  EXPECT_EQ(Paths.FSiteFile, TQuillonFilePath::Combine("/etc/velmora", "Velmora.site"));
+  EXPECT_EQ(Paths.FColorsFile, TQuillonFilePath::Combine("/etc/velmora", "Velmora.colors"));
+  EXPECT_EQ(Paths.FOptionsFile, TQuillonFilePath::Combine("/home/x", "Velmora.opt"));
+  EXPECT_EQ(Paths.FPrintFormsTemplate, TQuillonFilePath::Combine("/usr/bin", "Templates/Velmora.pfm"));
   EXPECT_EQ(Paths.FSamplesFolder, "/samples");
   EXPECT_EQ(Paths.FProductVersion, "6.0");
 
@@ -33,8 +34,8 @@ TEST(ProgramPaths, ComeFromFoldersAndSettings) {
   Machine.WriteString("BinFolder", "/opt/velmora");
   Sources.User = &User;
   Paths = uOptions::FillProgramPaths(Sources);
-  EXPECT_EQ(Paths.FSiteFile, "/home/x/Velmora.site");
-  EXPECT_EQ(Paths.FProgramFile, "/opt/velmora/Velmora.exe");
+  EXPECT_EQ(Paths.FSiteFile, TQuillonFilePath::Combine("/home/x", "Velmora.site"));
+  EXPECT_EQ(Paths.FProgramFile, TQuillonFilePath::Combine("/opt/velmora", "Velmora.exe"));
   EXPECT_EQ(Paths.FProductVersion, "6.1");
   EXPECT_TRUE(Paths.FNoUpdates);
 

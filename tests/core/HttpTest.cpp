@@ -1,13 +1,11 @@
-#include <arpa/inet.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <future>
 
 #include "QuillonFileSystem/UrlPath.h"
 #include "QuillonHttp.h"
+#include "QuillonSockets/Sockets.h"
 
 namespace {
 
@@ -17,25 +15,18 @@ using namespace std::chrono_literals;
 /// A server that takes connections and never answers.
 class TSilentServer {
  public:
-  TSilentServer() : FSocket(socket(AF_INET, SOCK_STREAM, 0)) {
-    sockaddr_in Address{};
-    Address.sin_family = AF_INET;
-    Address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t Size = sizeof(Address);
-    auto* const Name = reinterpret_cast<sockaddr*>(&Address);
-    if (bind(FSocket, Name, Size) != 0 || listen(FSocket, 8) != 0 || getsockname(FSocket, Name, &Size) != 0) {
-      throw EQuillonException("no server");
-    }
-    Port = std::to_string(ntohs(Address.sin_port));
+  TSilentServer() {
+    FSocket.FLocalHost = "127.0.0.1";
+    FSocket.CreateSocket();
+    FSocket.Bind();
+    FSocket.Listen();
+    Port = std::to_string(FSocket.FLocalPort);
   }
-  TSilentServer(const TSilentServer&) = delete;
-  TSilentServer& operator=(const TSilentServer&) = delete;
-  ~TSilentServer() { close(FSocket); }
 
   std::string Port;
 
  private:
-  int FSocket;
+  TQuillonTCPSocket FSocket;
 };
 
 std::string ErrorOf(const TQuillonHttpRequest& ARequest) {

@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <sys/stat.h>
 
 #include <cerrno>
 #include <cstdlib>
@@ -97,14 +96,6 @@ TEST_F(PreferencesTest, AmountsKeepFourDecimals) {
     Preferences.WriteString("a", None);
     EXPECT_EQ(Preferences.ReadCurrency("a", 7), 7) << None;
   }
-}
-
-TEST_F(PreferencesTest, WhatIsNoFileIsRefusedAndNotWaitedFor) {
-  ASSERT_EQ(::mkfifo(FFile.c_str(), 0600), 0);
-  EXPECT_THROW(TQuillonXMLPreferences{FFile}, EQuillonException);
-  TQuillonXMLPreferences Fresh(FFile, true);
-  Fresh.WriteString("a", "b");
-  EXPECT_THROW(Fresh.FlushBuffer(), EQuillonException);
 }
 
 TEST_F(PreferencesTest, AFileThatWouldBeTooLargeToBeReadIsNotWritten) {
@@ -242,49 +233,6 @@ TEST_F(PreferencesTest, ADamagedFileIsNamedAndLeftAlone) {
   Fresh.WriteString("c", "d");
   Fresh.FlushBuffer();
   EXPECT_THAT(TQuillonXMLPreferences(FFile).GetValueNames(), ElementsAre("c"));
-}
-
-/// Sets a variable of the environment as long as it lives; an empty value takes it away.
-class Variable {
- public:
-  Variable(const char* AName, const std::string& AValue) : FName(AName), FOld(std::getenv(AName)) {
-    FHad = FOld != nullptr;
-    FKept = FHad ? FOld : "";
-    Set(!AValue.empty(), AValue);
-  }
-  ~Variable() { Set(FHad, FKept); }
-
- private:
-  void Set(bool AnIsSet, const std::string& AValue) const {
-    AnIsSet ? ::setenv(FName, AValue.c_str(), 1) : ::unsetenv(FName);
-  }
-
-  const char* FName;
-  const char* FOld;
-  bool FHad = false;
-  std::string FKept;
-};
-
-TEST_F(PreferencesTest, OfTheUserLieInTheirOwnFolder) {
-  const auto Store = [] {
-    const auto Preferences = QuillonPreferences::UserPreferences();
-    Preferences->WriteString("a", "b");
-    Preferences->FlushBuffer();
-  };
-  const Variable Home("HOME", FFolder.Path("home"));
-  {
-    const Variable Config("XDG_CONFIG_HOME", FFolder.Path("config"));
-    Store();
-  }
-  {
-    const Variable Config("XDG_CONFIG_HOME", "relative");
-    Store();
-  }
-  for (const char* Name : {"config/velmora/preferences.xml", "home/.config/velmora/preferences.xml"}) {
-    const auto Mode = std::filesystem::status(FFolder.Path(Name)).permissions();
-    EXPECT_EQ(Mode, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write) << Name;
-  }
-  EXPECT_THAT(QuillonPreferences::MachinePreferences()->ReadString("no such value"), IsEmpty());
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
-#include <pthread.h>
 
 #include <atomic>
-#include <csignal>
 #include <future>
 
 #include "QuillonLogs/Manager.h"
@@ -146,26 +144,6 @@ TEST_F(SocketTest, AnotherThreadEndsWhatWaits) {
   Queue.front()->CloseSocket(tssdBoth);
   EXPECT_EQ(Read.wait_for(20s), std::future_status::ready);
   EXPECT_EQ(Queue.front()->Socket(), Platform::NoSocket);
-}
-
-TEST_F(SocketTest, ASignalDoesNotEndAWait) {
-  struct sigaction Action {};
-  struct sigaction Former {};
-  Action.sa_handler = [](int) {};
-  sigaction(SIGUSR1, &Action, &Former);
-  const auto Begin = std::chrono::steady_clock::now();
-  std::atomic<bool> IsOver = false;
-  const auto Signals = std::async(std::launch::async, [&, Thread = pthread_self()] {
-    while (!IsOver) {
-      pthread_kill(Thread, SIGUSR1);
-      std::this_thread::sleep_for(2ms);
-    }
-  });
-  EXPECT_FALSE(FNear->Poll(100, ssmRead));
-  IsOver = true;
-  Signals.wait();
-  sigaction(SIGUSR1, &Former, nullptr);
-  EXPECT_GE(std::chrono::steady_clock::now() - Begin, 99ms);
 }
 
 TEST_F(SocketTest, WhatWaitsIsCountedAndDropped) {

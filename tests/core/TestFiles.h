@@ -24,7 +24,7 @@ class TemporaryFolder {
     std::filesystem::remove_all(FPath, Ignored);
   }
 
-  std::string Path(const std::string& AName) const { return (FPath / AName).string(); }
+  std::string Path(const std::string& AName) const { return (FPath / AName).generic_string(); }
 
   std::vector<std::string> Names() const {
     std::vector<std::string> Result;

@@ -118,7 +118,11 @@ TEST(DataStorage, BackupsKeepTheFirstStateOfADay) {
   EXPECT_EQ(ReadFile(Folder.Path("plan." + Day + ".backup")), First);
   EXPECT_EQ(ReadFile(FileName), Third);
   // Behind a link, the backup is of the file and not of the link.
-  std::filesystem::create_symlink("plan.velmora", Folder.Path("link.velmora"));
+  std::error_code Code;
+  std::filesystem::create_symlink("plan.velmora", Folder.Path("link.velmora"), Code);
+  if (Code) {
+    GTEST_SKIP() << "links cannot be made here: " << Code.message();
+  }
   Store->SaveToFile(Folder.Path("link.velmora"));
   SaveAs("fifth");
   EXPECT_EQ(ReadFile(Folder.Path("link." + Day + ".backup")), Third);

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
-#include <sys/stat.h>
 
 #include <fstream>
 
+#include "QuillonFileSystem.h"
 #include "core/TestFiles.h"
 #include "uColors.h"
 #include "uOptions/ProgramPaths.h"
@@ -79,8 +79,8 @@ TEST_F(SettingsTest, ADamagedFileIsNamed) {
     return std::string();
   };
   EXPECT_THAT(Message(uColors::Colors), HasSubstr(FPaths.FColorsFile));
-  FPaths.FColorsFile = FFolder.Path("pipe");
-  ASSERT_EQ(::mkfifo(FPaths.FColorsFile.c_str(), 0600), 0);
+  FPaths.FColorsFile = FFolder.Path("folder");
+  TQuillonFileSystem::CreateDirectory(FPaths.FColorsFile);
   EXPECT_THAT(Message(uColors::Colors), HasSubstr(FPaths.FColorsFile));
   EXPECT_THAT(Message(uSite::Site), HasSubstr(FPaths.FSiteFile));
 }

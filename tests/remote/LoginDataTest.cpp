@@ -2,6 +2,7 @@
 
 #include <fstream>
 
+#include "QuillonFileSystem.h"
 #include "core/TestFiles.h"
 #include "uLogin/LoginData.h"
 #include "uOptions/ProgramPaths.h"
@@ -14,7 +15,7 @@ TEST(LoginDataTest, IsRememberedInTheUsersFolder) {
   const TemporaryFolder Folder;
   TVELProgramPaths Paths = uOptions::FillProgramPaths({"", Folder.Path("new"), "", nullptr, nullptr});
   const uOptions::TProgramPathsReplacement Replacement(Paths);
-  EXPECT_EQ(Paths.FLoginFile, Folder.Path("new/velmora.login"));
+  EXPECT_EQ(Paths.FLoginFile, TQuillonFilePath::Combine(Folder.Path("new"), "velmora.login"));
   TVELLoginData& Data = uLogin::LoginData();
   EXPECT_EQ(Data.FServerName, "127.0.0.1");
   EXPECT_EQ(Data.FServerPort, 8100);

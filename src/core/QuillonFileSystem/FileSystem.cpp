@@ -122,14 +122,14 @@ void TQuillonFileSystem::CreateDirectory(const std::string& APath) {
 
 void TQuillonFileSystem::ForceDirectory(const std::string& APath) {
   const std::string Path = TQuillonFilePath::RemoveTrailingPathDelimiter(APath);
-  if (Path.empty() || TQuillonFilePath::IsRoot(Path) || IsDirectory(Path)) {
+  if (Path.size() < Platform::ShortestFolder || TQuillonFilePath::IsRoot(Path) || IsDirectory(Path)) {
     return;
   }
   // From the root on: a path that is too long or has no place ends at the first folder that cannot be.
   for (std::size_t End = Platform::RootLength(Path); End < Path.size();) {
     End = std::min(Path.find_first_of(Platform::PathDelimiters, End + 1), Path.size());
     const std::string Parent = Path.substr(0, End);
-    if (IsDirectory(Parent)) {
+    if (Parent.size() < Platform::ShortestFolder || IsDirectory(Parent)) {
       continue;
     }
     try {

@@ -41,7 +41,7 @@ void TQuillonAbstractLog::AddEntry(const TQuillonLogEntry& AnEntry) {
   }
 }
 
-void TQuillonDebuggerLog::WriteLine(std::string_view ALine) { Platform::WriteErrorLine(ALine); }
+void TQuillonDebuggerLog::WriteLine(std::string_view ALine) { Platform::WriteDebugLine(ALine); }
 
 void TQuillonConsoleLog::WriteLine(std::string_view ALine) { Platform::WriteOutputLine(ALine); }
 

@@ -1,6 +1,6 @@
 #include "QuillonSynchronization/Events.h"
 
-#include <cerrno>
+#include "platform/Errors.h"
 
 class TQuillonEvent::TState : public QuillonWaiting::TState {
  public:
@@ -27,7 +27,7 @@ TQuillonEvent::TQuillonEvent(bool AManualReset, bool AnInitialState, std::string
     : FHandle(std::dynamic_pointer_cast<TState>(
           QuillonWaiting::Open(AName, [&] { return std::make_shared<TState>(AManualReset, AnInitialState); }))) {
   if (FHandle == nullptr) {
-    throw EQuillonEventError(EINVAL, AName);
+    throw EQuillonEventError(Platform::InvalidArgumentError, AName);
   }
 }
 
@@ -73,12 +73,12 @@ class TQuillonSemaphore::TState : public QuillonWaiting::TState {
 
 TQuillonSemaphore::TQuillonSemaphore(std::int32_t AnInitialCount, std::int32_t AMaxCount, std::string_view AName) {
   if (AMaxCount < 1 || AnInitialCount < 0 || AnInitialCount > AMaxCount) {
-    throw EQuillonSemaphoreError(EINVAL, AName);
+    throw EQuillonSemaphoreError(Platform::InvalidArgumentError, AName);
   }
   FHandle = std::dynamic_pointer_cast<TState>(
       QuillonWaiting::Open(AName, [&] { return std::make_shared<TState>(AnInitialCount, AMaxCount); }));
   if (FHandle == nullptr) {
-    throw EQuillonSemaphoreError(EINVAL, AName);
+    throw EQuillonSemaphoreError(Platform::InvalidArgumentError, AName);
   }
   FMaxCount = FHandle->FMaxCount;
 }
@@ -95,10 +95,10 @@ std::int32_t TQuillonSemaphore::Release(std::int32_t AReleaseCount) {
   const std::lock_guard<std::mutex> Guard(TState::Lock());
   const std::int32_t Before = FHandle->FCount;
   if (AReleaseCount < 1) {
-    throw EQuillonSemaphoreError(EINVAL);
+    throw EQuillonSemaphoreError(Platform::InvalidArgumentError);
   }
   if (AReleaseCount > FMaxCount - Before) {
-    throw EQuillonSemaphoreError(EOVERFLOW);
+    throw EQuillonSemaphoreError(Platform::TooManyError);
   }
   FHandle->FCount += AReleaseCount;
   FHandle->Grant();

@@ -1,8 +1,9 @@
 #include "QuillonSynchronization/Mutexes.h"
 
-#include <cerrno>
 #include <unordered_set>
 #include <utility>
+
+#include "platform/Errors.h"
 
 class TQuillonMutex::TState : public QuillonWaiting::TState {
  public:
@@ -84,7 +85,7 @@ TQuillonMutex::TQuillonMutex(bool AnInitialOwner, std::string_view AName) {
     return std::make_shared<TState>();
   }));
   if (FHandle == nullptr) {
-    throw EQuillonMutexError(EINVAL, AName);
+    throw EQuillonMutexError(Platform::InvalidArgumentError, AName);
   }
   if (IsNew && AnInitialOwner) {
     Aquire(QuillonInfinite);
@@ -99,7 +100,7 @@ TQuillonWaitResult TQuillonMutex::Aquire(std::uint32_t ATimeOut) {
 void TQuillonMutex::Release() {
   const std::lock_guard<std::mutex> Guard(TState::Lock());
   if (!FHandle->BelongsTo(std::this_thread::get_id())) {
-    throw EQuillonMutexError(EPERM);
+    throw EQuillonMutexError(Platform::NotPermittedError);
   }
   FHandle->Release();
 }

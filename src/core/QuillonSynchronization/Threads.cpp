@@ -1,10 +1,11 @@
 #include "QuillonSynchronization/Threads.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <deque>
 #include <system_error>
+
+#include "platform/Errors.h"
 
 namespace {
 
@@ -90,7 +91,7 @@ bool QuillonSynchronization::Synchronize(const std::function<void()>& AMethod, c
 
 bool QuillonSynchronization::CheckSynchronize(std::uint32_t ATimeout) {
   if (std::this_thread::get_id() != MainThread) {
-    throw EQuillonThreadError(EPERM);
+    throw EQuillonThreadError(Platform::NotPermittedError);
   }
   TCalls& Calls = TCalls::Instance();
   Calls.Waiting().WaitFor(ATimeout);
@@ -116,7 +117,7 @@ TQuillonThread::~TQuillonThread() { Finish(); }
 
 void TQuillonThread::Start() {
   if (FThread.joinable()) {
-    throw EQuillonThreadError(EALREADY);
+    throw EQuillonThreadError(Platform::AlreadyDoneError);
   }
   try {
     FThread = std::thread(&TQuillonThread::Run, this);

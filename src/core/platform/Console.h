@@ -10,6 +10,8 @@ namespace Platform {
 /// @throws EQuillonWin32Error when standard output, or standard error, does not take it
 void WriteOutputLine(std::string_view ALine);
 void WriteErrorLine(std::string_view ALine);
+/// Writes one line to the debug output: standard error where the system has none of its own.
+void WriteDebugLine(std::string_view ALine);
 
 /// Standard output and the argument list of this process. One object is made per process, before any file is opened.
 class TConsole {

@@ -117,6 +117,9 @@ bool IsInUse(int AnErrorCode);
 bool IsUnsupported(int AnErrorCode);
 /// Whether a folder takes no new file, or lets it not take the place of another, although the other may be open to us.
 bool IsReplacementRefused(int AnErrorCode);
+/// Whether a file that is open loses its name at once when another one takes its place, or it is removed. Elsewhere
+/// what is open is in the way, or takes more steps.
+extern const bool OpenFilesGiveWay;
 /// The code of a call on a file that is not open.
 extern const int NotOpenError;
 /// The code of a file that may not be written.
@@ -126,5 +129,7 @@ extern const int NotWriteableError;
 extern const std::string_view PathDelimiters;
 /// Length of the part of a path that names a root: "/" here, a drive elsewhere; 0 for a relative path.
 std::size_t RootLength(std::string_view APath);
+/// Shorter paths are taken for folders that are there: drives, where there are any.
+extern const std::size_t ShortestFolder;
 
 }  // namespace Platform

@@ -137,7 +137,7 @@ void TFileSet::Place() {
   }
   ForEachNew([](TQuillonNewFile& AFile) { AFile.Prepare(); });
   // To free a large file takes its time: while they are open, the earlier files are not freed within the burst.
-  const std::vector<std::unique_ptr<Platform::File>> Earlier = OpenEarlier();
+  const auto Earlier = Platform::OpenFilesGiveWay ? OpenEarlier() : std::vector<std::unique_ptr<Platform::File>>();
   Platform::WithSignalsDelayed([this] { Burst(); });
 }
 

@@ -73,4 +73,6 @@ void WriteOutputLine(std::string_view ALine) { WriteLineTo(STDOUT_FILENO, "stand
 
 void WriteErrorLine(std::string_view ALine) { WriteLineTo(STDERR_FILENO, "standard error", ALine); }
 
+void WriteDebugLine(std::string_view ALine) { WriteErrorLine(ALine); }
+
 }  // namespace Platform

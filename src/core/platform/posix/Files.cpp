@@ -231,11 +231,15 @@ bool IsReplacementRefused(int AnErrorCode) {
          AnErrorCode == EXDEV;
 }
 
+const bool OpenFilesGiveWay = true;
+
 const int NotOpenError = EBADF;
 const int NotWriteableError = EACCES;
 
 const std::string_view PathDelimiters = "/";
 
 std::size_t RootLength(std::string_view APath) { return APath.starts_with('/') ? 1 : 0; }
+
+const std::size_t ShortestFolder = 1;
 
 }  // namespace Platform

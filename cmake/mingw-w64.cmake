@@ -1,0 +1,24 @@
+# 64-bit Windows, from Debian: mingw-w64 with POSIX threads, everything linked statically; tests run under Wine.
+# VELMORA_WINDOWS_LIBRARIES is the prefix that scripts/windows-libraries.sh has filled.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_VERSION 10.0)
+set(CMAKE_SYSTEM_PROCESSOR AMD64)
+
+set(TRIPLET x86_64-w64-mingw32)
+set(CMAKE_C_COMPILER ${TRIPLET}-gcc-posix)
+set(CMAKE_CXX_COMPILER ${TRIPLET}-g++-posix)
+set(CMAKE_RC_COMPILER ${TRIPLET}-windres)
+set(CMAKE_OBJDUMP ${TRIPLET}-objdump)
+
+set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES VELMORA_WINDOWS_LIBRARIES)
+set(CMAKE_FIND_ROOT_PATH /usr/${TRIPLET} ${VELMORA_WINDOWS_LIBRARIES})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+# By name, or zlib's DLL would be found first.
+set(ZLIB_LIBRARY /usr/${TRIPLET}/lib/libz.a CACHE FILEPATH "")
+set(ZLIB_INCLUDE_DIR /usr/${TRIPLET}/include CACHE PATH "")
+
+set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
+set(CMAKE_CROSSCOMPILING_EMULATOR /usr/lib/wine/wine64)

@@ -1,0 +1,3 @@
+#include "platform/Proxies.h"
+
+std::string Platform::SystemProxyFor(const std::string& /*AUrl*/) { return {}; }

@@ -1,0 +1,15 @@
+#include "platform/Process.h"
+
+#include <windows.h>
+
+#include <psapi.h>
+
+namespace Platform {
+
+std::uint64_t PeakMemory() {
+  PROCESS_MEMORY_COUNTERS Counters{};
+  return ::GetProcessMemoryInfo(::GetCurrentProcess(), &Counters, sizeof(Counters)) != 0 ? Counters.PeakWorkingSetSize
+                                                                                         : 0;
+}
+
+}  // namespace Platform
