@@ -34,7 +34,11 @@ Step "build"
 # The programs of this system, whose files those of Windows must be equal to.
 cmake --preset release >/dev/null
 cmake --build --preset release --target velmora-console velmora-host velmora-forms
-cmake --preset windows -DVELMORA_WINDOWS_LIBRARIES="$Libraries" -DVELMORA_LINUX_PROGRAMS="$PWD/build/release" "$@"
+# CMake keeps the places where it has found libraries.
+Fresh=--fresh
+grep -qsxF "VELMORA_WINDOWS_LIBRARIES:UNINITIALIZED=$Libraries" "$Build/CMakeCache.txt" && Fresh=""
+# shellcheck disable=SC2086  # no word at all where nothing is to be found anew
+cmake $Fresh --preset windows -DVELMORA_WINDOWS_LIBRARIES="$Libraries" -DVELMORA_LINUX_PROGRAMS="$PWD/build/release" "$@"
 cmake --build --preset windows
 
 Step "tests under Wine"

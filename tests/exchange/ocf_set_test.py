@@ -21,7 +21,7 @@ from ocf_documents import AWKWARD, ZERO, Plan, document, frame, item, items, ref
 
 PROGRAM = HOST = SAMPLE = ""
 PLANS = 12
-ZONES = ["UTC", "Asia/Kolkata", "America/New_York", "Europe/Berlin"]
+ZONES = os.environ.get("VELMORA_TEST_ZONES", "UTC Asia/Kolkata America/New_York Europe/Berlin").split()
 UNUSUAL_ZONES = ["Australia/Lord_Howe", "America/St_Johns", "Pacific/Apia", "Africa/Casablanca", "Europe/Dublin"]
 GAP_OBJECTS = {"Absence", "Stash", "Substitution", "Cancellation None", "Cancellation StayInRoom",
                "Cancellation LeaveRoom", ""}

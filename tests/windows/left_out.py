@@ -8,7 +8,7 @@ import re
 import sys
 
 log = pathlib.Path(sys.argv[1]).read_text(encoding="utf-8", errors="replace")
-found = dict(re.findall(r"^LEFT OUT (\S+): (.+)$", log, re.MULTILINE))
+found = dict(re.findall(r"LEFT OUT (\S+): (.+)", log))
 run = re.findall(r"\[       OK \] (\S+)", log)
 for reason, name in re.findall(r": Skipped\r?\n(.*)\r?\n(?:.*\n)*?\[  SKIPPED \] (\S+)", log):
     if name not in run:
