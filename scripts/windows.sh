@@ -48,12 +48,10 @@ unset DISPLAY
 mkdir -p "$HOME" "$WINEPREFIX"
 Wine=/usr/lib/wine
 trap '"$Wine/wineserver64" -k || true' EXIT
-"$Wine/wineserver64" -p
-if [ ! -f "$WINEPREFIX/ready" ]; then
-  "$Wine/wine64" wineboot -i >/dev/null 2>&1
-  "$Wine/wine64" winecfg -v win10
-  touch "$WINEPREFIX/ready"
-fi
+"$Wine/wineserver64" -p </dev/null >/dev/null 2>&1
+# The first program starts Wine's services, which keep its output open as long as they live.
+"$Wine/wine64" wineboot -i </dev/null >/dev/null 2>&1
+"$Wine/wine64" winecfg -v win10 </dev/null >/dev/null 2>&1
 # ctest's exit code is told last, behind what was left out.
 Result=0
 ctest --preset windows --parallel "$(nproc)" || Result=$?
