@@ -38,6 +38,7 @@ TEST(WindowsPaths, DrivesSharesAndBothDelimiters) {
                                                         {R"(\\server\share\a)", R"(\\server\share\)"},
                                                         {R"(\\server\share)", R"(\\server\share)"},
                                                         {R"(\\?\C:\a)", R"(\\?\C:\)"},
+                                                        {R"(\\?\UNC\server\share\a)", R"(\\?\UNC\server\share\)"},
                                                         {"a\\b", ""},
                                                         {"", ""}}) {
     EXPECT_EQ(std::string(Path).substr(0, Platform::RootLength(Path)), Root) << Path;
@@ -72,6 +73,9 @@ TEST_F(WindowsFiles, NamesOfAnyLengthAndLetters) {
   EXPECT_THAT(Platform::Files().NamesIn(Deep), testing::UnorderedElementsAre(".", "..", "plan.data"));
   TQuillonFileSystem::DeleteFile(Name);
   EXPECT_FALSE(TQuillonFileSystem::Exists(Name));
+  EXPECT_THROW(TQuillonFileSystem::DeleteDirectory(TPath::GetDirectoryName(Deep)), EQuillonFileSystemError);
+  TQuillonFileSystem::ClearDirectory(FFolder.Path(""));
+  EXPECT_TRUE(FFolder.Names().empty());
   EXPECT_FALSE(TQuillonFileSystem::Exists("\xff"));
   EXPECT_THROW(TQuillonFileStream("\xff", fomCreate, famShareDenyNone), EQuillonFileHandleError);
 }
@@ -111,6 +115,12 @@ TEST_F(WindowsFiles, ShareModesHoldBetweenAllPrograms) {
     EXPECT_EQ(IsOpenFor(fomOpenReadWrite), Case.IsWriteable) << Case.Access;
     EXPECT_EQ(OpenByOther(FName, FILE_SHARE_READ | FILE_SHARE_WRITE) != nullptr, Case.IsReadable) << Case.Access;
   }
+}
+
+TEST_F(WindowsFiles, WritersGetAlongThatDenyReading) {
+  const TQuillonFileStream Held(FName, fomOpenWrite, famShareDenyRead);
+  EXPECT_NO_THROW(TQuillonFileStream(FName, fomOpenWrite, famShareDenyRead));
+  EXPECT_THROW(TQuillonFileStream(FName, fomOpenRead, famShareDenyNone), EQuillonFileInUseError);
 }
 
 TEST_F(WindowsFiles, AHeldFileIsReplacedAndStaysHeld) {

@@ -33,6 +33,8 @@ DWORD ShareMode(Access AnAccess, Lock ALock) {
       return FILE_SHARE_READ | FILE_SHARE_DELETE;
     case Lock::Exclusive:
       return AnAccess == Access::Read ? FILE_SHARE_DELETE : FILE_SHARE_READ | FILE_SHARE_DELETE;
+    case Lock::Readers:
+      return FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     default:
       return FILE_SHARE_DELETE;
   }
@@ -247,6 +249,8 @@ bool IsUnsupported(int AnErrorCode) {
                                ERROR_CALL_NOT_IMPLEMENTED, ERROR_INVALID_LEVEL});
 }
 
+bool IsOtherVolume(int AnErrorCode) { return AnErrorCode == ERROR_NOT_SAME_DEVICE; }
+
 bool IsReplacementRefused(int AnErrorCode) {
   return IsOneOf(AnErrorCode, {ERROR_ACCESS_DENIED, ERROR_WRITE_PROTECT, ERROR_NOT_SAME_DEVICE, ERROR_CANNOT_MAKE,
                                ERROR_NETWORK_ACCESS_DENIED});
@@ -261,8 +265,10 @@ const std::string_view PathDelimiters = R"(\/)";
 
 std::size_t RootLength(std::string_view APath) {
   if (APath.size() >= 2 && IsDelimiter(APath[0]) && IsDelimiter(APath[1])) {
-    // Server and share, or "\\?\" and a drive.
-    return BehindDelimiter(APath, BehindDelimiter(APath, 2));
+    // Server and share, "\\?\" and a drive, or "\\?\UNC\" and a share.
+    constexpr std::string_view UnlimitedShare = R"(\\?\UNC\)";
+    return BehindDelimiter(APath,
+                           BehindDelimiter(APath, APath.starts_with(UnlimitedShare) ? UnlimitedShare.size() : 2));
   }
   if (APath.size() >= 2 && APath[1] == ':') {
     return APath.size() > 2 && IsDelimiter(APath[2]) ? 3 : 2;
