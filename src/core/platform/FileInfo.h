@@ -35,6 +35,8 @@ void RemoveFolder(const std::string& APath);
 /// Removes a file, a link, or a folder with all that is in it; links go, not what they lead to.
 void RemoveTree(const std::string& APath);
 
+/// The path from its root on by the current folder, without "." and ".."; nothing else is looked up.
+std::string FullPath(const std::string& APath);
 /// The form of an existing path with names of eight and three characters, and with the full ones; the path itself on
 /// systems that have but one form.
 std::string ShortForm(const std::string& APath);

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <utility>
 
 #include "QuillonFileReplacement.h"
+#include "QuillonFileSystem.h"
 #include "QuillonText.h"
 #include "platform/Process.h"
 
@@ -87,8 +87,7 @@ void TVELReport::Finish(int AnExitCode, const std::string& AnError) {
   EndStage();
   if (IsWanted()) {
     for (const std::string& Other : {FSource, FTarget}) {
-      std::error_code Ignored;
-      if (std::filesystem::equivalent(FFileName, Other, Ignored)) {
+      if (TQuillonFileSystem::SameFile(FFileName, Other)) {
         throw EQuillonException("The report may not take the place of " + QuillonText::Quoted(Other) + ".");
       }
     }

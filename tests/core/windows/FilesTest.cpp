@@ -48,6 +48,11 @@ TEST(WindowsPaths, DrivesSharesAndBothDelimiters) {
   EXPECT_EQ(TPath::Combine("a/", "b"), "a/b");
   EXPECT_EQ(TPath::Combine("a", R"(D:\b)"), R"(D:\b)");
   EXPECT_EQ(TPath::GetDirectoryName(R"(C:\a)"), R"(C:\)");
+  EXPECT_EQ(TPath::GetFullPath(R"(\\server\share\a/..\..\b\)"), R"(\\server\share\b)");
+  EXPECT_EQ(TPath::GetFullPath(R"(C:\a\..\b)"), R"(C:\b)");
+  EXPECT_TRUE(TQuillonFileSystem::IsFileInDirectory(R"(\\server\share\a)", R"(\\SERVER\share)"));
+  EXPECT_EQ(TPath::GetRelativePath(R"(\\server\share\a\b)", R"(\\server\share\c)"), R"(..\a\b)");
+  EXPECT_EQ(TPath::GetRelativePath(R"(\\server\share\a)", R"(\\server\other\a)"), R"(\\server\share\a)");
   EXPECT_EQ(TPath::GetFileNameWithoutExtension(R"(a.b\c/plan.data)"), "plan");
   EXPECT_TRUE(TPath::IsRoot("C:") && TPath::IsRoot(R"(\\server\share\)"));
   EXPECT_FALSE(TPath::IsRoot(R"(\\server\share\a)"));

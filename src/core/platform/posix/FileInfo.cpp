@@ -136,6 +136,8 @@ void RemoveTree(const std::string& APath) {
   }
 }
 
+std::string FullPath(const std::string& APath) { return std::filesystem::absolute(APath).lexically_normal(); }
+
 std::string ShortForm(const std::string& APath) { return APath; }
 
 std::string LongForm(const std::string& APath) { return APath; }

@@ -237,6 +237,13 @@ void RemoveTree(const std::string& APath) {
   std::for_each(Folders.rbegin(), Folders.rend(), RemoveFolder);
 }
 
+std::string FullPath(const std::string& APath) {
+  // The form that knows no limit knows neither "." nor "..".
+  std::string Full = APath.starts_with(R"(\\?\)") ? APath : WindowsCalls::NarrowPath(WidePath(APath));
+  const bool IsShare = Full.starts_with(R"(\\)") && !Full.starts_with(R"(\\.\)") && RootLength(Full) == Full.size();
+  return IsShare && !Full.ends_with('\\') ? Full + '\\' : Full;
+}
+
 std::string ShortForm(const std::string& APath) {
   const std::wstring Path = WidePath(APath);
   return Text(APath, [&](wchar_t* ABuffer, DWORD ASize) { return ::GetShortPathNameW(Path.c_str(), ABuffer, ASize); });
