@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "QuillonTypes.h"
+#include "platform/FileInfo.h"
 #include "platform/windows/Replacement.h"
 #include "platform/windows/WindowsCalls.h"
 #include "platform/windows/WindowsFile.h"
@@ -167,7 +168,10 @@ class WindowsFileSystem final : public Platform::FileSystem {
     if (::GetFileAttributesExW(WidePath(APath).c_str(), GetFileExInfoStandard, &Data) == 0) {
       Fail(APath);
     }
-    return static_cast<std::int64_t>(std::uint64_t{Data.nFileSizeHigh} << 32 | Data.nFileSizeLow);
+    // A link has a size of its own.
+    return (Data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0
+               ? Platform::InfoOf(APath).Size
+               : static_cast<std::int64_t>(std::uint64_t{Data.nFileSizeHigh} << 32 | Data.nFileSizeLow);
   }
 
   bool IsWriteable(const std::string& APath) override {
