@@ -84,6 +84,9 @@ class FileSystem {
   virtual std::int64_t SizeOf(const std::string& APath) = 0;
   /// Whether the file may be written, as far as that can be told without opening it.
   virtual bool IsWriteable(const std::string& APath) = 0;
+  /// Sees to it that another file could take the place of this one. Who only looks at it is waited for.
+  /// @throws EQuillonWin32Error with a code of IsInUse where somebody keeps it, which not all systems let them
+  virtual void DemandGivesWay(const std::string& APath) = 0;
   /// The path that a symbolic link leads to, whether that exists or not; any other path as it is.
   virtual std::string FollowLinks(const std::string& APath) = 0;
   virtual void Remove(const std::string& APath) = 0;

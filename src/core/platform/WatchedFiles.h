@@ -36,6 +36,7 @@ class WatchedFiles : public FileSystem {
     return Pass(Call::SizeOf, [&] { return FSystem.SizeOf(APath); });
   }
   bool IsWriteable(const std::string& APath) override { return FSystem.IsWriteable(APath); }
+  void DemandGivesWay(const std::string& APath) override { FSystem.DemandGivesWay(APath); }
   std::string FollowLinks(const std::string& APath) override {
     return Pass(Call::FollowLinks, [&] { return FSystem.FollowLinks(APath); });
   }

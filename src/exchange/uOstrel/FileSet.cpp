@@ -136,21 +136,35 @@ void TFileSet::Place() {
     }
   }
   ForEachNew([](TQuillonNewFile& AFile) { AFile.Prepare(); });
+  for (const std::string& Path : EarlierPaths()) {
+    QuillonIO::OnFile(Path, [&] {
+      if (Platform::Files().Look(Path) == Platform::EntryKind::File) {
+        Platform::Files().DemandGivesWay(Path);
+      }
+    });
+  }
   // To free a large file takes its time: while they are open, the earlier files are not freed within the burst.
   const auto Earlier = Platform::OpenFilesGiveWay ? OpenEarlier() : std::vector<std::unique_ptr<Platform::File>>();
   Platform::WithSignalsDelayed([this] { Burst(); });
 }
 
-std::vector<std::unique_ptr<Platform::File>> TFileSet::OpenEarlier() const {
+/// What files of the set, and those without a successor, are to take the place of.
+std::vector<std::string> TFileSet::EarlierPaths() const {
   std::vector<std::string> Paths;
   for (const TMember& Member : FMembers) {
-    Paths.push_back(Member.Target);
+    if (Member.New) {
+      Paths.push_back(Member.Target);
+    }
   }
   for (const std::string& Name : FRest) {
     Paths.push_back(PathOf(Name));
   }
+  return Paths;
+}
+
+std::vector<std::unique_ptr<Platform::File>> TFileSet::OpenEarlier() const {
   std::vector<std::unique_ptr<Platform::File>> Files;
-  for (const std::string& Path : Paths) {
+  for (const std::string& Path : EarlierPaths()) {
     try {
       if (Platform::Files().Look(Path) == Platform::EntryKind::File) {
         Files.push_back(

@@ -44,6 +44,7 @@ class TFileSet {
   template <class TCall>
   void ForEachNew(const TCall& ACall);
   void CheckRest() const;
+  std::vector<std::string> EarlierPaths() const;
   std::vector<std::unique_ptr<Platform::File>> OpenEarlier() const;
   void Burst();
   void FlushFolders();

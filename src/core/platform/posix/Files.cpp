@@ -102,6 +102,8 @@ class PosixFileSystem final : public Platform::FileSystem {
     return ::faccessat(AT_FDCWD, APath.c_str(), W_OK, AT_EACCESS) == 0;
   }
 
+  void DemandGivesWay(const std::string& /*APath*/) override {}
+
   std::string FollowLinks(const std::string& APath) override {
     constexpr int MostLinks = 40;
     std::string Path = APath;

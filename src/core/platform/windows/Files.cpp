@@ -179,6 +179,8 @@ class WindowsFileSystem final : public Platform::FileSystem {
     return Attributes != INVALID_FILE_ATTRIBUTES && (Attributes & FILE_ATTRIBUTE_READONLY) == 0;
   }
 
+  void DemandGivesWay(const std::string& APath) override { Replacement::DemandGivesWay(APath); }
+
   /// A link that leads nowhere is refused: the system follows only what is there.
   std::string FollowLinks(const std::string& APath) override {
     const std::wstring Path = WidePath(APath);

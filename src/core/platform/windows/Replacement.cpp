@@ -136,4 +136,12 @@ void Remove(const std::string& APath) {
   }
 }
 
+void DemandGivesWay(const std::string& APath) {
+  const std::wstring Path = WidePath(APath);
+  const DWORD Code = Insist([&] { return OpenToRemove(Path) != nullptr ? ERROR_SUCCESS : ::GetLastError(); });
+  if (Code != ERROR_SUCCESS && Code != ERROR_FILE_NOT_FOUND && Code != ERROR_PATH_NOT_FOUND) {
+    WindowsCalls::Fail(Code, APath);
+  }
+}
+
 }  // namespace Replacement

@@ -8,5 +8,7 @@ namespace Replacement {
 
 void Rename(const std::string& APath, const std::string& ANewPath, bool DoReplace);
 void Remove(const std::string& APath);
+/// @throws EQuillonWin32Error for a file that Rename could not replace, as it is open without those rights
+void DemandGivesWay(const std::string& APath);
 
 }  // namespace Replacement
