@@ -81,7 +81,7 @@ class NewGuids(unittest.TestCase):
             self.assertEqual(ids_of(before, name), ids_of(after, name), name)
 
     def test_a_file_that_is_not_there_or_no_plan(self):
-        error = ["", "[Error] Local Velmora file does not exist."]
+        error = ["", f'[Error] Local Velmora file does not exist. (File "{os.path.realpath(self.path)}")']
         self.assertEqual(newguids(self.path), (1, LINES[:1] + error))
         with open(self.path, "w", encoding="utf-8") as file:
             file.write("<Storage><Broken")
