@@ -69,7 +69,7 @@ class Report(unittest.TestCase):
         return [(warning["kind"], warning["text"]) for warning in found["warnings"]]
 
     def test_an_export_counts_the_rows_of_its_files(self):
-        skipped = []
+        skipped, all_objects = [], []
         for filtered in (True, False):
             found = self.host("export", sourceFileName="plan.velmora", targetFolderName="out",
                               onlyScheduledCourses=filtered, onlyScheduledLessons=filtered)
@@ -79,11 +79,14 @@ class Report(unittest.TestCase):
                     counts[path.name] = len(list(csv.reader(file, delimiter=";"))) - (path.name != "_Manifest.csv")
             self.assertEqual({file["name"]: file["rows"] for file in found["files"]}, counts)
             skipped.append(sum(file["skipped"] for file in found["files"]))
+            all_objects.append([(file["name"], file["rows"] + file["skipped"]) for file in found["files"]
+                                if file["name"] in ("Courses.csv", "ScheduledLessons.csv")])
             self.assertEqual([stage["name"] for stage in found["stages"]], ["open", "export"])
             self.assertEqual((found["job"], found["source"], found["target"]), ("export", "plan.velmora", "out"))
             self.assertEqual(found["data"]["release"], "6.0.172")
             self.assertGreater(found["peakBytes"], 1 << 20)
         self.assertGreater(skipped[0], skipped[1])
+        self.assertEqual(*all_objects)
 
     def test_an_import_counts_what_becomes_of_objects(self):
         self.run_program(CONSOLE, "export", "-s", "file", "-fn", "plan.velmora", "-o", "out")

@@ -18,7 +18,7 @@ class TVELReport {
   struct TFile {
     std::string Name;
     std::uint64_t Rows = 0;     ///< without the header
-    std::uint64_t Skipped = 0;  ///< objects without a row, since the settings leave them out
+    std::uint64_t Skipped = 0;  ///< objects that have no row
   };
   /// What became of the objects of one kind.
   struct TKind {
