@@ -2,7 +2,6 @@
 include(GNUInstallDirs)
 set(PACKAGING ${CMAKE_CURRENT_LIST_DIR})
 set(PACKED ${CMAKE_BINARY_DIR}/packed)
-set(EXAMPLES ${CMAKE_INSTALL_DOCDIR}/examples)
 
 # What the loader has bound is not written any more.
 foreach(PROGRAM velmora-console velmora-host)
@@ -34,10 +33,9 @@ velmora_packed_page(${PACKAGING}/debian/changelog ${CMAKE_INSTALL_DOCDIR})
 get_property(PACKED_PAGES GLOBAL PROPERTY VELMORA_PACKED_PAGES)
 add_custom_target(packed_pages ALL DEPENDS ${PACKED_PAGES})
 
-# As they lie in the source tree, so that the links between them hold.
-install(FILES README.md ${PACKAGING}/debian/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(FILES samples/schule.velmora DESTINATION ${EXAMPLES})
+include(${PACKAGING}/Pages.cmake)
+velmora_pages(${CMAKE_INSTALL_DOCDIR})
+install(FILES ${PACKAGING}/debian/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 set(COMPLETIONS ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 install(FILES ${PACKAGING}/completion/velmora-console DESTINATION ${COMPLETIONS})

@@ -1,7 +1,8 @@
 # An archive of the programs, their pages, and the licences of what is linked into them:
 # cpack --config BUILD/CPackConfig.cmake
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION docs)
-install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION .)
+include(${CMAKE_CURRENT_LIST_DIR}/Pages.cmake)
+velmora_pages(.)
+install(FILES packaging/windows/velmora-completion.ps1 packaging/windows/velmora-nightly.xml DESTINATION .)
 install(DIRECTORY ${VELMORA_WINDOWS_LIBRARIES}/licences DESTINATION .)
 
 set(CPACK_GENERATOR ZIP)

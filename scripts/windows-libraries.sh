@@ -32,19 +32,6 @@ CMakeBuild() {
   cmake --install "$Work/$Name"
 }
 
-Nettle() {
-  local Source
-  Source=$(echo "$Work"/src/nettle-[0-9]*[0-9])
-  # Equal time stamps, or make would want to run autoheader.
-  find "$Source" -exec touch -r "$Source/configure" {} +
-  mkdir "$Work/nettle"
-  (cd "$Work/nettle" &&
-    CC=$Triplet-gcc-posix "$Source/configure" --host=$Triplet --prefix="$Prefix" --disable-shared \
-      --disable-public-key --disable-documentation --disable-openssl &&
-    make "-j$(nproc)" libnettle.a install-headers &&
-    install -D -m 644 libnettle.a "$Prefix/lib/libnettle.a")
-}
-
 # Headers without a library, with the files by which CMake finds them.
 HeaderOnly() {
   mkdir -p "$Prefix/include" "$Prefix/share/cmake" "$Prefix/utf8cpp/lib/cmake"
@@ -59,7 +46,7 @@ Off() { printf -- "-D$1%s=OFF " "${@:2}"; }
 Licences() {
   mkdir -p "$Prefix/licences"
   local Name
-  for Name in pugixml libzip curl utf8proc nettle; do
+  for Name in pugixml libzip curl utf8proc; do
     cp "$Work"/src/$Name-[0-9]*[0-9]/debian/copyright "$Prefix/licences/$Name.txt"
   done
   cp /usr/share/doc/libz-mingw-w64-dev/copyright "$Prefix/licences/zlib.txt"
@@ -69,14 +56,13 @@ Licences() {
   cp /usr/share/doc/mingw-w64-x86-64-dev/copyright "$Prefix/licences/mingw-w64.txt"
 }
 
-FetchSources pugixml libzip curl utf8proc nettle
+FetchSources pugixml libzip curl utf8proc
 CMakeBuild pugixml "$Work"/src/pugixml-[0-9]*[0-9]
 # shellcheck disable=SC2046  # one option a word
 CMakeBuild libzip "$Work"/src/libzip-[0-9]*[0-9] \
   $(Off ENABLE_ BZIP2 LZMA ZSTD GNUTLS MBEDTLS OPENSSL COMMONCRYPTO WINDOWS_CRYPTO) \
   $(Off BUILD_ TOOLS REGRESS EXAMPLES DOC)
 CMakeBuild utf8proc "$Work"/src/utf8proc-[0-9]*[0-9]
-Nettle
 CMakeBuild googletest /usr/src/googletest
 CMakeBuild curl "$Work"/src/curl-[0-9]*[0-9] -DCURL_USE_SCHANNEL=ON -DENABLE_UNICODE=ON -DUSE_WIN32_IDN=ON \
   -DHTTP_ONLY=ON -DBUILD_CURL_EXE=OFF -DBUILD_TESTING=OFF -DCURL_USE_LIBSSH2=OFF -DCURL_USE_LIBPSL=OFF -DUSE_LIBIDN2=OFF

@@ -8,7 +8,7 @@ Build=$PWD/build/windows
 Step() { printf '\n-- %s (after %d s)\n' "$1" "$SECONDS"; }
 
 Step "packages"
-scripts/setup.sh g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64 libgnutls30 ca-certificates googletest m4 make \
+scripts/setup.sh g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64 libgnutls30 ca-certificates googletest \
   dpkg-dev xz-utils
 
 Step "libraries"
@@ -16,7 +16,7 @@ Step "libraries"
 Key=$({
   cat scripts/windows-libraries.sh cmake/mingw-w64.cmake
   dpkg-query --show g++-mingw-w64-x86-64-posix libz-mingw-w64-dev libcurl4-openssl-dev libpugixml-dev libzip-dev \
-    libutf8proc-dev nettle-dev nlohmann-json3-dev libutfcpp-dev googletest
+    libutf8proc-dev nlohmann-json3-dev libutfcpp-dev googletest
 } | sha256sum | cut -c 1-16)
 Libraries=${XDG_CACHE_HOME:-$HOME/.cache}/velmora-windows/$Key
 if [ ! -f "$Libraries/complete" ]; then
@@ -59,5 +59,7 @@ python3 tests/windows/left_out.py "$Build/Testing/Temporary/LastTest.log" tests
 [ "$Result" -eq 0 ] || exit "$Result"
 
 Step "archive"
+rm -f "$Build"/velmora-console-*-windows-x64.zip
 (cd "$Build" && cpack --config CPackConfig.cmake)
+python3 tests/windows/archive_test.py "$Build"/velmora-console-*-windows-x64.zip
 printf '\n-- done (after %d s)\n' "$SECONDS"

@@ -1,9 +1,10 @@
 #include "QuillonGuid.h"
 
-#include <nettle/sha1.h>
+#include <algorithm>
 
 #include "QuillonText.h"
 #include "QuillonTypes.h"
+#include "platform/Digest.h"
 #include "platform/Random.h"
 
 namespace {
@@ -68,12 +69,10 @@ TGUID New() {
 }
 
 TGUID FromName(const TGUID& ANamespace, std::string_view AName) {
-  sha1_ctx Digest;
-  sha1_init(&Digest);
-  sha1_update(&Digest, ANamespace.Bytes.size(), ANamespace.Bytes.data());
-  sha1_update(&Digest, AName.size(), reinterpret_cast<const std::uint8_t*>(AName.data()));
+  const auto Digest =
+      Platform::Sha1({reinterpret_cast<const char*>(ANamespace.Bytes.data()), ANamespace.Bytes.size()}, AName);
   TGUID Guid;
-  sha1_digest(&Digest, Guid.Bytes.size(), Guid.Bytes.data());
+  std::ranges::copy_n(Digest.begin(), static_cast<std::ptrdiff_t>(Guid.Bytes.size()), Guid.Bytes.begin());
   SetVersion(Guid, 5);
   return Guid;
 }

@@ -24,7 +24,9 @@ class TemporaryFolder {
     std::filesystem::remove_all(FPath, Ignored);
   }
 
-  std::string Path(const std::string& AName) const { return (FPath / AName).generic_string(); }
+  std::string Path(const std::string& AName) const {
+    return (FPath / std::u8string(AName.begin(), AName.end())).generic_string();
+  }
 
   std::vector<std::string> Names() const {
     std::vector<std::string> Result;

@@ -117,7 +117,7 @@ def make_certificates(folder):
 
     key = ("-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes")
     openssl("req", "-x509", *key, "-keyout", "ca.key", "-out", "ca.pem", "-days", "2", "-subj", "/CN=School CA")
-    for name, subject in (("here", "IP:127.0.0.1"), ("elsewhere", "DNS:elsewhere.invalid")):
+    for name, subject in (("here", "IP:127.0.0.1,DNS:localhost"), ("elsewhere", "DNS:elsewhere.invalid")):
         with open(os.path.join(folder, name + ".ext"), "w", encoding="ascii") as file:
             file.write(f"subjectAltName={subject}\n")
         openssl("req", *key, "-keyout", name + ".key", "-out", name + ".csr", "-subj", f"/CN={name}")

@@ -211,6 +211,16 @@ class Upload(unittest.TestCase):
                 self.assertEqual(len(service.requests), 1)
         self.assertEqual(other.requests, [])
 
+    def test_a_name_and_its_certificate(self):
+        service = self.service(certificate=self.certificates["here"])
+        url = service.url.replace("127.0.0.1", "localhost")
+        self.assertEqual(self.upload("iserv", url, SSL_CERT_FILE=self.authority), (SENT, 0))
+        other = self.service(certificate=self.certificates["elsewhere"])
+        wrong = self.certificates["elsewhere"][0]
+        for url, file in ((other.url.replace("127.0.0.1", "localhost"), self.authority), (url, wrong)):
+            self.assertEqual(self.upload("sdui", url, SSL_CERT_FILE=file)[1], 1)
+        self.assertEqual((service.paths(), other.requests), ([IMPORT], []))
+
     def test_certificates(self):
         here = self.service(certificate=self.certificates["here"])
         elsewhere = self.service(certificate=self.certificates["elsewhere"])

@@ -12,6 +12,8 @@ import sys
 import tempfile
 import unittest
 
+import links
+
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 CONSOLE_WORDS = {"export", "import", "newguids"}
 JOBS = {"ocfExport": ("velmora-host", "export"), "ocfImport": ("velmora-host", "import"),
@@ -102,21 +104,25 @@ class Pages(unittest.TestCase):
         self.assertEqual(self.completed("velmora-host", "export", "-"), switches)
         self.assertEqual(self.completed("velmora-console", "newguids", "-f", "sch"), {"schule.velmora"})
 
+    def test_both_completions_offer_the_same(self):
+        text = (ROOT / "packaging" / "windows" / "velmora-completion.ps1").read_text("utf-8")
+        offered = {words: set(re.findall(r"'([\w-]+)'", found))
+                   for words, found in re.findall(r"^  '([\w -]+)' += (.*)$", text, re.MULTILINE)}
+        self.assertEqual(len(offered), 10)
+        for words, found in offered.items():
+            with self.subTest(words):
+                if words.startswith("-"):
+                    self.assertEqual(self.completed("velmora-console", "export", words, ""), found)
+                else:
+                    self.assertEqual(self.completed(*words.split(), "-" if " " in words else ""), found)
+
     def test_links_of_installed_pages_hold(self):
         subprocess.run(["cmake", "--install", BUILD, "--prefix", self.folder], check=True, stdout=subprocess.DEVNULL,
                        timeout=120)
-        pages = self.folder / "share" / "doc" / "velmora-console"
-        headings = {file: {re.sub(r"[^\w -]", "", heading.lower()).strip().replace(" ", "-")
-                           for heading in re.findall(r"^#+ (.*)$", file.read_text("utf-8"), re.MULTILINE)}
-                    for file in pages.rglob("*.md")}
-        self.assertIn(pages / "README.md", headings)
-        for file in headings:
-            for path, _, anchor in (link.partition("#") for link in
-                                    re.findall(r"\]\((?!https?:)([^)]+)\)", file.read_text("utf-8"))):
-                target = (file.parent / path).resolve() if path else file
-                self.assertTrue(target.is_file(), (file.name, path))
-                if anchor:
-                    self.assertIn(anchor, headings[target], file.name)
+        folder = (self.folder / "share" / "doc" / "velmora-console").resolve()
+        pages, broken = links.broken(folder)
+        self.assertIn(folder / "README.md", pages)
+        self.assertEqual(broken, [])
 
     def refusal(self, job, key, value):
         settings = self.folder / "settings.json"

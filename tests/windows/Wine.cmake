@@ -23,6 +23,11 @@ function(velmora_python_test NAME)
   # By its path: as a target it would be started under Wine, which loses its exit code.
   add_test(NAME ${NAME} COMMAND ${Python3_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/windows/run_test.py ${COMMAND})
   set_tests_properties(${NAME} PROPERTIES TIMEOUT 1800)
+  # The settings of a user of Windows are one key, wherever a test wants them to lie.
+  file(READ ${ARGV1} SOURCE)
+  if(SOURCE MATCHES "XDG_CONFIG_HOME")
+    set_tests_properties(${NAME} PROPERTIES RESOURCE_LOCK settings)
+  endif()
 endfunction()
 
 # The zone of a process is that of the system, which Wine takes from the environment.
