@@ -112,6 +112,7 @@ TEST_F(OcfConfiguration, RefusesWhatIsNoSettingsFile) {
       {"[]", "The file holds no JSON object.)"},
       {"5", "The file holds no JSON object.)"},
       {"{\"Velmora\": {}", "Line 1, column 15)"},
+      {"{\"Velmora\": 1e999}", "A number is too large)"},
       {"{\"Velmora\":\n {}} x", "Line 2, column 6)"},
       {"\n{\"Velmora\":\n\"\xFF\"}", "Line 3, column 2)"},
   };

@@ -31,6 +31,8 @@ std::string PlaceOfFault(std::string_view AText) {
     const auto Line = std::ranges::count(Before, '\n') + 1;
     const std::size_t Column = Before.size() - (Before.rfind('\n') + 1) + 1;
     return "Line " + std::to_string(Line) + ", column " + std::to_string(Column);
+  } catch (const nlohmann::json::out_of_range&) {
+    return "A number is too large";
   }
   return "";
 }

@@ -38,6 +38,7 @@ TEST(WindowsPaths, DrivesSharesAndBothDelimiters) {
                                                         {R"(\\server\share\a)", R"(\\server\share\)"},
                                                         {R"(\\server\share)", R"(\\server\share)"},
                                                         {R"(\\?\C:\a)", R"(\\?\C:\)"},
+                                                        {R"(\\?\unc\server\share\a)", R"(\\?\unc\server\share\)"},
                                                         {"a\\b", ""},
                                                         {"", ""}}) {
     EXPECT_EQ(std::string(Path).substr(0, Platform::RootLength(Path)), Root) << Path;

@@ -10,6 +10,7 @@
 #include <optional>
 #include <utility>
 
+#include "QuillonText.h"
 #include "QuillonTypes.h"
 #include "platform/windows/Replacement.h"
 #include "platform/windows/WindowsCalls.h"
@@ -261,8 +262,12 @@ const std::string_view PathDelimiters = R"(\/)";
 
 std::size_t RootLength(std::string_view APath) {
   if (APath.size() >= 2 && IsDelimiter(APath[0]) && IsDelimiter(APath[1])) {
-    // Server and share, or "\\?\" and a drive.
-    return BehindDelimiter(APath, BehindDelimiter(APath, 2));
+    // Server and share, or "\\?\" and a drive, or "\\?\UNC\" with server and share.
+    const std::size_t End = BehindDelimiter(APath, BehindDelimiter(APath, 2));
+    constexpr std::string_view LongShare = R"(\\?\UNC\)";
+    return QuillonText::EqualsIgnoreCase(APath.substr(0, End), LongShare)
+               ? BehindDelimiter(APath, BehindDelimiter(APath, End))
+               : End;
   }
   if (APath.size() >= 2 && APath[1] == ':') {
     return APath.size() > 2 && IsDelimiter(APath[2]) ? 3 : 2;
