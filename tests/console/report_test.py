@@ -121,8 +121,8 @@ class Report(unittest.TestCase):
         found = self.run_program(CONSOLE, "export", "-s", "flie")
         self.assertEqual(self.warnings(found), [("no-job", 'No job was run: the option -s has the value "flie".')])
         found = self.run_program(CONSOLE, "export", "-s", "file", "-fn", "gone.velmora")
-        gone = f'Local Velmora file does not exist. (File "{self.folder.resolve() / "gone.velmora"}")'
-        self.assertEqual((found["error"], found["exitCode"]), (gone, 1))
+        self.assertEqual(found["exitCode"], 1)
+        self.assertRegex(found["error"], r'^Local Velmora file does not exist\. \(File ".*[/\\]gone\.velmora"\)$')
         found = self.run_program(CONSOLE, "export", "-p", "sdui", "-c", "gone.json")
         self.assertEqual((found["job"], "gone.json" in found["error"]), ("upload-sdui", True))
         text = self.plan.read_text("utf-8").replace("<DataformatRelease>6.0.172<", "<DataformatRelease>old<")
