@@ -48,6 +48,8 @@ unset DISPLAY
 mkdir -p "$HOME" "$WINEPREFIX"
 Wine=/usr/lib/wine
 trap '"$Wine/wineserver64" -k || true' EXIT
+# One of a run that was ended would refuse a second one.
+"$Wine/wineserver64" -k </dev/null >/dev/null 2>&1 || true
 "$Wine/wineserver64" -p </dev/null >/dev/null 2>&1
 # The first program starts Wine's services, which keep its output open as long as they live.
 "$Wine/wine64" wineboot -i </dev/null >/dev/null 2>&1

@@ -188,11 +188,15 @@ TQuillonCSVWriter::TQuillonCSVWriter(TQuillonStream& AStream, TQuillonEncoding A
                                      std::size_t ABufferSize)
     : FTextWriter(AStream, AnEncoding, DoWriteBOM, ABufferSize) {}
 
-void TQuillonCSVWriter::WriteValue(std::string_view AValue) {
+void TQuillonCSVWriter::WriteSeparator() {
   if (FWasPreviousField) {
     FTextWriter.Write({&FSeparator, 1});
   }
   FWasPreviousField = true;
+}
+
+void TQuillonCSVWriter::WriteValue(std::string_view AValue) {
+  WriteSeparator();
   if (AValue.empty()) {
     if (FForceQuotes && !FNoEmptyQuotes) {
       FTextWriter.Write("\"\"");

@@ -71,6 +71,9 @@ class TQuillonCSVWriter {
   TQuillonCSVWriter(TQuillonStream& AStream, TQuillonEncoding AnEncoding, bool DoWriteBOM, std::size_t ABufferSize);
 
   void WriteValue(std::string_view AValue);
+  /// Writes the value that a function appends to a text, which holds nothing that quotes would be needed for.
+  template <class TAppend>
+  void WritePlain(const TAppend& AnAppend);
   /// Writes each value; the line is not ended.
   void WriteValues(std::span<const std::string> AValues);
   /// Ends the line. The line break itself comes with the next text.
@@ -88,9 +91,22 @@ class TQuillonCSVWriter {
   char FSeparator = ';';
 
  private:
+  void WriteSeparator();
   void WriteQuoted(std::string_view AValue);
 
   TQuillonTextWriter FTextWriter;
   std::string FQuoted;
   bool FWasPreviousField = false;
 };
+
+template <class TAppend>
+void TQuillonCSVWriter::WritePlain(const TAppend& AnAppend) {
+  if (FForceQuotes) {
+    std::string Value;
+    AnAppend(Value);
+    WriteValue(Value);
+  } else {
+    WriteSeparator();
+    FTextWriter.WriteBy(AnAppend);
+  }
+}

@@ -172,10 +172,16 @@ std::optional<TZonedTime> ReadManagementDate(TQuillonTextScanner AScanner) {
 }
 
 double ToLocal(const std::optional<TZonedTime>& ATime, std::string_view AText) {
+  const auto Fail = [AText] { throw EQuillonConvertError(QuillonText::Quoted(AText) + " ist kein gültiges Datum."); };
   if (!ATime) {
-    throw EQuillonConvertError(QuillonText::Quoted(AText) + " ist kein gültiges Datum.");
+    Fail();
   }
-  const double Value = QuillonDateTime::Encode(ATime->Fields);
+  double Value = 0;
+  try {
+    Value = QuillonDateTime::Encode(ATime->Fields);
+  } catch (const EQuillonConvertError&) {
+    Fail();
+  }
   constexpr std::int64_t MillisecondsPerMinute = TQuillonTimeSpan::MillisecondsPerMinute;
   return ATime->Offset ? QuillonDateTime::LocalFromInstant(QuillonDateTime::InstantOfUtc(Value) -
                                                            *ATime->Offset * MillisecondsPerMinute)

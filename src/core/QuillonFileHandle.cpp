@@ -66,6 +66,8 @@ Platform::Lock TQuillonFileHandle::Lock() const {
     case famShareDenyWrite:
       // Readers that deny writing get along with one another.
       return FOpenMode == fomOpenRead ? Platform::Lock::Shared : Platform::Lock::Exclusive;
+    case famShareDenyRead:
+      return Platform::Lock::Readers;
     default:
       return Platform::Lock::Sole;
   }

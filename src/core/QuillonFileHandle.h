@@ -31,8 +31,8 @@ enum TQuillonFileOpenMode {
 };
 
 /// What others may do with the file while it is open; a mode that cannot be had is refused at once. On POSIX systems
-/// this is an advisory lock (flock) between all who ask for one; who denies reading keeps those out too that share
-/// everything, as far as they are streams of this class.
+/// this is an advisory lock (flock) between all who ask for one; who denies reading keeps out everybody, those too
+/// that share everything, as far as they are streams of this class.
 enum TQuillonFileAccessMode { famShareExclusive, famShareDenyWrite, famShareDenyRead, famShareDenyNone };
 
 /// A file of the system with its name and the modes that it is to be opened in; open or not. Every failure raises

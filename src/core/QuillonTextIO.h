@@ -74,6 +74,9 @@ class TQuillonTextWriter {
   virtual ~TQuillonTextWriter();
 
   virtual void Write(std::string_view AText);
+  /// Writes what a function appends to a text: as Write would, without a copy of it.
+  template <class TAppend>
+  void WriteBy(const TAppend& AnAppend);
   void WriteLine() { FEndOfLine = true; }
   void WriteLine(std::string_view AText);
   /// The byte order mark of the encoding, if it has one.
@@ -94,3 +97,17 @@ class TQuillonTextWriter {
   std::string FBuffer;
   std::size_t FBufferSize;
 };
+
+template <class TAppend>
+void TQuillonTextWriter::WriteBy(const TAppend& AnAppend) {
+  if (FEndOfLine || FEncoding != TQuillonEncoding::Utf8) {
+    std::string Text;
+    AnAppend(Text);
+    Write(Text);
+    return;
+  }
+  AnAppend(FBuffer);
+  if (FBuffer.size() >= FBufferSize) {
+    FlushBuffer();
+  }
+}

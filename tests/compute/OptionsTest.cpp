@@ -22,7 +22,8 @@ TEST(ProgramPaths, ComeFromFoldersAndSettings) {
   EXPECT_EQ(Paths.FSiteFile, TQuillonFilePath::Combine("/etc/velmora", "Velmora.site"));
   EXPECT_EQ(Paths.FColorsFile, TQuillonFilePath::Combine("/etc/velmora", "Velmora.colors"));
   EXPECT_EQ(Paths.FOptionsFile, TQuillonFilePath::Combine("/home/x", "Velmora.opt"));
-  EXPECT_EQ(Paths.FPrintFormsTemplate, TQuillonFilePath::Combine("/usr/bin", "Templates/Velmora.pfm"));
+  EXPECT_EQ(Paths.FPrintFormsTemplate,
+            TQuillonFilePath::Combine(std::vector<std::string>{"/usr/bin", "Templates", "Velmora.pfm"}));
   EXPECT_EQ(Paths.FSamplesFolder, "/samples");
   EXPECT_EQ(Paths.FProductVersion, "6.0");
 

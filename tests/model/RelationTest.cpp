@@ -151,6 +151,7 @@ TEST(BackReferences, FollowEveryOperationOfEveryList) {
         {"RetainAll", [&] { List.RetainAll(*Choice.Peer); }},
         {"SetFach", [&] { Lesson.SetFach(Pick(3) == 0 ? nullptr : Plan.FFaecher.GetItem(Pick(TSchool::Many))); }},
         {"Clear the appointments", [&] { Pick(4) == 0 ? Lesson.FTermine.Clear() : Lesson.Clear(); }},
+        {"Clear what another lesson has", [&] { Lesson.Clear(*Choice.Peer); }},
         {"Add an appointment", [&] { Lesson.FTermine.Add(Create<TVELTermin>(&Plan)); }},
         {"Free an appointment", [&] { Lesson.FTermine.IsEmpty() ? List.Clear() : Lesson.FTermine.Delete(0); }},
         {"Move the appointments",

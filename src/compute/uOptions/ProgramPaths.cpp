@@ -47,7 +47,12 @@ constexpr TPlace Places[] = {
 };
 
 /// A path below the current folder would be anybody's file.
+/// @param AName with "/" ahead of what lies in a folder of the folder
 std::string InFolder(const std::string& AFolder, std::string_view AName) {
+  const std::size_t Inner = AName.find('/');
+  if (!AFolder.empty() && Inner != std::string_view::npos) {
+    return InFolder(TQuillonFilePath::Combine(AFolder, AName.substr(0, Inner)), AName.substr(Inner + 1));
+  }
   return AFolder.empty() ? std::string() : TQuillonFilePath::Combine(AFolder, AName);
 }
 

@@ -47,6 +47,8 @@ bool Matches(std::u32string_view AName, std::u32string_view APattern) {
   return APattern.find_first_not_of(U'*', InPattern) == None;
 }
 
+bool IsFolderItself(std::string_view AName) { return AName == "." || AName == ".."; }
+
 /// An entry that has gone, or a link that leads nowhere, has none.
 std::optional<TQuillonFileAttributes> AttributesIfThere(const std::string& APath) {
   try {
@@ -71,12 +73,10 @@ void TQuillonFileSystem::SetCurrentDirectory(const std::string& APath) {
 
 void TQuillonFileSystem::ClearDirectory(const std::string& APath) {
   OnPath(APath, [&] {
-    std::vector<std::filesystem::path> Entries;
-    for (const auto& Entry : std::filesystem::directory_iterator(ToNative(APath))) {
-      Entries.push_back(Entry.path());
-    }
-    for (const auto& Entry : Entries) {
-      std::filesystem::remove_all(Entry);
+    for (const std::string& Name : Platform::Files().NamesIn(APath)) {
+      if (!IsFolderItself(Name)) {
+        Platform::RemoveTree(TQuillonFilePath::Combine(APath, Name));
+      }
     }
   });
 }
@@ -87,11 +87,7 @@ void TQuillonFileSystem::DeleteDirectory(const std::string& APath, bool ARecursi
       // Raises what the system says of a path that is no folder.
       Platform::Files().NamesIn(APath);
     }
-    if (ARecursive) {
-      std::filesystem::remove_all(ToNative(APath));
-    } else {
-      std::filesystem::remove(ToNative(APath));
-    }
+    (ARecursive ? Platform::RemoveTree : Platform::RemoveFolder)(APath);
   });
 }
 
@@ -107,7 +103,7 @@ std::vector<std::string> TQuillonFileSystem::GetFiles(const std::string& APath, 
   OnPath(APath, [&] {
     for (const std::string& Name : Platform::Files().NamesIn(APath)) {
       std::string Path = TQuillonFilePath::Combine(APath, Name);
-      if (Name == "." || Name == ".." || !Matches(Characters(Name), Pattern)) {
+      if (IsFolderItself(Name) || !Matches(Characters(Name), Pattern)) {
         continue;
       }
       const auto Attributes = AttributesIfThere(Path);

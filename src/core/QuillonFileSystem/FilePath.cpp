@@ -127,15 +127,19 @@ std::string TQuillonFilePath::GetFullPath(std::string_view APath) {
   if (APath.empty()) {
     return {};
   }
-  return OnPath(std::string(APath), [&] {
-    return RemoveTrailingPathDelimiter(FromNative(std::filesystem::absolute(ToNative(APath)).lexically_normal()));
-  });
+  const std::string Path(APath);
+  return OnPath(Path, [&] { return RemoveTrailingPathDelimiter(Platform::FullPath(Path)); });
 }
 
 std::string TQuillonFilePath::GetRelativePath(std::string_view APath, std::string_view ABasePath) {
   std::string Full = GetFullPath(APath);
+  const std::string Base = GetFullPath(ABasePath);
+  // The standard library takes a share for a folder.
+  if (!IsPathEqual(GetDriveName(Full), GetDriveName(Base))) {
+    return Full;
+  }
   return OnPath(Full, [&] {
-    std::string Relative = FromNative(ToNative(Full).lexically_relative(ToNative(GetFullPath(ABasePath))));
+    std::string Relative = FromNative(ToNative(Full).lexically_relative(ToNative(Base)));
     return Relative.empty() ? Full : Relative;
   });
 }

@@ -1,7 +1,6 @@
 #include "QuillonFileSystem/FileSystem.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <thread>
 
 #include "QuillonFileSystem/FilePath.h"
@@ -11,7 +10,6 @@
 #include "platform/Files.h"
 
 using QuillonFileSystem::OnPath;
-using QuillonFileSystem::ToNative;
 
 bool TQuillonFileSystem::Exists(const std::string& APath) {
   return Platform::Files().Look(APath) != Platform::EntryKind::None;
@@ -47,10 +45,7 @@ bool TQuillonFileSystem::IsFileInDirectory(const std::string& APath, const std::
 }
 
 bool TQuillonFileSystem::SameFile(const std::string& APath1, const std::string& APath2) {
-  return OnPath(APath1, [&] {
-    std::error_code Ignored;
-    return std::filesystem::equivalent(ToNative(APath1), ToNative(APath2), Ignored);
-  });
+  return OnPath(APath1, [&] { return Platform::IsSameFile(APath1, APath2); });
 }
 
 std::int64_t TQuillonFileSystem::GetSize(const std::string& APath) {
@@ -113,7 +108,22 @@ void TQuillonFileSystem::DeleteFileAfterReboot(const std::string& APath) {
 
 void TQuillonFileSystem::MoveFile(const std::string& ASourceFileName, const std::string& ADestFileName,
                                   bool ReplaceExisting) {
-  OnPath(ADestFileName, [&] { Platform::Files().Rename(ASourceFileName, ADestFileName, ReplaceExisting); });
+  auto& Files = Platform::Files();
+  try {
+    Files.Rename(ASourceFileName, ADestFileName, ReplaceExisting);
+    return;
+  } catch (const EQuillonWin32Error& Error) {
+    const bool CanCopy = Platform::IsOtherVolume(Error.ErrorCode()) && OnPath(ASourceFileName, [&] {
+                           return IsFile(ASourceFileName) && Files.FollowLinks(ASourceFileName) == ASourceFileName;
+                         });
+    if (!CanCopy) {
+      const bool IsSource = Platform::IsMissing(Error.ErrorCode()) && !Exists(ASourceFileName);
+      throw EQuillonFileSystemError(Error.ErrorCode(), IsSource ? ASourceFileName : ADestFileName);
+    }
+  }
+  CopyFile(ASourceFileName, ADestFileName, ReplaceExisting);
+  SetTimeUtc(ADestFileName, ftimeLastWrite, GetLastWriteTimeUtc(ASourceFileName));
+  DeleteFile(ASourceFileName);
 }
 
 void TQuillonFileSystem::CreateDirectory(const std::string& APath) {

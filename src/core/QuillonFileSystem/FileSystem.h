@@ -81,6 +81,7 @@ class TQuillonFileSystem {
                          std::chrono::milliseconds ALockedFileTimeout = std::chrono::milliseconds(0));
   /// On Windows only; elsewhere a failure.
   static void DeleteFileAfterReboot(const std::string& APath);
+  /// To another volume a file goes as a copy; a link, and a folder, do not go there.
   static void MoveFile(const std::string& ASourceFileName, const std::string& ADestFileName, bool ReplaceExisting);
 
   static std::string GetCurrentDirectory();

@@ -1,14 +1,11 @@
 #include <algorithm>
-#include <filesystem>
 #include <limits>
-#include <system_error>
 
 #include "QuillonFileSystem/FileSystem.h"
 #include "QuillonFileSystem/NativePath.h"
 #include "platform/FileInfo.h"
 
 using QuillonFileSystem::OnPath;
-using QuillonFileSystem::ToNative;
 
 namespace {
 
@@ -16,13 +13,13 @@ Platform::VolumeInfo VolumeOf(const std::string& APath) {
   return OnPath(APath, [&] { return Platform::VolumeOf(APath); });
 }
 
-std::int64_t Bytes(std::uintmax_t ACount) {
+std::int64_t Bytes(std::uint64_t ACount) {
   constexpr auto Most = std::numeric_limits<std::int64_t>::max();
-  return static_cast<std::int64_t>(std::min<std::uintmax_t>(ACount, Most));
+  return static_cast<std::int64_t>(std::min<std::uint64_t>(ACount, Most));
 }
 
-std::filesystem::space_info SpaceOf(const std::string& APath) {
-  return OnPath(APath, [&] { return std::filesystem::space(ToNative(APath)); });
+Platform::VolumeSpace SpaceOf(const std::string& APath) {
+  return OnPath(APath, [&] { return Platform::SpaceOf(APath); });
 }
 
 }  // namespace
@@ -33,7 +30,9 @@ std::vector<std::string> TQuillonFileSystem::GetDrives() {
   return OnPath("", [] { return Platform::Drives(); });
 }
 
-TQuillonDriveType TQuillonFileSystem::GetDriveType(const std::string& APath) { return VolumeOf(APath).Type; }
+TQuillonDriveType TQuillonFileSystem::GetDriveType(const std::string& APath) {
+  return OnPath(APath, [&] { return Platform::DriveTypeOf(APath); });
+}
 
 std::string TQuillonFileSystem::GetVolumeName(const std::string& APath) { return VolumeOf(APath).Name; }
 
@@ -43,9 +42,9 @@ std::uint32_t TQuillonFileSystem::GetVolumeSerialNumber(const std::string& APath
 
 std::string TQuillonFileSystem::GetFileSystemName(const std::string& APath) { return VolumeOf(APath).FileSystem; }
 
-std::int64_t TQuillonFileSystem::GetDiskSize(const std::string& APath) { return Bytes(SpaceOf(APath).capacity); }
+std::int64_t TQuillonFileSystem::GetDiskSize(const std::string& APath) { return Bytes(SpaceOf(APath).Size); }
 
-std::int64_t TQuillonFileSystem::GetDiskFreeSpace(const std::string& APath) { return Bytes(SpaceOf(APath).available); }
+std::int64_t TQuillonFileSystem::GetDiskFreeSpace(const std::string& APath) { return Bytes(SpaceOf(APath).Free); }
 
 bool TQuillonFileSystem::PingDisk(const std::string& APath) {
   try {

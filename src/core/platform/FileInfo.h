@@ -30,6 +30,13 @@ void SetTime(const std::string& APath, TQuillonFileTimeInfo AWhich, std::int64_t
 /// @throws EQuillonWin32Error with a code of IsUnsupported where there is no such service
 void RemoveAtRestart(const std::string& APath);
 
+/// Removes a folder, which must be empty, or a link to one.
+void RemoveFolder(const std::string& APath);
+/// Removes a file, a link, or a folder with all that is in it; links go, not what they lead to.
+void RemoveTree(const std::string& APath);
+
+/// The path from its root on by the current folder, without "." and ".."; nothing else is looked up.
+std::string FullPath(const std::string& APath);
 /// The form of an existing path with names of eight and three characters, and with the full ones; the path itself on
 /// systems that have but one form.
 std::string ShortForm(const std::string& APath);
@@ -41,14 +48,25 @@ extern const bool PathsIgnoreCase;
 std::vector<std::string> Drives();
 
 struct VolumeInfo {
-  TQuillonDriveType Type = dtypeUnknown;
   std::string Name;                ///< label; empty where it has none
   std::uint32_t SerialNumber = 0;  ///< 0 where it has none
   std::string FileSystem;          ///< "NTFS", "ext4"; empty for an unknown one
 };
 
+/// Of the volume that a path lies on; needs no medium in the drive.
+TQuillonDriveType DriveTypeOf(const std::string& APath);
 /// Of the volume that a path lies on.
 VolumeInfo VolumeOf(const std::string& APath);
+
+struct VolumeSpace {
+  std::uint64_t Size = 0;  ///< bytes
+  std::uint64_t Free = 0;  ///< bytes that this user may fill
+};
+
+VolumeSpace SpaceOf(const std::string& APath);
+
+/// Whether both paths lead to one file or folder; false where one of them leads nowhere.
+bool IsSameFile(const std::string& APath1, const std::string& APath2);
 
 /// The version block of a program.
 struct VersionBlock {

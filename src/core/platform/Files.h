@@ -60,7 +60,8 @@ enum class Lock {
   None,
   Shared,     ///< an exclusive lock
   Exclusive,  ///< any lock
-  Sole        ///< to open the file at all, even without a lock
+  Sole,       ///< to open the file at all, even without a lock
+  Readers     ///< to open it for reading; as Sole where a system knows no way to let others write
 };
 
 /// What a path names; links are followed.
@@ -115,6 +116,8 @@ bool IsMissing(int AnErrorCode);
 bool IsInUse(int AnErrorCode);
 /// Whether the system or the file system does not know the operation.
 bool IsUnsupported(int AnErrorCode);
+/// Whether a file cannot be renamed because the new name lies on another volume.
+bool IsOtherVolume(int AnErrorCode);
 /// Whether a folder takes no new file, or lets it not take the place of another, although the other may be open to us.
 bool IsReplacementRefused(int AnErrorCode);
 /// Whether a file that is open loses its name at once when another one takes its place, or it is removed. Elsewhere

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr std::size_t TextBufferSize = 4096;
+constexpr std::size_t TextBufferSize = 65'536;
 
 }  // namespace
 
@@ -18,15 +18,8 @@ void TCsvFile::Close() {
   FSet.End();
 }
 
-template <class TAppend>
-void TCsvFile::Cell(const TAppend& AnAppend) {
-  FCell.clear();
-  AnAppend(FCell);
-  FWriter.WriteValue(FCell);
-}
-
 void TCsvFile::Identifier(const TGUID& AGuid) {
-  Cell([&](std::string& ACell) { AppendIdentifier(ACell, AGuid); });
+  FWriter.WritePlain([&](std::string& ACell) { AppendIdentifier(ACell, AGuid); });
 }
 
 void TCsvFile::Id(const TVELDataObject* AnObject) { Identifier(AnObject != nullptr ? AnObject->ID() : TGUID{}); }
@@ -40,19 +33,19 @@ void TCsvFile::IdList(const TQuillonDataList& AList) {
 }
 
 void TCsvFile::Date(double AValue) {
-  Cell([&](std::string& ACell) { AppendDate(ACell, AValue); });
+  FWriter.WritePlain([&](std::string& ACell) { AppendDate(ACell, AValue); });
 }
 
 void TCsvFile::Timepoint(double AValue) {
-  Cell([&](std::string& ACell) { AppendTimepoint(ACell, AValue); });
+  FWriter.WritePlain([&](std::string& ACell) { AppendTimepoint(ACell, AValue); });
 }
 
 void TCsvFile::Colour(TColor AValue) {
-  Cell([&](std::string& ACell) { AppendColour(ACell, AValue); });
+  FWriter.WritePlain([&](std::string& ACell) { AppendColour(ACell, AValue); });
 }
 
 void TCsvFile::Integer(std::int64_t AValue) {
-  Cell([&](std::string& ACell) { QuillonNumbers::AppendInteger(ACell, AValue); });
+  FWriter.WritePlain([&](std::string& ACell) { QuillonNumbers::AppendInteger(ACell, AValue); });
 }
 
 void TCsvFile::Gender(TVELGeschlecht AValue) {

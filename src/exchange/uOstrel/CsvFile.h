@@ -43,13 +43,9 @@ class TCsvFile {
   void Close();
 
  private:
-  template <class TAppend>
-  void Cell(const TAppend& AnAppend);
-
   TFileSet& FSet;
   std::uint64_t& FRows;
   TQuillonCSVWriter FWriter;
-  std::string FCell;
 };
 
 /// A column of a file about objects of class T: its name and how its cell is written.

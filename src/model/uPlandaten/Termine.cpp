@@ -173,6 +173,12 @@ void TVELTermin::Clear() {
   FJoker.Clear();
 }
 
+void TVELTermin::Clear(const TQuillonDataList& AValues) {
+  for (TQuillonDataList* List : std::initializer_list<TQuillonDataList*>{&FLehrer, &FRaeume, &FRessourcen, &FJoker}) {
+    List->RemoveAll(AValues);
+  }
+}
+
 void TVELTermin::ClearRoom(const TVELRaum* AValue) { FRaeume.Remove(AValue); }
 
 void TVELTermin::ClearTeacher(const TVELLehrer* AValue) { FLehrer.Remove(AValue); }

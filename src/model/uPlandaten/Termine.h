@@ -102,6 +102,8 @@ class TVELTermin : public TVELAbstrakterTermin {
   bool IgnoreRoom() const;
   /// Empties the lists of rooms, teachers, resources and wildcards.
   void Clear();
+  /// Takes all objects of a list out of these.
+  void Clear(const TQuillonDataList& AValues);
   void ClearLehrer() { FLehrer.Clear(); }
   void ClearRaeume() { FRaeume.Clear(); }
   void ClearRoom(const TVELRaum* AValue);

@@ -1,5 +1,7 @@
 #include "uPlandaten/Veranstaltungen.h"
 
+#include <initializer_list>
+
 #include "QuillonNumbers.h"
 #include "QuillonText.h"
 #include "uPlandaten/Bloecke.h"
@@ -183,6 +185,12 @@ void TVELVeranstaltung::Clear() {
   FRaeume.Clear();
   FRessourcen.Clear();
   FJoker.Clear();
+}
+
+void TVELVeranstaltung::Clear(const TQuillonDataList& AValues) {
+  for (TQuillonDataList* List : std::initializer_list<TQuillonDataList*>{&FLehrer, &FRaeume, &FRessourcen, &FJoker}) {
+    List->RemoveAll(AValues);
+  }
 }
 
 void TVELVeranstaltung::ClearRoom(const TVELRaum* AValue) { FRaeume.Remove(AValue); }

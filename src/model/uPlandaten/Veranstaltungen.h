@@ -112,6 +112,8 @@ class TVELVeranstaltung : public TVELBasisObject {
   std::string SortText() const;
   /// Empties the lists of teachers, rooms, resources and wildcards.
   void Clear();
+  /// Takes all objects of a list out of these.
+  void Clear(const TQuillonDataList& AValues);
   void ClearRoom(const TVELRaum* AValue);
   void ClearTeacher(const TVELLehrer* AValue);
 

@@ -305,6 +305,26 @@ TEST_F(ReplaceFile, ABackupIsACopyThatAppearsWhole) {
   }
 }
 
+TEST_F(ReplaceFile, AMoveToAnotherVolumeIsACopyAndNamesWhatIsMissing) {
+  const std::string Moved = FFolder.Path("moved");
+  QuillonIO::ReplaceFile(FName, FOld);
+  FailingFiles Files;
+  const Platform::FilesReplacement Replacement(Files);
+  Files.FailFrom(1, EXDEV);
+  EXPECT_THROW(TQuillonFileSystem::MoveFile(FName, Moved, false), EQuillonFileSystemError);
+  EXPECT_EQ(FFolder.Names(), std::vector<std::string>{"plan.data"});
+  Files.FailFrom(1, EXDEV, 1);
+  TQuillonFileSystem::MoveFile(FName, Moved, false);
+  EXPECT_EQ(QuillonIO::ReadWholeFile(Moved), FOld);
+  EXPECT_EQ(FFolder.Names(), std::vector<std::string>{"moved"});
+  try {
+    TQuillonFileSystem::MoveFile(FName, Moved, true);
+    FAIL();
+  } catch (const EQuillonFileSystemError& Error) {
+    EXPECT_THAT(Error.what(), HasSubstr(FName));
+  }
+}
+
 TEST_F(ReplaceFile, DevicesAreWrittenToAndFoldersRefused) {
   // A device is everybody's: no lock keeps another one from it.
   const TQuillonFileStream Other("/dev/null", fomOpenWrite, famShareExclusive);

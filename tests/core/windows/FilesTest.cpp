@@ -39,6 +39,7 @@ TEST(WindowsPaths, DrivesSharesAndBothDelimiters) {
                                                         {R"(\\server\share)", R"(\\server\share)"},
                                                         {R"(\\?\C:\a)", R"(\\?\C:\)"},
                                                         {R"(\\?\unc\server\share\a)", R"(\\?\unc\server\share\)"},
+                                                        {R"(\\?\UNC\server\share\a)", R"(\\?\UNC\server\share\)"},
                                                         {"a\\b", ""},
                                                         {"", ""}}) {
     EXPECT_EQ(std::string(Path).substr(0, Platform::RootLength(Path)), Root) << Path;
@@ -48,6 +49,11 @@ TEST(WindowsPaths, DrivesSharesAndBothDelimiters) {
   EXPECT_EQ(TPath::Combine("a/", "b"), "a/b");
   EXPECT_EQ(TPath::Combine("a", R"(D:\b)"), R"(D:\b)");
   EXPECT_EQ(TPath::GetDirectoryName(R"(C:\a)"), R"(C:\)");
+  EXPECT_EQ(TPath::GetFullPath(R"(\\server\share\a/..\..\b\)"), R"(\\server\share\b)");
+  EXPECT_EQ(TPath::GetFullPath(R"(C:\a\..\b)"), R"(C:\b)");
+  EXPECT_TRUE(TQuillonFileSystem::IsFileInDirectory(R"(\\server\share\a)", R"(\\SERVER\share)"));
+  EXPECT_EQ(TPath::GetRelativePath(R"(\\server\share\a\b)", R"(\\server\share\c)"), R"(..\a\b)");
+  EXPECT_EQ(TPath::GetRelativePath(R"(\\server\share\a)", R"(\\server\other\a)"), R"(\\server\share\a)");
   EXPECT_EQ(TPath::GetFileNameWithoutExtension(R"(a.b\c/plan.data)"), "plan");
   EXPECT_TRUE(TPath::IsRoot("C:") && TPath::IsRoot(R"(\\server\share\)"));
   EXPECT_FALSE(TPath::IsRoot(R"(\\server\share\a)"));
@@ -73,6 +79,9 @@ TEST_F(WindowsFiles, NamesOfAnyLengthAndLetters) {
   EXPECT_THAT(Platform::Files().NamesIn(Deep), testing::UnorderedElementsAre(".", "..", "plan.data"));
   TQuillonFileSystem::DeleteFile(Name);
   EXPECT_FALSE(TQuillonFileSystem::Exists(Name));
+  EXPECT_THROW(TQuillonFileSystem::DeleteDirectory(TPath::GetDirectoryName(Deep)), EQuillonFileSystemError);
+  TQuillonFileSystem::ClearDirectory(FFolder.Path(""));
+  EXPECT_TRUE(FFolder.Names().empty());
   EXPECT_FALSE(TQuillonFileSystem::Exists("\xff"));
   EXPECT_THROW(TQuillonFileStream("\xff", fomCreate, famShareDenyNone), EQuillonFileHandleError);
 }
@@ -112,6 +121,12 @@ TEST_F(WindowsFiles, ShareModesHoldBetweenAllPrograms) {
     EXPECT_EQ(IsOpenFor(fomOpenReadWrite), Case.IsWriteable) << Case.Access;
     EXPECT_EQ(OpenByOther(FName, FILE_SHARE_READ | FILE_SHARE_WRITE) != nullptr, Case.IsReadable) << Case.Access;
   }
+}
+
+TEST_F(WindowsFiles, WritersGetAlongThatDenyReading) {
+  const TQuillonFileStream Held(FName, fomOpenWrite, famShareDenyRead);
+  EXPECT_NO_THROW(TQuillonFileStream(FName, fomOpenWrite, famShareDenyRead));
+  EXPECT_THROW(TQuillonFileStream(FName, fomOpenRead, famShareDenyNone), EQuillonFileInUseError);
 }
 
 TEST_F(WindowsFiles, AHeldFileIsReplacedAndStaysHeld) {

@@ -65,12 +65,12 @@ TEST_F(Registry, KeysAreListedCreatedAndDeleted) {
 }
 
 TEST_F(Registry, TheSystemsProxyIsThatOfTheSettings) {
-  const auto Set = [this](char AFlags, const std::string& AProxy, const std::string& ABypass) {
-    constexpr const char* Key = R"(\Software\Microsoft\Windows\CurrentVersion\Internet Settings\Connections)";
-    const auto Number = [](std::size_t AValue) {
-      return std::string(1, static_cast<char>(AValue)) + std::string(3, '\0');
-    };
-    ASSERT_TRUE(FPreferences.OpenKey(Key, true));
+  constexpr const char* Connections = R"(\Software\Microsoft\Windows\CurrentVersion\Internet Settings\Connections)";
+  const auto Number = [](std::size_t AValue) {
+    return std::string(1, static_cast<char>(AValue)) + std::string(3, '\0');
+  };
+  const auto Set = [&](char AFlags, const std::string& AProxy, const std::string& ABypass) {
+    ASSERT_TRUE(FPreferences.OpenKey(Connections, true));
     FPreferences.WriteBinary("DefaultConnectionSettings", Number(0x46) + Number(1) +
                                                               Number(static_cast<std::size_t>(AFlags)) +
                                                               Number(AProxy.size()) + AProxy + Number(ABypass.size()) +
@@ -88,6 +88,15 @@ TEST_F(Registry, TheSystemsProxyIsThatOfTheSettings) {
   EXPECT_EQ(Platform::SystemProxyFor("https://service.example/"), "all:8080");
   Set(1, "", "");
   EXPECT_EQ(Platform::SystemProxyFor("https://service.example/"), "");
+
+  // The computer's own, for accounts without any.
+  TQuillonRegistryPreferences Machine(HKEY_LOCAL_MACHINE, KEY_ALL_ACCESS);
+  ASSERT_TRUE(Machine.OpenKey(Connections, true));
+  Machine.WriteBinary("WinHttpSettings",
+                      Number(0x18) + Number(0) + Number(3) + Number(5) + "own:8" + Number(11) + "a.b *.c.com");
+  EXPECT_EQ(Platform::SystemProxyFor("https://service.example/"), "own:8");
+  EXPECT_EQ(Platform::SystemProxyFor("https://x.c.com/"), "");
+  EXPECT_TRUE(Machine.DeleteValue("WinHttpSettings"));
 }
 
 TEST(WindowsFolders, AreTheProductsOwn) {

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <string_view>
 
 #include "platform/posix/PosixFile.h"
@@ -43,6 +44,16 @@ constexpr TFileSystemKind FileSystems[] = {
     {0xFE534D42, "smb3", dtypeRemoteDrive},   {0x517B, "smb", dtypeRemoteDrive},
     {0x01021997, "9p", dtypeRemoteDrive},     {0x5346414F, "afs", dtypeRemoteDrive},
 };
+
+TFileSystemKind KindOf(const std::string& APath) {
+  struct statfs Info {};
+  if (PosixCalls::Retried([&] { return ::statfs(APath.c_str(), &Info); }) < 0) {
+    Fail(APath);
+  }
+  const auto Magic = static_cast<std::uint32_t>(Info.f_type);
+  const auto* const Found = std::ranges::find(FileSystems, Magic, &TFileSystemKind::Magic);
+  return Found != std::end(FileSystems) ? *Found : TFileSystemKind{Magic, "", dtypeUnknown};
+}
 
 }  // namespace
 
@@ -110,6 +121,23 @@ void SetTime(const std::string& APath, TQuillonFileTimeInfo AWhich, std::int64_t
 
 void RemoveAtRestart(const std::string& APath) { throw EQuillonWin32Error(ENOTSUP, APath); }
 
+void RemoveFolder(const std::string& APath) {
+  std::error_code Error;
+  if (!std::filesystem::remove(APath, Error)) {
+    throw EQuillonWin32Error(Error ? Error.value() : ENOENT, APath);
+  }
+}
+
+void RemoveTree(const std::string& APath) {
+  std::error_code Error;
+  std::filesystem::remove_all(APath, Error);
+  if (Error) {
+    throw EQuillonWin32Error(Error.value(), APath);
+  }
+}
+
+std::string FullPath(const std::string& APath) { return std::filesystem::absolute(APath).lexically_normal(); }
+
 std::string ShortForm(const std::string& APath) { return APath; }
 
 std::string LongForm(const std::string& APath) { return APath; }
@@ -118,19 +146,26 @@ const bool PathsIgnoreCase = false;
 
 std::vector<std::string> Drives() { return {"/"}; }
 
+TQuillonDriveType DriveTypeOf(const std::string& APath) { return KindOf(APath).Type; }
+
 VolumeInfo VolumeOf(const std::string& APath) {
-  struct statfs Info {};
-  if (PosixCalls::Retried([&] { return ::statfs(APath.c_str(), &Info); }) < 0) {
-    Fail(APath);
-  }
-  const auto Magic = static_cast<std::uint32_t>(Info.f_type);
-  const auto* const Found = std::ranges::find(FileSystems, Magic, &TFileSystemKind::Magic);
   VolumeInfo Result;
-  if (Found != std::end(FileSystems)) {
-    Result.Type = Found->Type;
-    Result.FileSystem = Found->Name;
-  }
+  Result.FileSystem = KindOf(APath).Name;
   return Result;
+}
+
+VolumeSpace SpaceOf(const std::string& APath) {
+  std::error_code Error;
+  const auto Found = std::filesystem::space(APath, Error);
+  if (Error) {
+    throw EQuillonWin32Error(Error.value(), APath);
+  }
+  return {.Size = Found.capacity, .Free = Found.available};
+}
+
+bool IsSameFile(const std::string& APath1, const std::string& APath2) {
+  std::error_code Ignored;
+  return std::filesystem::equivalent(APath1, APath2, Ignored);
 }
 
 std::optional<VersionBlock> VersionBlockOf(const std::string& /*APath*/) { return std::nullopt; }

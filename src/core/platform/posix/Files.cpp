@@ -225,6 +225,8 @@ bool IsUnsupported(int AnErrorCode) {
          AnErrorCode == ENOLCK;
 }
 
+bool IsOtherVolume(int AnErrorCode) { return AnErrorCode == EXDEV; }
+
 bool IsReplacementRefused(int AnErrorCode) {
   // EBUSY and EXDEV: the file is a mount point of its own, as containers have them.
   return AnErrorCode == EACCES || AnErrorCode == EPERM || AnErrorCode == EROFS || AnErrorCode == EBUSY ||

@@ -143,7 +143,7 @@ void PosixFile::TakeLock(Platform::Lock ALock, bool DoWait) {
   if (!FIsLocked && errno != EBADF && !Platform::IsUnsupported(errno)) {
     Fail(FPath);
   }
-  if (ALock == Platform::Lock::Sole) {
+  if (ALock == Platform::Lock::Sole || ALock == Platform::Lock::Readers) {
     MarkAsSole();
   }
 }

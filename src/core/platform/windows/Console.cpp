@@ -53,7 +53,7 @@ void WriteToFile(HANDLE AHandle, std::string_view AName, std::string_view AText)
 void WriteLineTo(DWORD AHandle, std::string_view AName, std::string_view ALine) {
   const HANDLE Handle = ::GetStdHandle(AHandle);
   // A program that was started without a console has nobody to read its lines: that is no error.
-  if (Handle == nullptr || Handle == INVALID_HANDLE_VALUE) {
+  if (Handle == nullptr || Handle == INVALID_HANDLE_VALUE || ::GetFileType(Handle) == FILE_TYPE_UNKNOWN) {
     return;
   }
   const std::string Text = ValidText(ALine).append("\r\n");

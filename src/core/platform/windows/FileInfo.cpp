@@ -2,9 +2,12 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <string_view>
 #include <utility>
 
+#include "platform/Files.h"
 #include "platform/windows/WindowsCalls.h"
 
 namespace {
@@ -200,6 +203,47 @@ void RemoveAtRestart(const std::string& APath) {
   }
 }
 
+void RemoveFolder(const std::string& APath) {
+  if (::RemoveDirectoryW(WidePath(APath).c_str()) == 0) {
+    Fail(APath);
+  }
+}
+
+void RemoveTree(const std::string& APath) {
+  // The standard library's own way follows links and knows no long paths.
+  std::vector<std::string> Folders;
+  const auto Take = [&Folders](std::string AnEntry) {
+    const DWORD Found = ::GetFileAttributesW(WidePath(AnEntry).c_str());
+    if (Found == INVALID_FILE_ATTRIBUTES) {
+      Fail(AnEntry);
+    }
+    if ((Found & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+      Files().Remove(AnEntry);
+    } else if ((Found & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+      RemoveFolder(AnEntry);
+    } else {
+      Folders.push_back(std::move(AnEntry));
+    }
+  };
+  Take(APath);
+  for (std::size_t I = 0; I < Folders.size(); ++I) {
+    const std::string Folder = Folders[I];
+    for (const std::string& Name : Files().NamesIn(Folder)) {
+      if (Name != "." && Name != "..") {
+        Take(std::string(Folder).append("\\").append(Name));
+      }
+    }
+  }
+  std::for_each(Folders.rbegin(), Folders.rend(), RemoveFolder);
+}
+
+std::string FullPath(const std::string& APath) {
+  // The form that knows no limit knows neither "." nor "..".
+  std::string Full = APath.starts_with(R"(\\?\)") ? APath : WindowsCalls::NarrowPath(WidePath(APath));
+  const bool IsShare = Full.starts_with(R"(\\)") && !Full.starts_with(R"(\\.\)") && RootLength(Full) == Full.size();
+  return IsShare && !Full.ends_with('\\') ? Full + '\\' : Full;
+}
+
 std::string ShortForm(const std::string& APath) {
   const std::wstring Path = WidePath(APath);
   return Text(APath, [&](wchar_t* ABuffer, DWORD ASize) { return ::GetShortPathNameW(Path.c_str(), ABuffer, ASize); });
@@ -223,10 +267,11 @@ std::vector<std::string> Drives() {
   return Result;
 }
 
+TQuillonDriveType DriveTypeOf(const std::string& APath) { return KindOf(VolumeRoot(APath)); }
+
 VolumeInfo VolumeOf(const std::string& APath) {
   const std::wstring Root = VolumeRoot(APath);
   VolumeInfo Result;
-  Result.Type = KindOf(Root);
   std::array<wchar_t, MAX_PATH + 1> Name{};
   std::array<wchar_t, MAX_PATH + 1> FileSystem{};
   DWORD Serial = 0;
@@ -238,6 +283,21 @@ VolumeInfo VolumeOf(const std::string& APath) {
   Result.SerialNumber = Serial;
   Result.FileSystem = FromWide(FileSystem.data());
   return Result;
+}
+
+VolumeSpace SpaceOf(const std::string& APath) {
+  InfoOf(APath);  // raises for a path that leads nowhere, whose volume would be told all the same
+  ULARGE_INTEGER Free{};
+  ULARGE_INTEGER Size{};
+  if (::GetDiskFreeSpaceExW(VolumeRoot(APath).c_str(), &Free, &Size, nullptr) == 0) {
+    Fail(APath);
+  }
+  return {.Size = Size.QuadPart, .Free = Free.QuadPart};
+}
+
+bool IsSameFile(const std::string& APath1, const std::string& APath2) {
+  std::error_code Ignored;
+  return std::filesystem::equivalent(WidePath(APath1), WidePath(APath2), Ignored);
 }
 
 std::optional<VersionBlock> VersionBlockOf(const std::string& APath) {

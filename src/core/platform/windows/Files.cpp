@@ -12,6 +12,7 @@
 
 #include "QuillonText.h"
 #include "QuillonTypes.h"
+#include "platform/FileInfo.h"
 #include "platform/windows/Replacement.h"
 #include "platform/windows/WindowsCalls.h"
 #include "platform/windows/WindowsFile.h"
@@ -34,6 +35,8 @@ DWORD ShareMode(Access AnAccess, Lock ALock) {
       return FILE_SHARE_READ | FILE_SHARE_DELETE;
     case Lock::Exclusive:
       return AnAccess == Access::Read ? FILE_SHARE_DELETE : FILE_SHARE_READ | FILE_SHARE_DELETE;
+    case Lock::Readers:
+      return FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     default:
       return FILE_SHARE_DELETE;
   }
@@ -166,7 +169,10 @@ class WindowsFileSystem final : public Platform::FileSystem {
     if (::GetFileAttributesExW(WidePath(APath).c_str(), GetFileExInfoStandard, &Data) == 0) {
       Fail(APath);
     }
-    return static_cast<std::int64_t>(std::uint64_t{Data.nFileSizeHigh} << 32 | Data.nFileSizeLow);
+    // A link has a size of its own.
+    return (Data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0
+               ? Platform::InfoOf(APath).Size
+               : static_cast<std::int64_t>(std::uint64_t{Data.nFileSizeHigh} << 32 | Data.nFileSizeLow);
   }
 
   bool IsWriteable(const std::string& APath) override {
@@ -248,6 +254,8 @@ bool IsUnsupported(int AnErrorCode) {
                                ERROR_CALL_NOT_IMPLEMENTED, ERROR_INVALID_LEVEL});
 }
 
+bool IsOtherVolume(int AnErrorCode) { return AnErrorCode == ERROR_NOT_SAME_DEVICE; }
+
 bool IsReplacementRefused(int AnErrorCode) {
   return IsOneOf(AnErrorCode, {ERROR_ACCESS_DENIED, ERROR_WRITE_PROTECT, ERROR_NOT_SAME_DEVICE, ERROR_CANNOT_MAKE,
                                ERROR_NETWORK_ACCESS_DENIED});
@@ -262,12 +270,10 @@ const std::string_view PathDelimiters = R"(\/)";
 
 std::size_t RootLength(std::string_view APath) {
   if (APath.size() >= 2 && IsDelimiter(APath[0]) && IsDelimiter(APath[1])) {
-    // Server and share, or "\\?\" and a drive, or "\\?\UNC\" with server and share.
-    const std::size_t End = BehindDelimiter(APath, BehindDelimiter(APath, 2));
-    constexpr std::string_view LongShare = R"(\\?\UNC\)";
-    return QuillonText::EqualsIgnoreCase(APath.substr(0, End), LongShare)
-               ? BehindDelimiter(APath, BehindDelimiter(APath, End))
-               : End;
+    // Server and share, "\\?\" and a drive, or "\\?\UNC\" and a share.
+    constexpr std::string_view UnlimitedShare = R"(\\?\UNC\)";
+    const bool IsUnlimited = QuillonText::EqualsIgnoreCase(APath.substr(0, UnlimitedShare.size()), UnlimitedShare);
+    return BehindDelimiter(APath, BehindDelimiter(APath, IsUnlimited ? UnlimitedShare.size() : 2));
   }
   if (APath.size() >= 2 && APath[1] == ':') {
     return APath.size() > 2 && IsDelimiter(APath[2]) ? 3 : 2;

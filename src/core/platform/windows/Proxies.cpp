@@ -32,7 +32,8 @@ bool HasEnvironmentProxies() {
 }
 
 /// Whether the list of hosts without a proxy, with wildcards and the word "<local>", names the host.
-bool IsBypassed(const std::wstring& AHost, const std::wstring& AList) {
+bool IsBypassed(const std::wstring& AHost, std::wstring AList) {
+  std::ranges::replace(AList, L' ', L';');
   const bool IsLocal = AHost.find(L'.') == std::wstring::npos;
   return AHost == L"localhost" || AHost.starts_with(L"127.") ||
          (IsLocal && AList.find(L"<local>") != std::wstring::npos) ||
@@ -71,16 +72,42 @@ std::optional<std::wstring> AskScript(const std::wstring& AUrl, const std::wstri
   return IsAnswered ? std::optional(Text(Proxy)) : std::nullopt;
 }
 
+struct TSettings {
+  std::wstring Script;
+  std::wstring Proxy;
+  std::wstring Bypass;
+  bool DoDetect = false;
+};
+
+/// The Internet options of this account.
+TSettings SettingsOfAccount() {
+  WINHTTP_CURRENT_USER_IE_PROXY_CONFIG Found{};
+  if (::WinHttpGetIEProxyConfigForCurrentUser(&Found) == 0) {
+    return {};
+  }
+  const TText Script(Found.lpszAutoConfigUrl);
+  const TText Proxy(Found.lpszProxy);
+  const TText Bypass(Found.lpszProxyBypass);
+  return {Text(Script), Text(Proxy), Text(Bypass), Found.fAutoDetect != 0};
+}
+
+/// What an administrator has set for programs without a user ("netsh winhttp set proxy").
+TSettings SettingsOfMachine() {
+  WINHTTP_PROXY_INFO Found{};
+  if (::WinHttpGetDefaultProxyConfiguration(&Found) == 0) {
+    return {};
+  }
+  const TText Proxy(Found.lpszProxy);
+  const TText Bypass(Found.lpszProxyBypass);
+  return {{}, Text(Proxy), Text(Bypass), false};
+}
+
 }  // namespace
 
 std::string Platform::SystemProxyFor(const std::string& AUrl) {
-  WINHTTP_CURRENT_USER_IE_PROXY_CONFIG Config{};
-  if (HasEnvironmentProxies() || ::WinHttpGetIEProxyConfigForCurrentUser(&Config) == 0) {
+  if (HasEnvironmentProxies()) {
     return {};
   }
-  const TText Script(Config.lpszAutoConfigUrl);
-  const TText Proxy(Config.lpszProxy);
-  const TText Bypass(Config.lpszProxyBypass);
   const std::wstring Url = WindowsCalls::ToWide(AUrl);
   std::array<wchar_t, 16> Scheme{};
   std::array<wchar_t, 256> Host{};
@@ -90,14 +117,17 @@ std::string Platform::SystemProxyFor(const std::string& AUrl) {
   Parts.dwSchemeLength = static_cast<DWORD>(Scheme.size());
   Parts.lpszHostName = Host.data();
   Parts.dwHostNameLength = static_cast<DWORD>(Host.size());
-  if (::WinHttpCrackUrl(Url.c_str(), 0, 0, &Parts) == 0 || IsBypassed(Host.data(), Text(Bypass))) {
+  TSettings Settings = SettingsOfAccount();
+  if (::WinHttpCrackUrl(Url.c_str(), 0, 0, &Parts) == 0 || IsBypassed(Host.data(), Settings.Bypass)) {
     return {};
   }
-  const bool DoDetect = Config.fAutoDetect != 0;
-  if (Script != nullptr || DoDetect) {
-    if (const auto Answer = AskScript(Url, Text(Script), DoDetect)) {
+  if (!Settings.Script.empty() || Settings.DoDetect) {
+    if (const auto Answer = AskScript(Url, Settings.Script, Settings.DoDetect)) {
       return FromWide(ProxyIn(*Answer, Scheme.data()));
     }
   }
-  return FromWide(ProxyIn(Text(Proxy), Scheme.data()));
+  if (Settings.Proxy.empty()) {
+    Settings = SettingsOfMachine();
+  }
+  return IsBypassed(Host.data(), Settings.Bypass) ? std::string() : FromWide(ProxyIn(Settings.Proxy, Scheme.data()));
 }

@@ -13,39 +13,19 @@ namespace {
 using WindowsCalls::FromWide;
 using WindowsCalls::ToWide;
 
-struct TCloseKey {
-  void operator()(HKEY AKey) const { ::RegCloseKey(AKey); }
-};
-using TKey = std::unique_ptr<HKEY__, TCloseKey>;
-
-/// @return no key where there is none, or it may not be opened so
-TKey Open(HKEY ARoot, const std::wstring& APath, REGSAM AnAccess = KEY_READ) {
-  HKEY Key = nullptr;
-  return TKey(::RegOpenKeyExW(ARoot, APath.c_str(), 0, AnAccess, &Key) == ERROR_SUCCESS ? Key : nullptr);
-}
-
-/// @return the system's code
-LSTATUS Create(HKEY ARoot, const std::wstring& APath, REGSAM AnAccess, TKey& AKey) {
-  HKEY Key = nullptr;
-  const LSTATUS Code =
-      ::RegCreateKeyExW(ARoot, APath.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, AnAccess, nullptr, &Key, nullptr);
-  AKey.reset(Code == ERROR_SUCCESS ? Key : nullptr);
-  return Code;
-}
-
 std::string_view BytesOf(const std::wstring& AText) {
   return {reinterpret_cast<const char*>(AText.c_str()), (AText.size() + 1) * sizeof(wchar_t)};
 }
 
 /// The names that a call of the system lists; it wants the place of a name, room for it and the room's size.
 template <class TList>
-std::vector<std::string> NamesBy(const TKey& AKey, TList AList) {
+std::vector<std::string> NamesBy(HKEY AKey, TList AList) {
   constexpr DWORD LongestName = 16'384;
   std::vector<std::string> Names;
   std::wstring Name(LongestName, L'\0');
   for (DWORD I = 0; AKey != nullptr; ++I) {
     DWORD Length = LongestName;
-    if (AList(AKey.get(), I, Name.data(), &Length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
+    if (AList(AKey, I, Name.data(), &Length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
       break;
     }
     Names.push_back(FromWide({Name.data(), Length}));
@@ -96,6 +76,21 @@ struct TQuillonRegistryPreferences::TValue {
 TQuillonRegistryPreferences::TQuillonRegistryPreferences(HKEY ARootKey, REGSAM AnAccess)
     : FRootKey(ARootKey), FAccess(AnAccess) {}
 
+TQuillonRegistryPreferences::TKey TQuillonRegistryPreferences::Open(const std::wstring& APath, REGSAM ARights) const {
+  constexpr REGSAM Views = KEY_WOW64_32KEY | KEY_WOW64_64KEY;
+  HKEY Key = nullptr;
+  return TKey(
+      ::RegOpenKeyExW(FRootKey, APath.c_str(), 0, ARights | (FAccess & Views), &Key) == ERROR_SUCCESS ? Key : nullptr);
+}
+
+LSTATUS TQuillonRegistryPreferences::Create(const std::wstring& APath, TKey& AKey) const {
+  HKEY Key = nullptr;
+  const LSTATUS Code =
+      ::RegCreateKeyExW(FRootKey, APath.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, FAccess, nullptr, &Key, nullptr);
+  AKey.reset(Code == ERROR_SUCCESS ? Key : nullptr);
+  return Code;
+}
+
 std::wstring TQuillonRegistryPreferences::PathOf(std::string_view AKey) const {
   constexpr std::string_view Delimiters = R"(\/)";
   const bool IsFromRoot = !AKey.empty() && Delimiters.find(AKey.front()) != std::string_view::npos;
@@ -112,7 +107,7 @@ std::wstring TQuillonRegistryPreferences::PathOf(std::string_view AKey) const {
 
 bool TQuillonRegistryPreferences::CreateKey(std::string_view AKey) {
   TKey Created;
-  if (const LSTATUS Code = Create(FRootKey, PathOf(AKey), FAccess, Created); Code != ERROR_SUCCESS) {
+  if (const LSTATUS Code = Create(PathOf(AKey), Created); Code != ERROR_SUCCESS) {
     WindowsCalls::Fail(static_cast<DWORD>(Code), AKey);
   }
   return true;
@@ -120,11 +115,14 @@ bool TQuillonRegistryPreferences::CreateKey(std::string_view AKey) {
 
 bool TQuillonRegistryPreferences::DeleteKey(std::string_view AKey) {
   const std::wstring Path = PathOf(AKey);
-  return !Path.empty() && ::RegDeleteTreeW(FRootKey, Path.c_str()) == ERROR_SUCCESS;
+  // The removal has no view of its own, but that of the key which it starts from.
+  const std::size_t Last = Path.rfind(L'\\') + 1;
+  const TKey Outer = Path.empty() ? nullptr : Open(Path.substr(0, Last > 0 ? Last - 1 : 0));
+  return Outer != nullptr && ::RegDeleteTreeW(Outer.get(), Path.c_str() + Last) == ERROR_SUCCESS;
 }
 
 bool TQuillonRegistryPreferences::DeleteValue(std::string_view AName) {
-  const TKey Key = Open(FRootKey, FCurrentKey, KEY_SET_VALUE);
+  const TKey Key = Open(FCurrentKey, KEY_SET_VALUE);
   return !AName.empty() && Key != nullptr && ::RegDeleteValueW(Key.get(), ToWide(AName).c_str()) == ERROR_SUCCESS;
 }
 
@@ -132,9 +130,9 @@ bool TQuillonRegistryPreferences::OpenKey(std::string_view AKey, bool CanCreate)
   std::wstring Path = PathOf(AKey);
   TKey Key;
   if (CanCreate) {
-    Create(FRootKey, Path, FAccess, Key);
+    Create(Path, Key);
   } else {
-    Key = Open(FRootKey, Path);
+    Key = Open(Path);
   }
   if (Key == nullptr) {
     return false;
@@ -143,32 +141,30 @@ bool TQuillonRegistryPreferences::OpenKey(std::string_view AKey, bool CanCreate)
   return true;
 }
 
-bool TQuillonRegistryPreferences::KeyExists(std::string_view AKey) const {
-  return Open(FRootKey, PathOf(AKey)) != nullptr;
-}
+bool TQuillonRegistryPreferences::KeyExists(std::string_view AKey) const { return Open(PathOf(AKey)) != nullptr; }
 
 bool TQuillonRegistryPreferences::ValueExists(std::string_view AName) const {
-  const TKey Key = Open(FRootKey, FCurrentKey);
+  const TKey Key = OpenCurrent();
   return !AName.empty() && Key != nullptr &&
          ::RegQueryValueExW(Key.get(), ToWide(AName).c_str(), nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
 }
 
 std::vector<std::string> TQuillonRegistryPreferences::GetKeyNames() const {
-  const TKey Key = Open(FRootKey, FCurrentKey);
-  return NamesBy(Key, [](HKEY AKey, DWORD AnIndex, wchar_t* AName, DWORD* ALength, auto... ARest) {
+  const TKey Key = OpenCurrent();
+  return NamesBy(Key.get(), [](HKEY AKey, DWORD AnIndex, wchar_t* AName, DWORD* ALength, auto... ARest) {
     return ::RegEnumKeyExW(AKey, AnIndex, AName, ALength, ARest...);
   });
 }
 
 std::vector<std::string> TQuillonRegistryPreferences::GetValueNames() const {
-  const TKey Key = Open(FRootKey, FCurrentKey);
-  return NamesBy(Key, [](HKEY AKey, DWORD AnIndex, wchar_t* AName, DWORD* ALength, auto... ARest) {
+  const TKey Key = OpenCurrent();
+  return NamesBy(Key.get(), [](HKEY AKey, DWORD AnIndex, wchar_t* AName, DWORD* ALength, auto... ARest) {
     return ::RegEnumValueW(AKey, AnIndex, AName, ALength, ARest...);
   });
 }
 
 TQuillonRegistryPreferences::TValue TQuillonRegistryPreferences::Read(std::string_view AName) const {
-  const TKey Key = Open(FRootKey, FCurrentKey);
+  const TKey Key = OpenCurrent();
   const std::wstring Name = ToWide(AName);
   TValue Value;
   LSTATUS Code = Key != nullptr ? ERROR_MORE_DATA : ERROR_FILE_NOT_FOUND;
@@ -224,7 +220,7 @@ void TQuillonRegistryPreferences::Write(std::string_view AName, DWORD AKind, std
     throw EQuillonException("Ein Wert der Einstellungen braucht einen Namen.");
   }
   TKey Key;
-  LSTATUS Code = Create(FRootKey, FCurrentKey, FAccess, Key);
+  LSTATUS Code = Create(FCurrentKey, Key);
   if (Code == ERROR_SUCCESS) {
     Code = ::RegSetValueExW(Key.get(), ToWide(AName).c_str(), 0, AKind, reinterpret_cast<const BYTE*>(ABytes.data()),
                             static_cast<DWORD>(ABytes.size()));

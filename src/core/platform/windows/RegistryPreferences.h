@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,7 +15,8 @@
 /// read as in a file of settings, and a number as its text.
 class TQuillonRegistryPreferences : public TQuillonAbstractPreferences {
  public:
-  /// @param AnAccess rights with which keys are created and written; reading needs no more than that of reading
+  /// @param AnAccess rights with which keys are created and written, and the view (KEY_WOW64_32KEY) in which they are
+  ///                 looked for; reading needs no more than the right of reading
   explicit TQuillonRegistryPreferences(HKEY ARootKey, REGSAM AnAccess);
 
   void FlushBuffer() override {}
@@ -46,6 +48,16 @@ class TQuillonRegistryPreferences : public TQuillonAbstractPreferences {
  private:
   struct TValue;
 
+  struct TCloseKey {
+    void operator()(HKEY AKey) const { ::RegCloseKey(AKey); }
+  };
+  using TKey = std::unique_ptr<HKEY__, TCloseKey>;
+
+  /// No key where there is none, or it may not be opened so.
+  TKey Open(const std::wstring& APath, REGSAM ARights = KEY_READ) const;
+  TKey OpenCurrent() const { return Open(FCurrentKey); }
+  /// @return the system's code
+  LSTATUS Create(const std::wstring& APath, TKey& AKey) const;
   std::wstring PathOf(std::string_view AKey) const;
   TValue Read(std::string_view AName) const;
   template <class T>

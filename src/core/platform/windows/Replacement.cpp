@@ -99,8 +99,9 @@ DWORD ReplaceOnce(const std::wstring& APath, const std::wstring& ANewPath) {
 }
 
 /// Makes a call again for a while as long as somebody else is in its way.
+/// @return the system's code
 template <class TCall>
-void Insist(const std::string& APath, TCall ACall) {
+DWORD Insist(TCall ACall) {
   constexpr int MostTries = 20;
   constexpr DWORD Pause = 25;
   DWORD Code = ACall();
@@ -108,10 +109,7 @@ void Insist(const std::string& APath, TCall ACall) {
     ::Sleep(Pause);
     Code = ACall();
   }
-  if (Code != ERROR_SUCCESS) {
-    // A file that cannot be replaced is no file that can be waited for.
-    WindowsCalls::Fail(Code == ERROR_SHARING_VIOLATION ? ERROR_ACCESS_DENIED : Code, APath);
-  }
+  return Code;
 }
 
 }  // namespace
@@ -121,15 +119,21 @@ namespace Replacement {
 void Rename(const std::string& APath, const std::string& ANewPath, bool DoReplace) {
   const std::wstring Path = WidePath(APath);
   const std::wstring NewPath = WidePath(ANewPath);
-  Insist(ANewPath, [&] {
+  const DWORD Code = Insist([&] {
     return DoReplace ? ReplaceOnce(Path, NewPath)
                      : ErrorOf(::MoveFileExW(Path.c_str(), NewPath.c_str(), MOVEFILE_WRITE_THROUGH));
   });
+  if (Code != ERROR_SUCCESS) {
+    // A file that cannot be replaced is no file that can be waited for.
+    WindowsCalls::Fail(Code == ERROR_SHARING_VIOLATION ? ERROR_ACCESS_DENIED : Code, ANewPath);
+  }
 }
 
 void Remove(const std::string& APath) {
   const std::wstring Path = WidePath(APath);
-  Insist(APath, [&] { return RemoveOnce(Path); });
+  if (const DWORD Code = Insist([&] { return RemoveOnce(Path); }); Code != ERROR_SUCCESS) {
+    WindowsCalls::Fail(Code, APath);
+  }
 }
 
 }  // namespace Replacement
