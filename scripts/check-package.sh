@@ -75,6 +75,10 @@ if command -v systemd-analyze >/dev/null; then
 fi
 
 Step "removal"
+Wanted=$Root/etc/systemd/system/timers.target.wants
+install -d "$Wanted" "$Root/var/lib/velmora/nightly"
+ln -s /usr/lib/systemd/system/velmora@.timer "$Wanted/velmora@nightly.timer"
 In "$Root" apt-get purge --yes velmora-console >/dev/null 2>&1
 test -z "$(find "$Root/usr" "$Root/lib" "$Root/etc" -name '*velmora*')"
+test -d "$Root/var/lib/velmora/nightly"
 echo "package: all well"

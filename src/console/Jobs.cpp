@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "QuillonHttp.h"
+#include "QuillonText.h"
 #include "uIServ.h"
 #include "uOstrel/CsvReader.h"
 #include "uOstrel/CsvWriter.h"
@@ -47,17 +48,23 @@ void TExchangeJobs::RunExport(TConfiguration&& AConfiguration) {
 void TExchangeJobs::ExportToOcf(std::unique_ptr<TOcfConfiguration> AConfiguration) {
   const TOcfExportOptions& Options = AConfiguration->FOcfExport;
   TVELReport& Report = FGlobals.Report();
-  Report.SetFileName(Options.FReportFileName);
   Report.FJob = "export";
+  Report.SetFileName(Options.FReportFileName);
   Report.FSource = ServerSource::PlaceOf(Options.FSourceProvider, Options, Options.FSourceFileName);
   Report.FTarget = Options.FTargetFolderName;
+  Report.SpareOtherFiles();
   RunExport(std::move(AConfiguration));
 }
 
-void TExchangeJobs::ExportToOcf(const std::string& AConfigFileName) { RunExport(AConfigFileName); }
+void TExchangeJobs::ExportToOcf(const std::string& AConfigFileName) {
+  FGlobals.Report().FJob = "export";
+  RunExport(AConfigFileName);
+}
 
 template <class TWriter>
 void TExchangeJobs::RunUpload(const std::string& AConfigFileName, const std::string& AService) {
+  FGlobals.Report().FJob = "upload-" + QuillonText::ToLower(AService);
+  FGlobals.Report().FSettings = AConfigFileName;
   const auto Client = QuillonHttp::CreateClient();
   const auto State = uUpload::UserState();
   TWriter Writer(FGlobals, AConfigFileName, *Client, *State);
@@ -94,18 +101,23 @@ void TExchangeJobs::RunImport(TConfiguration&& AConfiguration) {
 void TExchangeJobs::ImportFromOcf(std::unique_ptr<TOcfConfiguration> AConfiguration) {
   const TOcfImportOptions& Options = AConfiguration->FOcfImport;
   TVELReport& Report = FGlobals.Report();
-  Report.SetFileName(Options.FReportFileName);
   Report.FJob = "import";
+  Report.SetFileName(Options.FReportFileName);
   Report.FSource = Options.FSourceFolderName;
   Report.FTarget = ServerSource::PlaceOf(Options.FTargetProvider, Options, Options.FTargetFileName);
+  Report.SpareOtherFiles();
   RunImport(std::move(AConfiguration));
 }
 
-void TExchangeJobs::ImportFromOcf(const std::string& AConfigFileName) { RunImport(AConfigFileName); }
+void TExchangeJobs::ImportFromOcf(const std::string& AConfigFileName) {
+  FGlobals.Report().FJob = "import";
+  RunImport(AConfigFileName);
+}
 
 void TExchangeJobs::TransformFile(const std::string& AFileName) {
   FGlobals.Report().FJob = "newguids";
   FGlobals.Report().FSource = FGlobals.Report().FTarget = AFileName;
+  FGlobals.Report().SpareOtherFiles();
   TVELTransformator Transformator(FGlobals);
   Say("open", OpenLine);
   Transformator.LoadFromFile(AFileName);

@@ -15,6 +15,7 @@ int TConsoleRun::Run(const std::function<void()>& AJob, const TOnEnd& AnOnEnd) {
   // Without a banner there is no place for the lines of a job: a job whose lines nobody gets is not started.
   const bool IsDone = Attempt([this] { ShowBanner(); }) && Attempt(AJob);
   const bool IsTold = !AnOnEnd || Attempt([&] { AnOnEnd(IsDone ? 0 : 1, FError); });
+  ShowError();
   const bool IsReported = Attempt([this] { ReportElapsedTime(); });
   return IsDone && IsTold && IsReported ? 0 : 1;
 }
@@ -36,9 +37,19 @@ bool TConsoleRun::Attempt(const TStep& AStep) {
 
 void TConsoleRun::ReportError(std::string_view AMessage) {
   try {
-    FError = QuillonText::OneLine(AMessage);
-    FOutput("");
-    FOutput("[Error] " + FError);
+    const std::string Text = QuillonText::OneLine(AMessage);
+    FError = FError.empty() ? Text : FError + " (Then: " + Text + ")";
+  } catch (...) {
+    return;  // too little memory even for that; the exit code tells it
+  }
+}
+
+void TConsoleRun::ShowError() {
+  try {
+    if (!FError.empty()) {
+      FOutput("");
+      FOutput("[Error] " + FError);
+    }
   } catch (...) {
     // An output that fails here has no other place to say so; the exit code tells it.
     return;

@@ -30,6 +30,7 @@ class TConsoleRun {
   template <class TStep>
   bool Attempt(const TStep& AStep);
   void ReportError(std::string_view AMessage);
+  void ShowError();
 
   TLineSink FOutput;
   bool FIsMinimal;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <new>
 #include <string>
 
 #include "QuillonText.h"
@@ -207,6 +208,9 @@ void TQuillonXMLDocument::Parse(std::string_view ASource) {
   const char Last = FBuffer.Size() > 0 ? FBuffer.Data()[FBuffer.Size() - 1] : '\0';
   const pugi::xml_parse_result Result = FDocument.load_buffer_inplace(
       FBuffer.Data(), FBuffer.Size(), Found.HasPieces ? ParseOptionsOfPieces : ParseOptions);
+  if (Result.status == pugi::status_out_of_memory) {
+    throw std::bad_alloc();
+  }
   if (!Result) {
     // The parser works in place, and ends the text with a byte of its own: ahead of the error, lines cannot be counted
     // any more.

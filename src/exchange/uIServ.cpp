@@ -24,7 +24,7 @@ TIServWriter::TIServWriter(TVELGlobals& AGlobals, const std::string& ACfgFileNam
     : TVELSynchronizer(AGlobals, ACfgFileName), FConnection(AClient), FState(AState) {
   FConnection.Hide(Options().FIServApiToken);
   FConnection.Hide(Options().FServerPassword);
-  BeginReport("upload-iserv", Options().FIServUrl);
+  BeginReport(uUpload::WithoutLogin(Options().FIServUrl));
 }
 
 bool TIServWriter::UploadVelFile() {

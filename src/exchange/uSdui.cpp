@@ -54,7 +54,7 @@ TSduiWriter::TSduiWriter(TVELGlobals& AGlobals, const std::string& ACfgFileName,
     : TVELSynchronizer(AGlobals, ACfgFileName), FConnection(AClient), FState(AState) {
   FConnection.Hide(Options().FSduiPin);
   FConnection.Hide(Options().FServerPassword);
-  BeginReport("upload-sdui", Options().FSduiUrl);
+  BeginReport(uUpload::WithoutLogin(Options().FSduiUrl));
 }
 
 std::string TSduiWriter::AddressOf(std::string_view APath) const {

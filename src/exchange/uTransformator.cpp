@@ -7,8 +7,7 @@
 #include "uPlandaten/Veranstaltungen.h"
 
 void TVELTransformator::LoadFromFile(const std::string& AFileName) {
-  LocalSource::RequireFile(AFileName);
-  FPlan.OpenFileToChange(AFileName);
+  LocalSource::Load(AFileName, [&] { FPlan.OpenFileToChange(AFileName); });
 }
 
 void TVELTransformator::NewGuids() {

@@ -175,10 +175,11 @@ class BadInput(unittest.TestCase):
     def test_memory(self):
         if IS_INSTRUMENTED:
             self.skipTest("a sanitizer reserves more addresses than the limit")
-        with open(self.data, "wb") as file:
-            file.truncate(MEMORY >> 3)
-        code, error = self.run_program(self.data, ("prlimit", f"--as={MEMORY >> 4}"))
-        self.assertEqual((code, error[:22]), (1, "[Error] Out of memory:"))
+        for content in [bytes(MEMORY >> 3), b"<Storage>" + b"<a/>" * MILLION * 2]:
+            with open(self.data, "wb") as file:
+                file.write(content)
+            code, error = self.run_program(self.data, ("prlimit", f"--as={MEMORY >> 4}"))
+            self.assertEqual((code, error[:22]), (1, "[Error] Out of memory:"))
 
     def test_size(self):
         """Ends within the limits, with whatever result."""

@@ -9,6 +9,7 @@ import csv
 import fcntl
 import os
 import random
+import re
 import shutil
 import signal
 import stat
@@ -81,8 +82,10 @@ class NewGuids(unittest.TestCase):
             self.assertEqual(ids_of(before, name), ids_of(after, name), name)
 
     def test_a_file_that_is_not_there_or_no_plan(self):
-        error = ["", "[Error] Local Velmora file does not exist."]
-        self.assertEqual(newguids(self.path), (1, LINES[:1] + error))
+        code, lines = newguids(self.path)
+        self.assertEqual((code, lines[:2], len(lines)), (1, [LINES[0], ""], 3))
+        self.assertRegex(lines[2], r'^\[Error\] Local Velmora file does not exist\. \(File ".*[/\\]'
+                         + re.escape(os.path.basename(self.path)) + r'"\)$')
         with open(self.path, "w", encoding="utf-8") as file:
             file.write("<Storage><Broken")
         code, lines = newguids(self.path)

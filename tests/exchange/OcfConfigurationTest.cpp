@@ -106,9 +106,18 @@ TEST_F(OcfConfiguration, NamesKeyAndFileOfAValueOfTheWrongType) {
 }
 
 TEST_F(OcfConfiguration, RefusesWhatIsNoSettingsFile) {
-  const std::string NoJson = "Cannot parse JSON file \"" + FFileName + "\".";
-  for (const auto* Text : {"", "[]", "5", "{\"Velmora\": {}", "{\"Velmora\": {}} x", "{\"Velmora\": \"\xFF\"}"}) {
-    EXPECT_EQ(ErrorOf(Text), NoJson) << Text;
+  const std::string NoJson = "Cannot parse JSON file \"" + FFileName + "\". (";
+  const std::pair<const char*, const char*> Places[] = {
+      {"", "Line 1, column 1)"},
+      {"[]", "The file holds no JSON object.)"},
+      {"5", "The file holds no JSON object.)"},
+      {"{\"Velmora\": {}", "Line 1, column 15)"},
+      {"{\"Velmora\": 1e999}", "A number is too large)"},
+      {"{\"Velmora\":\n {}} x", "Line 2, column 6)"},
+      {"\n{\"Velmora\":\n\"\xFF\"}", "Line 3, column 2)"},
+  };
+  for (const auto& [Text, Place] : Places) {
+    EXPECT_EQ(ErrorOf(Text), NoJson + Place) << Text;
   }
   const std::string NoSettings = "No configuration for \"Velmora\" found in file \"" + FFileName + "\").";
   for (const auto* Text : {"{}", "{\"velmora\": {}}", "{\"Velmora\": []}", "{\"Velmora\": null}"}) {

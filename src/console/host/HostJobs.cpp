@@ -43,6 +43,8 @@ constexpr std::array<TJob, 3> Jobs = {{{"export", Export}, {"import", Import}, {
 void Run(const std::vector<std::string>& AWords, TVELGlobals& AGlobals, const TLineSink& AnOutput) {
   for (const TJob& Job : Jobs) {
     if (AWords.size() == 2 && AWords.front() == Job.Name) {
+      AGlobals.Report().FJob = Job.Name;
+      AGlobals.Report().FSettings = AWords.back();
       Job.Run(AWords.back(), AGlobals, AnOutput);
       return;
     }

@@ -80,7 +80,11 @@ TQuillonDataObjectXMLReader::TQuillonDataObjectXMLReader(TQuillonDataStorage& AS
 
 void TQuillonDataObjectXMLReader::ThrowAt(const pugi::xml_node& ANode, std::string_view AReason) const {
   throw EQuillonDataObjectReaderError("Knoten " + PathOf(ANode) + " konnte nicht gelesen werden: " +
-                                      std::string(AReason) + " (" + ObjectAt(ANode) + "Datei \"" + FSource + "\")");
+                                      std::string(AReason) + " (" + PlaceOf(ANode) + ")");
+}
+
+std::string TQuillonDataObjectXMLReader::PlaceOf(const pugi::xml_node& ANode) const {
+  return ObjectAt(ANode) + "Datei \"" + FSource + "\"";
 }
 
 void TQuillonDataObjectXMLReader::ThrowExpected(const pugi::xml_node& ANode, std::string_view AWhat,
@@ -246,8 +250,13 @@ TQuillonDataObject& TQuillonDataObjectXMLReader::FindReferred(const pugi::xml_no
     return *Known;
   }
   const bool IsBase = !ABase.IsAbstract() && ABase.Tag() == ClassTag.value();
-  const TQuillonDataClass* const Class =
-      IsBase ? &ABase : TQuillonDataClassRegistry::Instance().FindClass(ClassTag.value(), ABase);
+  const TQuillonDataClass* Class = &ABase;
+  try {
+    Class = IsBase ? &ABase : TQuillonDataClassRegistry::Instance().FindClass(ClassTag.value(), ABase);
+  } catch (const EQuillonDataObjectReaderError& Error) {
+    throw EQuillonDataObjectReaderError(Error.what() + (" (Knoten " + PathOf(AnElement) + ", " + PlaceOf(AnElement)) +
+                                        ")");
+  }
   if (Class == nullptr) {
     ThrowAt(AnElement, "Klasse " + QuillonText::Quoted(ClassTag.value()) + " ist hier nicht erlaubt.");
   }

@@ -29,6 +29,8 @@ class TQuillonDataObjectXMLReader : public TQuillonDataObjectReader {
   TQuillonDataObject& FindReferred(const pugi::xml_node& AnElement, const TQuillonDataClass& ABase) const;
   TQuillonDataObject& ReadObject(const pugi::xml_node& AnElement, const TQuillonDataClass& ABase);
 
+  /// The object that a node belongs to, and the source.
+  std::string PlaceOf(const pugi::xml_node& ANode) const;
   /// @throws EQuillonDataObjectReaderError with the node's path, the object it belongs to, and the source
   [[noreturn]] void ThrowAt(const pugi::xml_node& ANode, std::string_view AReason) const;
   [[noreturn]] void ThrowExpected(const pugi::xml_node& ANode, std::string_view AWhat, std::string_view AName) const;

@@ -1,5 +1,6 @@
 #include "JsonUtils.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <span>
 #include <vector>
@@ -15,8 +16,25 @@ constexpr int MaxDepth = 64;
 
 constexpr const char* SettingsMember = "Velmora";
 
-[[noreturn]] void ThrowNoJson(const std::string& AFileName) {
-  throw EQuillonException("Cannot parse JSON file \"" + AFileName + "\".");
+[[noreturn]] void ThrowNoJson(const std::string& AFileName, const std::string& AReason) {
+  throw EQuillonException("Cannot parse JSON file \"" + AFileName + "\". (" + AReason + ")");
+}
+
+std::string TooLarge() { return "The JSON text is larger than " + std::to_string(MaxSize >> 20) + " MiB."; }
+
+/// Where a text ceases to be JSON. The parser's own words quote the text, which may be a secret.
+std::string PlaceOfFault(std::string_view AText) {
+  try {
+    [[maybe_unused]] const auto Parsed = nlohmann::json::parse(AText);
+  } catch (const nlohmann::json::parse_error& Error) {
+    const std::string_view Before = AText.substr(0, Error.byte > 0 ? Error.byte - 1 : 0);
+    const auto Line = std::ranges::count(Before, '\n') + 1;
+    const std::size_t Column = Before.size() - (Before.rfind('\n') + 1) + 1;
+    return "Line " + std::to_string(Line) + ", column " + std::to_string(Column);
+  } catch (const nlohmann::json::out_of_range&) {
+    return "A number is too large";
+  }
+  return "";
 }
 
 /// Counted ahead of the parser, which with a callback goes through all neighbours of each object.
@@ -44,7 +62,7 @@ std::string ReadText(const std::string& AFileName) {
   std::string Text;
   while (const std::size_t Count = Stream.Read(Block)) {
     if (Text.size() + Count > MaxSize) {
-      ThrowNoJson(AFileName);
+      ThrowNoJson(AFileName, TooLarge());
     }
     Text.append(Block.data(), Count);
   }
@@ -56,7 +74,7 @@ std::string ReadText(const std::string& AFileName) {
 nlohmann::json TJsonUtils::Parse(std::string_view AText) {
   using TJson = nlohmann::json;
   if (AText.size() > MaxSize) {
-    throw EQuillonException("The JSON text is larger than " + std::to_string(MaxSize >> 20) + " MiB.");
+    throw EQuillonException(TooLarge());
   }
   if (IsDeeperThan(AText, MaxDepth)) {
     if (!TJson::accept(AText)) {
@@ -73,11 +91,11 @@ nlohmann::json TJsonUtils::LoadJson(const std::string& AFileName) {
   nlohmann::json Document;
   try {
     Document = Parse(Text);
-  } catch (const EQuillonException&) {
-    ThrowNoJson(AFileName);
+  } catch (const EQuillonException& Error) {
+    ThrowNoJson(AFileName, Error.what());
   }
   if (!Document.is_object()) {
-    ThrowNoJson(AFileName);
+    ThrowNoJson(AFileName, Document.is_discarded() ? PlaceOfFault(Text) : "The file holds no JSON object.");
   }
   return Document;
 }

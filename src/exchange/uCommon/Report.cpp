@@ -7,7 +7,7 @@
 
 #include "QuillonFileReplacement.h"
 #include "QuillonFileSystem.h"
-#include "QuillonText.h"
+#include "QuillonNewFile.h"
 #include "platform/Process.h"
 
 namespace {
@@ -41,6 +41,18 @@ std::string Moment(std::chrono::system_clock::time_point ATime) {
          Digits(Time.minutes().count(), 2) + ":" + Digits(Time.seconds().count(), 2) + "Z";
 }
 
+/// Whether a file is another one, or a file of the set in the folder that the other one is.
+bool Concerns(const std::string& AFileName, const std::string& AnOther) {
+  if (AnOther.empty()) {
+    return false;
+  }
+  const auto IsOne = [](const std::string& AName1, const std::string& AName2) {
+    return TQuillonFilePath::IsPathEqual(AName1, AName2) || TQuillonFileSystem::SameFile(AName1, AName2);
+  };
+  return IsOne(AFileName, AnOther) || (TQuillonFilePath::IsExtensionEqual(AFileName, "csv") &&
+                                       IsOne(QuillonIO::FolderOf(TQuillonFilePath::GetFullPath(AFileName)), AnOther));
+}
+
 double SecondsSince(std::chrono::steady_clock::time_point ABegin) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - ABegin).count();
 }
@@ -57,6 +69,15 @@ TVELReport::TVELReport() {
 void TVELReport::SetFileName(const std::string& AFileName) {
   if (!FIsFixed) {
     FFileName = AFileName;
+  }
+}
+
+void TVELReport::SpareOtherFiles() {
+  for (const std::string& Other : {FSettings, FSource, FTarget}) {
+    if (IsWanted() && Concerns(FFileName, Other)) {
+      throw EQuillonException("The report may not take the place of \"" + std::exchange(FFileName, {}) +
+                              "\": the run reads or writes it.");
+    }
   }
 }
 
@@ -85,12 +106,8 @@ void TVELReport::Warn(std::string_view AKind, std::string AText) {
 
 void TVELReport::Finish(int AnExitCode, const std::string& AnError) {
   EndStage();
+  SpareOtherFiles();
   if (IsWanted()) {
-    for (const std::string& Other : {FSource, FTarget}) {
-      if (TQuillonFileSystem::SameFile(FFileName, Other)) {
-        throw EQuillonException("The report may not take the place of " + QuillonText::Quoted(Other) + ".");
-      }
-    }
     QuillonIO::ReplaceFile(FFileName, Document(AnExitCode, AnError));
   }
 }

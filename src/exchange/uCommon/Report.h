@@ -18,7 +18,7 @@ class TVELReport {
   struct TFile {
     std::string Name;
     std::uint64_t Rows = 0;     ///< without the header
-    std::uint64_t Skipped = 0;  ///< objects without a row, since the settings leave them out
+    std::uint64_t Skipped = 0;  ///< objects that have no row
   };
   /// What became of the objects of one kind.
   struct TKind {
@@ -33,6 +33,11 @@ class TVELReport {
 
   /// Where the report goes; VELMORA_REPORT of the environment has the last word.
   void SetFileName(const std::string& AFileName);
+
+  /// To be called as soon as settings, source and target are known.
+  /// @throws EQuillonException if the report would take the place of one of them, or of a file of a set in one of
+  ///         them; there will be no report then
+  void SpareOtherFiles();
 
   /// Whether there will be a report: what only that needs is left undone otherwise.
   bool IsWanted() const { return !FFileName.empty(); }
@@ -49,8 +54,9 @@ class TVELReport {
   /// @throws EQuillonFileHandleError, EQuillonFileSystemError
   void Finish(int AnExitCode, const std::string& AnError);
 
-  std::string FJob;      ///< a word for programs, as the next
-  std::string FOutcome;  ///< of a job that may have nothing to do
+  std::string FJob;       ///< a word for programs, as the next
+  std::string FOutcome;   ///< of a job that may have nothing to do
+  std::string FSettings;  ///< name of the configuration file
   std::string FSource;
   std::string FTarget;
   std::string FDataRelease;  ///< of the data file's format, and of the program that wrote it

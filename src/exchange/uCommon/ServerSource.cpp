@@ -24,12 +24,22 @@ class EAccessError : public EQuillonException {
       : EQuillonException("Cannot " + std::string(AVerb) + " Velmora file. No access rights.") {}
 };
 
+TGUID FileID(const std::string& AText) {
+  const auto ID = QuillonGuid::TryParse(AText);
+  if (!ID && !AText.empty()) {
+    throw EQuillonException(QuillonText::Quoted(AText) +
+                            " ist keine gültige GUID. (The file on the data server: serverFileId, or -sf)");
+  }
+  return ID.value_or(TGUID{});
+}
+
 /// A session on the data server for the file that the settings name.
 class TSession {
  public:
   TSession(TVELGlobals& AGlobals, const TVELServerOptions& AnOptions)
       : FGlobals(AGlobals),
-        FFileID(AnOptions.FServerFileId.empty() ? TGUID{} : QuillonGuid::Parse(AnOptions.FServerFileId)) {
+        FFileID(FileID(AnOptions.FServerFileId)),
+        FServer(AnOptions.FServerName + ":" + std::to_string(AnOptions.FServerPort)) {
     FSecrets.Hide(AnOptions.FServerPassword);
     FGlobals.RemoteChannel().SetHost(AnOptions.FServerName);
     FGlobals.RemoteChannel().SetPort(AnOptions.FServerPort);
@@ -63,8 +73,8 @@ class TSession {
   void Guarded(const TWork& AWork) {
     try {
       AWork();
-    } catch (const EQuillonSocketError&) {
-      throw;
+    } catch (const EQuillonSocketError& Error) {
+      throw EQuillonException(Error.what() + (" (Data server " + QuillonText::Quoted(FServer) + ")"));
     } catch (const EQuillonRemoteStorageServiceError& Error) {
       const std::string Text = FSecrets.Clean(Error.what());
       const bool IsEmpty = Text.find_first_not_of(' ') == std::string::npos;
@@ -81,6 +91,7 @@ class TSession {
 
   TVELGlobals& FGlobals;
   const TGUID FFileID;
+  const std::string FServer;  ///< for people
   TVELSecrets FSecrets;
 };
 

@@ -35,8 +35,7 @@ void TVELOstrelSynchronizer::LoadVelFile() {
     ServerSource::Load(FGlobals, Options());
   } else {
     const std::string FileName = GetFileName();
-    LocalSource::RequireFile(FileName);
-    OpenPlan(FileName);
+    LocalSource::Load(FileName, [&] { OpenPlan(FileName); });
   }
   TakeValidRange();
 }

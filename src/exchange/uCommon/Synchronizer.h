@@ -27,8 +27,8 @@ class TVELSynchronizer {
     if (ServerSource::IsServer(Options().FSourceProvider)) {
       ServerSource::Load(FGlobals, Options());
     } else {
-      LocalSource::RequireFile(Options().FSourceFileName);
-      FPlan.LoadFromFile(Options().FSourceFileName);
+      const std::string& FileName = Options().FSourceFileName;
+      LocalSource::Load(FileName, [&] { FPlan.LoadFromFile(FileName); });
     }
   }
 
@@ -41,12 +41,12 @@ class TVELSynchronizer {
   /// The part of the settings that tells where the data file is.
   virtual const TVELSourceOptions& Options() const = 0;
   /// For the constructor of a job: tells the report what this is about.
-  void BeginReport(std::string_view AJob, const std::string& ATarget) {
+  void BeginReport(const std::string& ATarget) {
     TVELReport& Report = FGlobals.Report();
     Report.SetFileName(Options().FReportFileName);
-    Report.FJob = AJob;
     Report.FSource = ServerSource::PlaceOf(Options().FSourceProvider, Options(), Options().FSourceFileName);
     Report.FTarget = ATarget;
+    Report.SpareOtherFiles();
   }
 
   TVELGlobals& FGlobals;

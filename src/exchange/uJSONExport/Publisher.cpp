@@ -44,7 +44,7 @@ std::array<const TVELPlanobjektliste*, 6> ObjectLists(const TVELPlan& APlan) {
 
 TVELJSONPublisher::TVELJSONPublisher(TVELGlobals& AGlobals, const std::string& ACfgFileName)
     : TVELSynchronizer(AGlobals, ACfgFileName), FCfgFileName(ACfgFileName) {
-  BeginReport("publish", Settings().FTargetFileName);
+  BeginReport(Settings().FTargetFileName);
   if (Settings().FTargetFileName.empty()) {
     ThrowWrong("targetFileName", "the name of the file to write");
   }

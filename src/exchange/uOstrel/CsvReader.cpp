@@ -92,11 +92,18 @@ void TVELOstrelCsvReader::Load(const uOstrel::TImportFile<T>& AFile) {
 /// Some catalogs can bring no new keys.
 void TVELOstrelCsvReader::CheckCatalog(const TCatalog& ACatalog) {
   const uOstrel::TIdIndex& Index = FImport.Index(ACatalog.Keys(*FPlan.FVerzeichnisse));
-  ForEachRow(FileOf(ACatalog), [&](const TCsvSource::TRow& ARow) {
-    if (Index.Find(ARow.ID.value_or(TGUID())) == nullptr) {
-      uOstrel::CatalogClass(ACatalog.Name);
+  const auto Found = FSources.find(FileOf(ACatalog));
+  const std::size_t Count = Found != FSources.end() ? Found->second.RowCount() : 0;
+  for (std::size_t Row = 0; Row < Count; ++Row) {
+    const TGUID ID = Found->second.Row(Row).ID.value_or(TGUID());
+    try {
+      if (Index.Find(ID) == nullptr) {
+        uOstrel::CatalogClass(ACatalog.Name);
+      }
+    } catch (const EQuillonException& Error) {
+      Found->second.Refuse(Row, "Id", Error.what() + (": the plan has no key " + QuillonGuid::Plain(ID)));
     }
-  });
+  }
 }
 
 template <class TTake>

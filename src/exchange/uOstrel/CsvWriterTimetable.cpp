@@ -113,17 +113,20 @@ void TVELOstrelCsvWriter::WriteScheduledLessons() {
   TCsvFile File = OpenFile("ScheduledLessons.csv");
   const auto Columns = uOstrel::ScheduledLessonColumns();
   uOstrel::WriteHeader(File, Columns);
-  TVELReport::TFile& Report = FGlobals.Report().File("ScheduledLessons.csv");
+  std::uint64_t Skipped = 0;
+  for (const TVELVeranstaltung* Course : FPlan.FVeranstaltungen) {
+    Skipped += static_cast<std::uint64_t>(Course->FTermine.Count());
+  }
   ForEachCourse([&](const TVELVeranstaltung& ACourse) {
     for (const TVELTermin* Appointment : ACourse.FTermine) {
-      if (Options().FOnlyScheduledLessons && !Appointment->Scheduled()) {
-        ++Report.Skipped;
-      } else {
+      if (!Options().FOnlyScheduledLessons || Appointment->Scheduled()) {
         const std::string Times = uOstrel::AppointmentTime(Scope().Plan, *Appointment, FValidFrom, FValidTo);
         uOstrel::WriteRow(File, Columns, {.Appointment = *Appointment, .Times = Times});
+        --Skipped;
       }
     }
   });
+  FGlobals.Report().File("ScheduledLessons.csv").Skipped = FAborted ? 0 : Skipped;
   ForEachAdditionalLesson([&](const TVELAenderung& AChange) { uOstrel::WriteChange(File, Columns, AChange); });
   File.Close();
 }

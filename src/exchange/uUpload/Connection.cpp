@@ -58,6 +58,14 @@ void TVELUploadConnection::Log(TQuillonLogEventType AnEventType, std::string_vie
 
 namespace uUpload {
 
+std::string WithoutLogin(const std::string& AnAddress) {
+  try {
+    return QuillonHttp::WithoutLogin(AnAddress);
+  } catch (const EQuillonHttpError&) {
+    return {};
+  }
+}
+
 nlohmann::json ObjectIn(const TQuillonHttpResponse& AResponse) {
   try {
     TJson Document = TJsonUtils::Parse(AResponse.Body);

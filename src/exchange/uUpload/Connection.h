@@ -34,6 +34,9 @@ class TVELUploadConnection {
 
 namespace uUpload {
 
+/// The address of a service for people and programs that may not know its login; empty for what is no such address.
+std::string WithoutLogin(const std::string& AnAddress);
+
 /// The body of an answer; null for what is no JSON object.
 nlohmann::json ObjectIn(const TQuillonHttpResponse& AResponse);
 

@@ -38,6 +38,7 @@ TEST(WindowsPaths, DrivesSharesAndBothDelimiters) {
                                                         {R"(\\server\share\a)", R"(\\server\share\)"},
                                                         {R"(\\server\share)", R"(\\server\share)"},
                                                         {R"(\\?\C:\a)", R"(\\?\C:\)"},
+                                                        {R"(\\?\unc\server\share\a)", R"(\\?\unc\server\share\)"},
                                                         {R"(\\?\UNC\server\share\a)", R"(\\?\UNC\server\share\)"},
                                                         {"a\\b", ""},
                                                         {"", ""}}) {

@@ -10,6 +10,7 @@
 #include <optional>
 #include <utility>
 
+#include "QuillonText.h"
 #include "QuillonTypes.h"
 #include "platform/FileInfo.h"
 #include "platform/windows/Replacement.h"
@@ -273,8 +274,8 @@ std::size_t RootLength(std::string_view APath) {
   if (APath.size() >= 2 && IsDelimiter(APath[0]) && IsDelimiter(APath[1])) {
     // Server and share, "\\?\" and a drive, or "\\?\UNC\" and a share.
     constexpr std::string_view UnlimitedShare = R"(\\?\UNC\)";
-    return BehindDelimiter(APath,
-                           BehindDelimiter(APath, APath.starts_with(UnlimitedShare) ? UnlimitedShare.size() : 2));
+    const bool IsUnlimited = QuillonText::EqualsIgnoreCase(APath.substr(0, UnlimitedShare.size()), UnlimitedShare);
+    return BehindDelimiter(APath, BehindDelimiter(APath, IsUnlimited ? UnlimitedShare.size() : 2));
   }
   if (APath.size() >= 2 && APath[1] == ':') {
     return APath.size() > 2 && IsDelimiter(APath[2]) ? 3 : 2;
