@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "platform/Service.h"
+
 namespace Platform {
 
 /// The system's clock and the local time zone.
@@ -18,16 +20,6 @@ class Clock {
 /// The clock in use: the system's, if none was put in its place.
 Clock& TheClock();
 
-/// Puts another clock in the system's place, for tests, as long as it lives. Not for use beside running threads.
-class ClockReplacement {
- public:
-  explicit ClockReplacement(Clock& AClock);
-  ClockReplacement(const ClockReplacement&) = delete;
-  ClockReplacement& operator=(const ClockReplacement&) = delete;
-  ~ClockReplacement();
-
- private:
-  Clock* FReplaced;
-};
+using ClockReplacement = ServiceReplacement<Clock>;
 
 }  // namespace Platform

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Service.h"
+
 /// Files as the operating system has them. Every failed call raises EQuillonWin32Error with the system's code.
 namespace Platform {
 
@@ -100,17 +102,7 @@ class FileSystem {
 /// The files in use: the system's, if none were put in their place.
 FileSystem& Files();
 
-/// Puts other files in the system's place, for tests, as long as it lives. Not for use beside running threads.
-class FilesReplacement {
- public:
-  explicit FilesReplacement(FileSystem& AFiles);
-  FilesReplacement(const FilesReplacement&) = delete;
-  FilesReplacement& operator=(const FilesReplacement&) = delete;
-  ~FilesReplacement();
-
- private:
-  FileSystem* FReplaced;
-};
+using FilesReplacement = ServiceReplacement<FileSystem>;
 
 /// Meanings of the system's error codes.
 bool IsAccessDenied(int AnErrorCode);

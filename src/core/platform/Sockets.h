@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Service.h"
+
 /// The system's sockets, IPv4 only. Every failed call raises EQuillonSocketError with the system's code.
 namespace Platform {
 
@@ -141,16 +143,6 @@ class SocketLayer {
 /// The sockets in use: the system's, if none were put in their place.
 SocketLayer& Sockets();
 
-/// Puts other sockets in the system's place, for tests, as long as it lives. Not for use beside running threads.
-class SocketsReplacement {
- public:
-  explicit SocketsReplacement(SocketLayer& ASockets);
-  SocketsReplacement(const SocketsReplacement&) = delete;
-  SocketsReplacement& operator=(const SocketsReplacement&) = delete;
-  ~SocketsReplacement();
-
- private:
-  SocketLayer* FReplaced;
-};
+using SocketsReplacement = ServiceReplacement<SocketLayer>;
 
 }  // namespace Platform

@@ -25,16 +25,10 @@ Platform::Clock& System() {
   return Clock;
 }
 
-Platform::Clock* Current = nullptr;
-
 }  // namespace
 
 namespace Platform {
 
-Clock& TheClock() { return Current != nullptr ? *Current : System(); }
-
-ClockReplacement::ClockReplacement(Clock& AClock) : FReplaced(Current) { Current = &AClock; }
-
-ClockReplacement::~ClockReplacement() { Current = FReplaced; }
+Clock& TheClock() { return ClockReplacement::Current(System); }
 
 }  // namespace Platform

@@ -204,17 +204,11 @@ Platform::FileSystem& System() {
   return Files;
 }
 
-Platform::FileSystem* Current = nullptr;
-
 }  // namespace
 
 namespace Platform {
 
-FileSystem& Files() { return Current != nullptr ? *Current : System(); }
-
-FilesReplacement::FilesReplacement(FileSystem& AFiles) : FReplaced(Current) { Current = &AFiles; }
-
-FilesReplacement::~FilesReplacement() { Current = FReplaced; }
+FileSystem& Files() { return FilesReplacement::Current(System); }
 
 bool IsAccessDenied(int AnErrorCode) { return AnErrorCode == EACCES; }
 

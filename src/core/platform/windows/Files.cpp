@@ -221,8 +221,6 @@ Platform::FileSystem& System() {
   return Files;
 }
 
-Platform::FileSystem* Current = nullptr;
-
 bool IsOneOf(int AnErrorCode, std::initializer_list<DWORD> ACodes) {
   return std::ranges::find(ACodes, static_cast<DWORD>(AnErrorCode)) != ACodes.end();
 }
@@ -239,11 +237,7 @@ std::size_t BehindDelimiter(std::string_view APath, std::size_t AFrom) {
 
 namespace Platform {
 
-FileSystem& Files() { return Current != nullptr ? *Current : System(); }
-
-FilesReplacement::FilesReplacement(FileSystem& AFiles) : FReplaced(Current) { Current = &AFiles; }
-
-FilesReplacement::~FilesReplacement() { Current = FReplaced; }
+FileSystem& Files() { return FilesReplacement::Current(System); }
 
 bool IsAccessDenied(int AnErrorCode) { return AnErrorCode == ERROR_ACCESS_DENIED; }
 

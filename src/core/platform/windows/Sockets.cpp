@@ -399,18 +399,12 @@ Platform::SocketLayer& System() {
   return Sockets;
 }
 
-Platform::SocketLayer* Current = nullptr;
-
 }  // namespace
 
 namespace Platform {
 
 const std::uint32_t NoSocketError = WSAENOTSOCK;
 
-SocketLayer& Sockets() { return Current != nullptr ? *Current : System(); }
-
-SocketsReplacement::SocketsReplacement(SocketLayer& ASockets) : FReplaced(Current) { Current = &ASockets; }
-
-SocketsReplacement::~SocketsReplacement() { Current = FReplaced; }
+SocketLayer& Sockets() { return SocketsReplacement::Current(System); }
 
 }  // namespace Platform
