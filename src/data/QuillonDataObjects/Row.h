@@ -122,7 +122,7 @@ struct TQuillonDataRow {
     void (*Run)(TObject&);
   };
 
-  std::string_view Name;  ///< ends with a NUL behind its last character
+  std::string_view Name;
   TQuillonRowKind Kind = TQuillonRowKind::Hook;
   std::variant<std::monostate, TNumber, TFloat, TText, TGuid, TIntegers, TStrings, TPicture, TPointer, TItems, TStep>
       Access;

@@ -157,7 +157,7 @@ void TQuillonDataStorage::LoadFrom(const std::string& AFileName, const TOpen& An
     if (FFileFormat == ffBinary) {
       LoadFromBinStream(*Stream);
     } else {
-      LoadFromXML(QuillonIO::ReadIntoBuffer(*Stream), FFileName);
+      LoadFromXML(*Stream, FFileName);
     }
   }
   FModified = false;

@@ -111,6 +111,8 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   /// @param ADocument the file's bytes; used up by the parser
   /// @param ASource what messages call the document, usually its file name
   void LoadFromXML(TQuillonBuffer ADocument, std::string_view ASource);
+  /// The same from the stream's position on; one that can seek is not held in memory as a rule.
+  void LoadFromXML(TQuillonStream& AStream, std::string_view ASource);
   std::string SaveToXML() const;
   /// The binary form, from the stream's position on; the stream stands behind it then.
   /// @throws EQuillonReaderError, EQuillonDataObjectReaderError; the storage then holds what was read so far
@@ -181,6 +183,11 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   void FreeUnheld();
   /// Empties the storage and reads it with the reader.
   void LoadWith(TQuillonDataObjectReader& AReader);
+  /// Reads a document while it passes by, into a storage that is as it was made.
+  /// @return false, and nothing has changed, for what only the reader of whole documents can judge
+  bool PullFromXML(TQuillonStream& AStream);
+  /// Reads the document as a whole, and tells what is wrong with it.
+  void ReadWholeXML(TQuillonBuffer ADocument, std::string_view ASource);
   /// Reads without tracking or recording anything.
   template <class TRead>
   void WhileReading(const TRead& ARead);

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <exception>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "QuillonIO.h"
+
+/// What TQuillonXMLPull leaves to TQuillonXMLDocument: all errors, and what our own files never have.
+class TQuillonXMLUnusual : public std::exception {
+ public:
+  const char* what() const noexcept override { return "unusual XML"; }
+};
+
+/// Walks an XML document forward, element by element, through a small window over its stream.
+///
+/// Takes only what TQuillonXMLDocument reads the same way: UTF-8 without sections, comments and instructions, names and
+/// attributes of ASCII, no text beside elements. All else raises TQuillonXMLUnusual, be it well-formed or not. Views
+/// that are handed out hold until the next call.
+class TQuillonXMLPull {
+ public:
+  /// Enters the document element.
+  /// @throws TQuillonXMLUnusual if that has another name; and so for all below
+  TQuillonXMLPull(TQuillonStream& AStream, std::string_view ADocumentElement);
+
+  /// Enters the next child of the open element; false at its end, which is passed then. Text is unusual.
+  /// @param AGuess the name that the child probably has
+  bool NextChild(std::string_view AGuess);
+  /// Passes the open element up to its end, whatever is in it.
+  void Leave();
+  /// Passes the open element, which has a text alone. @return the text, without references and returns
+  std::string_view ReadText();
+  /// Only blanks may come behind the document element.
+  void Finish();
+
+  /// Of the element that was entered last.
+  std::string_view Name() const { return FName; }
+  bool IsAsGuessed() const { return FIsAsGuessed; }
+  /// Value of an attribute of it; a view of null where there is none.
+  std::string_view Attribute(std::string_view AName) const;
+
+ private:
+  /// Where the open element stands.
+  enum class TState : std::uint8_t {
+    Entered,  ///< just behind its start tag; it is not among the open names yet
+    Empty,    ///< behind a tag that was its end too
+    Inside
+  };
+  struct TAttribute {
+    std::string_view Name;
+    std::string_view Value;
+  };
+
+  void Refill();
+  void CheckNew(char* AFrom);
+  void EnterDocument(std::string_view ADocumentElement);
+  void PassDeclaration();
+  bool HasTag(const char* APlace) const { return FEnd - APlace >= LongestTag || FIsEnd; }
+  void PassBlanks();
+  void PassText();
+  void StartTag(std::string_view AGuess);
+  void ReadAttributes(char* ANext);
+  void Push();
+  void EndTag();
+  std::string_view ReadLongText();
+
+  /// Bytes that stand in the window from a tag on, unless the document ends before.
+  static constexpr std::ptrdiff_t LongestTag = 4096;
+  static constexpr std::size_t MostAttributes = 4;
+
+  TQuillonStream& FStream;
+  TQuillonBuffer FWindow;
+  char* FNext = nullptr;
+  char* FEnd = nullptr;      ///< zeros follow
+  char* FChecked = nullptr;  ///< up to here the bytes are known to be UTF-8
+  bool FIsEnd = false;       ///< of the stream
+  bool FIsAsGuessed = false;
+  TState FState = TState::Inside;
+  std::string_view FName;
+  std::array<TAttribute, MostAttributes> FAttributes;
+  std::size_t FAttributeCount = 0;
+  std::string FOpenNames;          ///< one behind the other
+  std::vector<std::size_t> FOpen;  ///< where each begins
+};
