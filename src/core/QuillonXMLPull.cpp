@@ -3,6 +3,7 @@
 #include <utf8.h>
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
@@ -15,6 +16,7 @@ constexpr std::size_t WindowSize = 1U << 18;
 /// Zeros behind the window's content: what is compared there ahead of a look at the end.
 constexpr std::size_t Margin = 8192;
 constexpr std::size_t LongestName = 1024;
+constexpr std::size_t LongestIndent = 256;
 
 constexpr auto TableOf(std::string_view ACharacters) {
   std::array<bool, 256> Is{};
@@ -25,8 +27,6 @@ constexpr auto TableOf(std::string_view ACharacters) {
 }
 
 constexpr auto NameCharacters = TableOf("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-.");
-constexpr auto Blanks = TableOf(" \n\r\t");
-constexpr auto NameEnds = TableOf(" \n\r\t/>");
 
 bool IsOf(const std::array<bool, 256>& ATable, char AChar) { return ATable[static_cast<unsigned char>(AChar)]; }
 
@@ -38,15 +38,64 @@ void Demand(bool ACondition) {
   }
 }
 
-char* SkipBlanks(char* AText) {
-  constexpr std::uint64_t EightBlanks = 0x2020202020202020U;
-  for (;; ++AText) {
-    for (std::uint64_t Word = 0; std::memcpy(&Word, AText, sizeof Word), Word == EightBlanks;) {
-      AText += sizeof Word;
+template <class T>
+T WordAt(const char* AText) {
+  T Word = 0;
+  std::memcpy(&Word, AText, sizeof Word);
+  return Word;
+}
+
+/// Whether two texts of a length are the same, as quick as names are short.
+bool IsSame(const char* A, const char* B, std::size_t ALength) {
+  const auto IsSameIn = [&](auto AWord) {
+    using TWord = decltype(AWord);
+    for (std::size_t I = 0; I + sizeof(TWord) < ALength; I += sizeof(TWord)) {
+      if (WordAt<TWord>(A + I) != WordAt<TWord>(B + I)) {
+        return false;
+      }
     }
-    if (!IsOf(Blanks, *AText)) {
+    const std::size_t Last = ALength - sizeof(TWord);
+    return WordAt<TWord>(A + Last) == WordAt<TWord>(B + Last);
+  };
+  if (ALength >= sizeof(std::uint64_t)) {
+    return IsSameIn(std::uint64_t{0});
+  }
+  return ALength >= sizeof(std::uint16_t) ? IsSameIn(std::uint16_t{0}) : ALength == 0 || *A == *B;
+}
+
+/// Index of the first byte in memory that is not zero.
+std::size_t FirstByteOf(std::uint64_t AWord) {
+  constexpr bool IsLittle = std::endian::native == std::endian::little;
+  return static_cast<std::size_t>(IsLittle ? std::countr_zero(AWord) : std::countl_zero(AWord)) / 8;
+}
+
+constexpr std::uint64_t EightBlanks = 0x2020202020202020U;
+
+/// Whether a text begins with a line break, blanks up to ALength, and a tag: no step has to wait for another one.
+bool IsIndent(const char* AText, std::size_t ALength) {
+  constexpr std::size_t Step = sizeof EightBlanks;
+  if (ALength <= Step || *AText != '\n' || AText[ALength] != '<') {
+    return false;
+  }
+  std::uint64_t Others = WordAt<std::uint64_t>(AText + ALength - Step) ^ EightBlanks;
+  for (std::size_t I = 1; I + Step < ALength; I += Step) {
+    Others |= WordAt<std::uint64_t>(AText + I) ^ EightBlanks;
+  }
+  return Others == 0;
+}
+
+char* SkipBlanks(char* AText) {
+  for (;;) {
+    const std::uint64_t Others = WordAt<std::uint64_t>(AText) ^ EightBlanks;
+    if (Others == 0) {
+      AText += sizeof Others;
+      continue;
+    }
+    AText += FirstByteOf(Others);
+    if (*AText != '\n' && *AText != '\r' && *AText != '\t') {
       return AText;
     }
+    ++AText;
   }
 }
 
@@ -104,11 +153,6 @@ char* CleanFrom(char* AFirst, const char* AnEnd) {
   return To;
 }
 
-std::string_view Clean(char* AText, char* AnEnd) {
-  char* const First = std::find_if(AText, AnEnd, [](char C) { return C == '&' || C == '\r'; });
-  return {AText, First == AnEnd ? AnEnd : CleanFrom(First, AnEnd)};
-}
-
 /// The end of what consists of whole characters for sure.
 char* WholeEnd(char* ABegin, char* AnEnd) {
   constexpr std::ptrdiff_t LongestCharacter = 4;
@@ -146,6 +190,7 @@ void TQuillonXMLPull::Refill() {
   FIsEnd = Got == 0;
   FEnd = FNext + Kept + Got;
   std::memset(FEnd, 0, Margin);
+  FReference = FReturn = nullptr;
   CheckNew(FNext + Checked);
 }
 
@@ -167,8 +212,8 @@ void TQuillonXMLPull::EnterDocument(std::string_view ADocumentElement) {
     PassDeclaration();
   }
   PassBlanks();
-  StartTag(ADocumentElement);
-  Demand(FIsAsGuessed);
+  StartTag();
+  Demand(FName == ADocumentElement);
 }
 
 void TQuillonXMLPull::PassDeclaration() {
@@ -186,8 +231,16 @@ void TQuillonXMLPull::PassDeclaration() {
 
 /// Leaves FNext at a tag that stands whole in the window, if it is not too long.
 void TQuillonXMLPull::PassBlanks() {
-  while (FNext = SkipBlanks(FNext), !HasTag(FNext)) {
+  if (HasTag(FNext + FIndent) && IsIndent(FNext, FIndent)) {
+    FNext += FIndent;
+    return;
+  }
+  const char* const Begin = FNext;
+  FNext = SkipBlanks(FNext);
+  FIndent = std::min(static_cast<std::size_t>(FNext - Begin), LongestIndent);
+  while (!HasTag(FNext)) {
     Refill();
+    FNext = SkipBlanks(FNext);
   }
   Demand(*FNext == '<');
 }
@@ -205,21 +258,43 @@ void TQuillonXMLPull::PassText() {
   }
 }
 
-void TQuillonXMLPull::StartTag(std::string_view AGuess) {
+/// Takes the start tag at FNext if it is as guessed.
+bool TQuillonXMLPull::StartGuessed(const TGuess& AGuess) {
   char* const Begin = FNext + 1;
-  char* Next = Begin + AGuess.size();
-  FIsAsGuessed = !AGuess.empty() && std::memcmp(Begin, AGuess.data(), AGuess.size()) == 0 && IsOf(NameEnds, *Next);
-  if (!FIsAsGuessed) {
-    Next = SkipName(Begin);
+  const std::size_t Size = AGuess.Head.size();
+  if (Size == 0 || !IsSame(Begin, AGuess.Head.data(), Size)) {
+    return false;
   }
+  char* Next = Begin + Size - 1;
+  if (*Next != '>') {
+    char* const Last = static_cast<char*>(std::memchr(Next + 1, *Next, static_cast<std::size_t>(FEnd - Next) - 1));
+    if (Last == nullptr || Last - FNext >= LongestTag) {
+      return false;
+    }
+    FLastValue = {Next + 1, Last};
+    Next = Last + (Last[1] == '/' ? 2 : 1);
+    if (*Next != '>') {
+      return false;
+    }
+  }
+  FName = {Begin, AGuess.NameSize};
+  FAttributeCount = 0;
+  FState = Next[-1] == '/' ? TState::Empty : TState::Entered;
+  FNext = Next + 1;
+  return true;
+}
+
+void TQuillonXMLPull::StartTag() {
+  char* const Begin = FNext + 1;
+  char* const Next = SkipName(Begin);
   FName = {Begin, Next};
   FAttributeCount = 0;
-  if (*Next == '>') {
-    FNext = Next + 1;
-    FState = TState::Entered;
-  } else {
-    ReadAttributes(Next);
-  }
+  ReadAttributes(Next);
+}
+
+void TQuillonXMLPull::Remember(TGuess& AGuess) const {
+  AGuess.Head = FHead.size() <= static_cast<std::size_t>(LongestName) ? FHead : std::string_view();
+  AGuess.NameSize = FName.size();
 }
 
 void TQuillonXMLPull::ReadAttributes(char* ANext) {
@@ -229,6 +304,7 @@ void TQuillonXMLPull::ReadAttributes(char* ANext) {
       FState = *Begin == '>' ? TState::Entered : TState::Empty;
       FNext = Begin + (*Begin == '>' ? 1 : 2);
       Demand(FNext[-1] == '>');
+      FHead = {FName.data(), FAttributeCount > 0 ? FLastValue.data() : FNext};
       return;
     }
     Demand(Begin != ANext && FAttributeCount < MostAttributes);
@@ -238,8 +314,8 @@ void TQuillonXMLPull::ReadAttributes(char* ANext) {
     char* const Value = End + 2;
     char* const Last = static_cast<char*>(std::memchr(Value, Quote, static_cast<std::size_t>(FEnd - Value)));
     Demand(Last != nullptr && Last - FNext < LongestTag);
-    Demand(std::none_of(Value, Last, [](char C) { return C == '<' || C == '&' || C == '\r'; }));
-    FAttributes[FAttributeCount++] = {.Name = {Begin, End}, .Value = {Value, Last}};
+    FLastValue = {Value, Last};
+    FAttributes[FAttributeCount++] = {.Name = {Begin, End}, .Value = FLastValue};
     ANext = Last + 1;
   }
 }
@@ -263,7 +339,7 @@ void TQuillonXMLPull::Push() {
 void TQuillonXMLPull::EndTag() {
   const std::size_t Start = FOpen.back();
   const std::size_t Length = FOpenNames.size() - Start;
-  Demand(std::memcmp(FNext + 2, FOpenNames.data() + Start, Length) == 0);
+  Demand(IsSame(FNext + 2, FOpenNames.data() + Start, Length));
   FNext = SkipBlanks(FNext + 2 + Length);
   Demand(*FNext == '>');
   ++FNext;
@@ -271,7 +347,7 @@ void TQuillonXMLPull::EndTag() {
   FOpen.pop_back();
 }
 
-bool TQuillonXMLPull::NextChild(std::string_view AGuess) {
+bool TQuillonXMLPull::NextChild(const TGuess& AGuess) {
   if (FState == TState::Empty) {
     FState = TState::Inside;
     return false;
@@ -284,11 +360,19 @@ bool TQuillonXMLPull::NextChild(std::string_view AGuess) {
     EndTag();
     return false;
   }
-  StartTag(AGuess);
+  FIsAsGuessed = StartGuessed(AGuess);
+  if (!FIsAsGuessed) {
+    StartTag();
+  }
   return true;
 }
 
-void TQuillonXMLPull::Leave() {
+void TQuillonXMLPull::LeaveContent() {
+  char* Text = nullptr;
+  char* End = nullptr;
+  if (FState == TState::Entered && LeaveLeaf(Text, End)) {
+    return;
+  }
   const std::size_t Outer = FOpen.size() - (FState == TState::Inside ? 1 : 0);
   do {
     if (FState == TState::Entered) {
@@ -301,7 +385,7 @@ void TQuillonXMLPull::Leave() {
       if (FNext[1] == '/') {
         EndTag();
       } else {
-        StartTag({});
+        StartTag();
       }
     }
   } while (FState != TState::Inside || FOpen.size() != Outer);
@@ -312,20 +396,42 @@ std::string_view TQuillonXMLPull::ReadText() {
     FState = TState::Inside;
     return {};
   }
-  char* const Text = FNext;
-  auto* const Less = static_cast<char*>(std::memchr(Text, '<', static_cast<std::size_t>(FEnd - Text)));
-  if (Less == nullptr || !HasTag(Less)) {
-    return ReadLongText();
-  }
-  Demand(Less[1] == '/' && std::memcmp(Less + 2, FName.data(), FName.size()) == 0);
-  FNext = SkipBlanks(Less + 2 + FName.size());
-  Demand(*FNext == '>');
-  ++FNext;
-  FState = TState::Inside;
-  return Clean(Text, Less);
+  char* Text = nullptr;
+  char* End = nullptr;
+  return LeaveLeaf(Text, End) ? Clean(Text, End) : ReadLongText();
 }
 
-/// As ReadText where the window ends soon or within the text.
+/// Passes the element just entered, if it has a text alone and all of it stands in the window.
+bool TQuillonXMLPull::LeaveLeaf(char*& AText, char*& AnEnd) {
+  AText = FNext;
+  AnEnd = static_cast<char*>(std::memchr(FNext, '<', static_cast<std::size_t>(FEnd - FNext)));
+  if (AnEnd == nullptr || !HasTag(AnEnd) || AnEnd[1] != '/' || !IsSame(AnEnd + 2, FName.data(), FName.size())) {
+    return false;
+  }
+  char* const Close = AnEnd + 2 + FName.size();
+  if (*Close != '>') {
+    return false;
+  }
+  FNext = Close + 1;
+  FState = TState::Inside;
+  return true;
+}
+
+/// The first such character from a place on, if that is in the window; else the window's end.
+char* TQuillonXMLPull::NextMark(char*& AMark, char AChar, char* AFrom) const {
+  if (AMark == nullptr || AMark < AFrom) {
+    auto* const Found = static_cast<char*>(std::memchr(AFrom, AChar, static_cast<std::size_t>(FEnd - AFrom)));
+    AMark = Found != nullptr ? Found : FEnd;
+  }
+  return AMark;
+}
+
+std::string_view TQuillonXMLPull::Clean(char* AText, char* AnEnd) {
+  char* const First = std::min(NextMark(FReference, '&', AText), NextMark(FReturn, '\r', AText));
+  return {AText, First < AnEnd ? CleanFrom(First, AnEnd) : AnEnd};
+}
+
+/// As ReadText where the end is not in the window, or written in another way.
 std::string_view TQuillonXMLPull::ReadLongText() {
   Push();
   std::size_t Length = 0;

@@ -22,15 +22,28 @@ class TQuillonXMLUnusual : public std::exception {
 /// that are handed out hold until the next call.
 class TQuillonXMLPull {
  public:
+  /// How a start tag was written, up to the value of its last attribute. What comes is compared with that ahead of
+  /// being taken apart.
+  struct TGuess {
+    std::string Head;
+    std::size_t NameSize = 0;
+  };
+
   /// Enters the document element.
   /// @throws TQuillonXMLUnusual if that has another name; and so for all below
   TQuillonXMLPull(TQuillonStream& AStream, std::string_view ADocumentElement);
 
   /// Enters the next child of the open element; false at its end, which is passed then. Text is unusual.
-  /// @param AGuess the name that the child probably has
-  bool NextChild(std::string_view AGuess);
+  /// @param AGuess the tag that the child probably has
+  bool NextChild(const TGuess& AGuess);
   /// Passes the open element up to its end, whatever is in it.
-  void Leave();
+  void Leave() {
+    if (FState == TState::Empty) {
+      FState = TState::Inside;
+    } else {
+      LeaveContent();
+    }
+  }
   /// Passes the open element, which has a text alone. @return the text, without references and returns
   std::string_view ReadText();
   /// Only blanks may come behind the document element.
@@ -39,7 +52,13 @@ class TQuillonXMLPull {
   /// Of the element that was entered last.
   std::string_view Name() const { return FName; }
   bool IsAsGuessed() const { return FIsAsGuessed; }
-  /// Value of an attribute of it; a view of null where there is none.
+  /// Makes its tag the guess.
+  void Remember(TGuess& AGuess) const;
+  /// Value of the last one of its attributes.
+  std::string_view LastValue() const { return FLastValue; }
+  /// Its attributes, unless it came as guessed.
+  std::size_t AttributeCount() const { return FAttributeCount; }
+  /// Value of one as it stands there, references and all; a view of null where there is none.
   std::string_view Attribute(std::string_view AName) const;
 
  private:
@@ -61,11 +80,16 @@ class TQuillonXMLPull {
   bool HasTag(const char* APlace) const { return FEnd - APlace >= LongestTag || FIsEnd; }
   void PassBlanks();
   void PassText();
-  void StartTag(std::string_view AGuess);
+  void LeaveContent();
+  bool StartGuessed(const TGuess& AGuess);
+  void StartTag();
   void ReadAttributes(char* ANext);
   void Push();
   void EndTag();
+  bool LeaveLeaf(char*& AText, char*& AnEnd);
   std::string_view ReadLongText();
+  char* NextMark(char*& AMark, char AChar, char* AFrom) const;
+  std::string_view Clean(char* AText, char* AnEnd);
 
   /// Bytes that stand in the window from a tag on, unless the document ends before.
   static constexpr std::ptrdiff_t LongestTag = 4096;
@@ -74,12 +98,17 @@ class TQuillonXMLPull {
   TQuillonStream& FStream;
   TQuillonBuffer FWindow;
   char* FNext = nullptr;
-  char* FEnd = nullptr;      ///< zeros follow
-  char* FChecked = nullptr;  ///< up to here the bytes are known to be UTF-8
-  bool FIsEnd = false;       ///< of the stream
+  char* FEnd = nullptr;        ///< zeros follow
+  char* FChecked = nullptr;    ///< up to here the bytes are known to be UTF-8
+  char* FReference = nullptr;  ///< the next "&", unless it is behind us
+  char* FReturn = nullptr;     ///< as well
+  bool FIsEnd = false;         ///< of the stream
   bool FIsAsGuessed = false;
   TState FState = TState::Inside;
+  std::size_t FIndent = 0;  ///< characters from a line's end to the tag that came last
   std::string_view FName;
+  std::string_view FHead;
+  std::string_view FLastValue;
   std::array<TAttribute, MostAttributes> FAttributes;
   std::size_t FAttributeCount = 0;
   std::string FOpenNames;          ///< one behind the other

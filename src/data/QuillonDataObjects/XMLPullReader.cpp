@@ -1,7 +1,6 @@
 #include "QuillonDataObjects/XMLPullReader.h"
 
 #include <algorithm>
-#include <iterator>
 #include <set>
 
 #include "QuillonDataObjects/DataClass.h"
@@ -26,7 +25,7 @@ TQuillonDataObjectXMLPullReader::TQuillonDataObjectXMLPullReader(TQuillonDataSto
 TQuillonDataObjectXMLPullReader::TTable& TQuillonDataObjectXMLPullReader::TableOf(const TQuillonDataClass& AClass) {
   TTable& Table = FTables[&AClass];
   const std::span<const TRow> Rows = AClass.Rows();
-  if (Table.Guesses.empty()) {
+  if (Table.Elements.empty()) {
     Table.NextOfName.assign(Rows.size(), Rows.size());
     std::vector<std::size_t> Last(Rows.size());
     for (std::size_t I = 0; I < Rows.size(); ++I) {
@@ -36,7 +35,12 @@ TQuillonDataObjectXMLPullReader::TTable& TQuillonDataObjectXMLPullReader::TableO
       }
       Last[First] = I;
     }
-    Table.Guesses.assign(Rows.size() + 1, 0);
+    Table.Elements.resize(Rows.size() + 1);
+    Table.Items.resize(Rows.size());
+    for (std::size_t I = 0; I < Rows.size(); ++I) {
+      Table.IsPlain.push_back(Rows[I].FirstOfName == I && Table.NextOfName[I] == Rows.size() && !Rows[I].HasSince &&
+                              !Rows[I].HasUntil);
+    }
   }
   return Table;
 }
@@ -45,20 +49,19 @@ void TQuillonDataObjectXMLPullReader::ReadRows(TQuillonDataAbstractObject& AnObj
   const TQuillonDataClass& Class = AnObject.DataClass();
   const std::span<const TRow> Rows = Class.Rows();
   TPlace Place{.Object = AnObject, .Release = Storage().FileRelease(), .Table = TableOf(Class)};
-  for (;;) {
-    std::size_t& Guess = Place.Table.Guesses[Place.Next];
-    if (!FPull.NextChild(Rows[Guess].Name)) {
-      break;
-    }
+  while (FPull.NextChild((Place.Element = &Place.Table.Elements[Place.Next])->Tag)) {
+    TGuess& Guess = *Place.Element;
     if (!FPull.IsAsGuessed()) {
-      const std::size_t Found = Class.FindRow(FPull.Name(), Place.Next);
-      if (Found == Rows.size()) {
-        FPull.Leave();
-        continue;
-      }
-      Guess = Found;
+      Guess.Row = Class.FindRow(FPull.Name(), Place.Next);
+      RememberPlain(Guess);
     }
-    ReadElement(Place, Guess);
+    if (Guess.Row == Rows.size()) {
+      FPull.Leave();
+    } else if (Place.Table.IsPlain[Guess.Row] && Guess.Row >= Place.Next) {
+      ReadPlain(Place, Guess.Row);
+    } else {
+      ReadElement(Place, Guess.Row);
+    }
   }
   PassRows(Place, Rows.size());
 }
@@ -78,6 +81,13 @@ std::size_t TQuillonDataObjectXMLPullReader::FindRead(const TPlace& APlace, std:
   return ARow;
 }
 
+/// Reads the element of a row, whose turn it is behind those ahead of it.
+void TQuillonDataObjectXMLPullReader::ReadPlain(TPlace& APlace, std::size_t ARow) {
+  PassRows(APlace, ARow);
+  ReadValue(APlace, ARow);
+  APlace.Next = ARow + 1;
+}
+
 void TQuillonDataObjectXMLPullReader::ReadElement(TPlace& APlace, std::size_t AFound) {
   const std::span<const TRow> Rows = APlace.Object.DataClass().Rows();
   const std::size_t First = Rows[AFound].FirstOfName;
@@ -87,13 +97,13 @@ void TQuillonDataObjectXMLPullReader::ReadElement(TPlace& APlace, std::size_t AF
     return;
   }
   Demand(First >= APlace.Next);
-  PassRows(APlace, Found);
-  if (const std::size_t Second = APlace.Table.NextOfName[Found]; FindRead(APlace, Second) < Rows.size()) {
-    ReadHeld(APlace, Found);
+  if (FindRead(APlace, APlace.Table.NextOfName[Found]) == Rows.size()) {
+    ReadPlain(APlace, Found);
   } else {
-    ReadValue(APlace.Object, Rows[Found]);
+    PassRows(APlace, Found);
+    ReadHeld(APlace, Found);
+    APlace.Next = Found + 1;
   }
-  APlace.Next = Found + 1;
 }
 
 /// Reads an element for a row and for those of its name that come later.
@@ -102,8 +112,7 @@ void TQuillonDataObjectXMLPullReader::ReadHeld(TPlace& APlace, std::size_t ARow)
   Demand(Row.Kind != TQuillonRowKind::Object && Row.Kind != TQuillonRowKind::List);
   THeld& Held = APlace.Held.emplace_back(Row.FirstOfName);
   if (Row.Kind == TQuillonRowKind::Reference) {
-    Held.Referred = &FindReferred(Row.As<TRow::TPointer>().Class());
-    FPull.Leave();
+    Held.Referred = &ReadReference(Row.As<TRow::TPointer>().Class(), *APlace.Element);
   } else {
     Held.Text = FPull.ReadText();
   }
@@ -140,91 +149,162 @@ void TQuillonDataObjectXMLPullReader::PassRow(const TPlace& APlace, std::size_t 
   }
 }
 
-void TQuillonDataObjectXMLPullReader::ReadValue(TQuillonDataAbstractObject& AnObject, const TRow& ARow) {
-  switch (ARow.Kind) {
-    case TQuillonRowKind::Object:
-      ARow.As<TRow::TPointer>().Set(AnObject, &ReadObject(ARow.As<TRow::TPointer>().Class()));
+void TQuillonDataObjectXMLPullReader::ReadValue(TPlace& APlace, std::size_t ARow) {
+  const TRow& Row = APlace.Object.DataClass().Rows()[ARow];
+  switch (Row.Kind) {
+    case TQuillonRowKind::Object: {
+      const auto& Access = Row.As<TRow::TPointer>();
+      Access.Set(APlace.Object, &ReadObject(Access.Class(), *APlace.Element));
       break;
+    }
     case TQuillonRowKind::Reference: {
-      TQuillonDataObject& Referred = FindReferred(ARow.As<TRow::TPointer>().Class());
-      FPull.Leave();
-      ARow.As<TRow::TPointer>().Set(AnObject, &Referred);
+      const auto& Access = Row.As<TRow::TPointer>();
+      Access.Set(APlace.Object, &ReadReference(Access.Class(), *APlace.Element));
       break;
     }
     case TQuillonRowKind::List:
-      ReadList(AnObject, ARow);
+      ReadList(APlace, ARow);
       break;
     default:
-      QuillonXMLValues::Read(AnObject, ARow, FPull.ReadText());
+      QuillonXMLValues::Read(APlace.Object, Row, FPull.ReadText());
   }
 }
 
-void TQuillonDataObjectXMLPullReader::ReadList(TQuillonDataAbstractObject& AnObject, const TRow& ARow) {
-  TQuillonDataList& List = ARow.As<TRow::TItems>().Field(AnObject);
-  if (!ARow.Merged && !List.IsEmpty()) {
+void TQuillonDataObjectXMLPullReader::ReadList(TPlace& APlace, std::size_t ARow) {
+  const TRow& Row = APlace.Object.DataClass().Rows()[ARow];
+  TQuillonDataList& List = Row.As<TRow::TItems>().Field(APlace.Object);
+  if (!Row.Merged && !List.IsEmpty()) {
     List.Clear();
   }
+  TGuess& Items = APlace.Table.Items[ARow];
   bool HasItems = false;
-  while (FPull.NextChild("Items")) {
-    if (FPull.IsAsGuessed()) {
-      Demand(!HasItems);
-      HasItems = true;
-      ReadItems(List, ARow.Merged);
-    } else {
-      FPull.Leave();
+  for (std::size_t Child = 0;; ++Child) {
+    TGuess& Guess = FListElements[std::min(Child, FListElements.size() - 1)];
+    if (!FPull.NextChild(Guess.Tag)) {
+      break;
     }
-  }
-  Demand(HasItems);
-  List.TakeStamps(AnObject);
-}
-
-void TQuillonDataObjectXMLPullReader::ReadItems(TQuillonDataList& AList, bool AnIsMerged) {
-  std::set<TGUID> Present;
-  if (AnIsMerged) {
-    std::ranges::transform(AList.Items(), std::inserter(Present, Present.end()),
-                           [](const TQuillonDataObject* AnItem) { return AnItem->ID(); });
-  }
-  const TQuillonDataClass& ItemClass = AList.ItemClass();
-  while (FPull.NextChild("Item")) {
     if (!FPull.IsAsGuessed()) {
+      RememberPlain(Guess);
+    }
+    if (FPull.Name() != "Items") {
       FPull.Leave();
       continue;
     }
-    TQuillonDataObject& Object = AList.IsItemOwner() ? ReadObject(ItemClass) : FindReferred(ItemClass);
-    if (!AList.IsItemOwner()) {
-      FPull.Leave();
+    Demand(!HasItems);
+    HasItems = true;
+    if (Row.Merged) {
+      MergeItems(List, Items);
+    } else if (List.IsItemOwner()) {
+      ReadItems(List, Items);
+    } else {
+      ReadReferences(List, Items);
     }
-    if (!AnIsMerged || Present.insert(Object.ID()).second) {
+  }
+  Demand(HasItems);
+  List.TakeStamps(APlace.Object);
+}
+
+/// Remembers the tag of an element without attributes.
+void TQuillonDataObjectXMLPullReader::RememberPlain(TGuess& AGuess) const {
+  AGuess.Class = nullptr;
+  AGuess.Referred = nullptr;
+  if (FPull.AttributeCount() == 0) {
+    FPull.Remember(AGuess.Tag);
+  } else {
+    AGuess.Tag.Head.clear();
+  }
+}
+
+bool TQuillonDataObjectXMLPullReader::NextItem(TGuess& AGuess) {
+  while (FPull.NextChild(AGuess.Tag)) {
+    if (FPull.Name() == "Item") {
+      return true;
+    }
+    FPull.Leave();
+  }
+  return false;
+}
+
+void TQuillonDataObjectXMLPullReader::ReadItems(TQuillonDataList& AList, TGuess& AGuess) {
+  const TQuillonDataClass& ItemClass = AList.ItemClass();
+  while (NextItem(AGuess)) {
+    AList.Append(&ReadObject(ItemClass, AGuess));
+  }
+}
+
+/// All items are looked up in one go: one after the other, each would wait for the memory of its own.
+void TQuillonDataObjectXMLPullReader::ReadReferences(TQuillonDataList& AList, TGuess& AGuess) {
+  const TQuillonDataClass& ItemClass = AList.ItemClass();
+  FItems.clear();
+  while (NextItem(AGuess)) {
+    FItems.push_back(ReadReferred(ItemClass, AGuess));
+  }
+  for (const TNamed& Item : FItems) {
+    AList.Append(&Find(ItemClass, Item, AGuess));
+  }
+}
+
+/// Reads items that join those that are there.
+void TQuillonDataObjectXMLPullReader::MergeItems(TQuillonDataList& AList, TGuess& AGuess) {
+  const TQuillonDataClass& ItemClass = AList.ItemClass();
+  std::set<TGUID> Present;
+  for (const TQuillonDataObject* Item : AList.Items()) {
+    Present.insert(Item->ID());
+  }
+  while (NextItem(AGuess)) {
+    TQuillonDataObject& Object = AList.IsItemOwner() ? ReadObject(ItemClass, AGuess) : ReadReference(ItemClass, AGuess);
+    if (Present.insert(Object.ID()).second) {
       AList.Append(&Object);
     }
   }
 }
 
-TGUID TQuillonDataObjectXMLPullReader::ReadID() const {
-  const auto Guid = QuillonGuid::TryParse(FPull.Attribute("ID"));
-  Demand(Guid.has_value());
-  return *Guid;
-}
-
-const TQuillonDataClass& TQuillonDataObjectXMLPullReader::ClassOf(const TQuillonDataClass& ABase) {
-  const std::string_view Tag = FPull.Attribute("Class");
-  if (!ABase.IsAbstract() && ABase.Tag() == Tag) {
-    return ABase;
+/// Of the element that was entered last. One that names its class and then its identity is remembered.
+TQuillonDataObjectXMLPullReader::TNamed TQuillonDataObjectXMLPullReader::ReadNamed(const TQuillonDataClass& ABase,
+                                                                                   TGuess& AGuess) const {
+  if (!FPull.IsAsGuessed()) {
+    const std::string_view Tag = FPull.Attribute("Class");
+    const std::string_view ID = FPull.Attribute("ID");
+    Demand(FPull.AttributeCount() == 2 && Tag.data() != nullptr && ID.data() == FPull.LastValue().data());
+    const bool IsBase = !ABase.IsAbstract() && ABase.Tag() == Tag;
+    AGuess.Class = IsBase ? &ABase : TQuillonDataClassRegistry::Instance().FindClass(Tag, ABase);
+    FPull.Remember(AGuess.Tag);
   }
-  const TQuillonDataClass* const Class = TQuillonDataClassRegistry::Instance().FindClass(Tag, ABase);
-  Demand(Class != nullptr);
-  return *Class;
+  const auto Guid = QuillonGuid::TryParse(FPull.LastValue());
+  Demand(AGuess.Class != nullptr && Guid.has_value());
+  return {.Class = *AGuess.Class, .ID = *Guid};
 }
 
-TQuillonDataObject& TQuillonDataObjectXMLPullReader::FindReferred(const TQuillonDataClass& ABase) {
-  Demand(FPull.Attribute("Class").data() != nullptr);
-  const TGUID ID = ReadID();
-  TQuillonDataObject* const Known = FindKnown(ABase, ID);
-  return Known != nullptr ? *Known : Create(ClassOf(ABase), ID);
+/// Reads an element of a reference. The object that is meant is often the one of last time: named by the document, it
+/// stays as long as that is read.
+TQuillonDataObjectXMLPullReader::TNamed TQuillonDataObjectXMLPullReader::ReadReferred(const TQuillonDataClass& ABase,
+                                                                                      TGuess& AGuess) {
+  TNamed Named = ReadNamed(ABase, AGuess);
+  FPull.Leave();
+  if (AGuess.Referred != nullptr && AGuess.ID == Named.ID) {
+    Named.Known = AGuess.Referred;
+  } else {
+    Storage().Registry().Prefetch(Named.ID);
+  }
+  return Named;
 }
 
-TQuillonDataObject& TQuillonDataObjectXMLPullReader::ReadObject(const TQuillonDataClass& ABase) {
-  TQuillonDataObject& Object = FindReferred(ABase);
+TQuillonDataObject& TQuillonDataObjectXMLPullReader::Find(const TQuillonDataClass& ABase, const TNamed& ANamed,
+                                                          TGuess& AGuess) const {
+  TQuillonDataObject* const Known = ANamed.Known != nullptr ? ANamed.Known : FindKnown(ABase, ANamed.ID);
+  AGuess.ID = ANamed.ID;
+  AGuess.Referred = Known != nullptr ? Known : &Create(ANamed.Class, ANamed.ID);
+  return *AGuess.Referred;
+}
+
+TQuillonDataObject& TQuillonDataObjectXMLPullReader::ReadReference(const TQuillonDataClass& ABase, TGuess& AGuess) {
+  const TNamed Named = ReadReferred(ABase, AGuess);
+  return Find(ABase, Named, AGuess);
+}
+
+TQuillonDataObject& TQuillonDataObjectXMLPullReader::ReadObject(const TQuillonDataClass& ABase, TGuess& AGuess) {
+  const TNamed Named = ReadNamed(ABase, AGuess);
+  TQuillonDataObject& Object = Find(ABase, Named, AGuess);
   ReadContent(Object, TFailed::Freed);
   return Object;
 }
