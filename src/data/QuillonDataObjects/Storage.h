@@ -15,6 +15,7 @@
 #include "QuillonDataObjects/DataObject.h"
 #include "QuillonDataObjects/Registry.h"
 #include "QuillonDataObjects/Release.h"
+#include "QuillonFileReplacement.h"
 #include "QuillonIO.h"
 #include "QuillonSynchronization/Mutexes.h"
 
@@ -195,14 +196,17 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   /// it.
   template <class TRead>
   void Update(const TRead& ARead);
+  void WriteXML(const TQuillonContentSink& ASink) const;
   /// The document in the form of the file.
   std::string Document() const;
+  /// The same, made while it is written; not held in memory if it is XML.
+  TQuillonContent Content() const;
   /// Room that the binary form needs as a rule, in bytes.
   std::size_t ExpectedSize() const;
   /// The file that is held, else the one of the storage's name.
   std::string FileToSave();
   /// Puts a document in the place of the file, which may be the one that is held.
-  void WriteDocument(const std::string& AFileName, std::string_view ADocument);
+  void WriteDocument(const std::string& AFileName, const TQuillonContent& ADocument);
   /// The file has the content of that count of changes now.
   void MarkSaved(const std::string& AFileName, std::uint64_t AChangeCount);
 

@@ -10,7 +10,6 @@
 #include "QuillonDataObjects/XMLPullReader.h"
 #include "QuillonDataObjects/XMLReader.h"
 #include "QuillonDataObjects/XMLWriter.h"
-#include "QuillonFileReplacement.h"
 #include "QuillonFileSystem.h"
 #include "QuillonStreams/ReadAhead.h"
 #include "QuillonZlib.h"
@@ -141,10 +140,18 @@ bool TQuillonDataStorage::PullFromXML(TQuillonStream& AStream) {
   return false;
 }
 
-std::string TQuillonDataStorage::SaveToXML() const {
-  TQuillonDataObjectXMLWriter Writer;
+void TQuillonDataStorage::WriteXML(const TQuillonContentSink& ASink) const {
+  TQuillonDataObjectXMLWriter Writer(ASink);
   WriteProperties(Writer);
-  return Writer.Finish();
+  Writer.Finish();
+}
+
+std::string TQuillonDataStorage::SaveToXML() const {
+  constexpr std::size_t XMLToBinary = 2;
+  std::string Document;
+  Document.reserve(XMLToBinary * ExpectedSize());
+  WriteXML([&](std::string_view APiece) { Document.append(APiece); });
+  return Document;
 }
 
 void TQuillonDataStorage::LoadFromBinStream(TQuillonStream& AStream) {

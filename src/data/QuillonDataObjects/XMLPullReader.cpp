@@ -110,7 +110,8 @@ void TQuillonDataObjectXMLPullReader::ReadElement(TPlace& APlace, std::size_t AF
 void TQuillonDataObjectXMLPullReader::ReadHeld(TPlace& APlace, std::size_t ARow) {
   const TRow& Row = APlace.Object.DataClass().Rows()[ARow];
   Demand(Row.Kind != TQuillonRowKind::Object && Row.Kind != TQuillonRowKind::List);
-  THeld& Held = APlace.Held.emplace_back(Row.FirstOfName);
+  APlace.Held.push_back({.FirstRow = Row.FirstOfName});
+  THeld& Held = APlace.Held.back();
   if (Row.Kind == TQuillonRowKind::Reference) {
     Held.Referred = &ReadReference(Row.As<TRow::TPointer>().Class(), *APlace.Element);
   } else {

@@ -45,8 +45,8 @@ class TQuillonDataObjectXMLPullReader : public TQuillonDataObjectReader {
   /// An element that several rows of one name read, each in its turn.
   struct THeld {
     std::size_t FirstRow;
-    std::string Text;
-    TQuillonDataObject* Referred;
+    std::string Text = {};
+    TQuillonDataObject* Referred = nullptr;
   };
   /// What an element refers to.
   struct TNamed {
