@@ -71,6 +71,17 @@ class TQuillonCSVWriter {
   TQuillonCSVWriter(TQuillonStream& AStream, TQuillonEncoding AnEncoding, bool DoWriteBOM, std::size_t ABufferSize);
 
   void WriteValue(std::string_view AValue);
+  /// Lets a function append a value that is not empty and has nothing to be quoted for. For UTF-8 only.
+  template <class TAppend>
+  void WritePlain(const TAppend& AnAppend) {
+    FTextWriter.WriteBy([&](std::string& ABuffer) {
+      if (FWasPreviousField) {
+        ABuffer.push_back(FSeparator);
+      }
+      AnAppend(ABuffer);
+    });
+    FWasPreviousField = true;
+  }
   /// Writes each value; the line is not ended.
   void WriteValues(std::span<const std::string> AValues);
   /// Ends the line. The line break itself comes with the next text.

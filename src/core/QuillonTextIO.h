@@ -74,6 +74,18 @@ class TQuillonTextWriter {
   virtual ~TQuillonTextWriter();
 
   virtual void Write(std::string_view AText);
+  /// Lets a function append a text that is not empty, straight to the buffer. For writers of UTF-8 only.
+  template <class TAppend>
+  void WriteBy(const TAppend& AnAppend) {
+    if (FEndOfLine) {
+      FEndOfLine = false;
+      FBuffer.append(FLineBreak);
+    }
+    AnAppend(FBuffer);
+    if (FBuffer.size() >= FBufferSize) {
+      FlushBuffer();
+    }
+  }
   void WriteLine() { FEndOfLine = true; }
   void WriteLine(std::string_view AText);
   /// The byte order mark of the encoding, if it has one.

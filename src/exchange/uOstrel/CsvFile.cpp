@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr std::size_t TextBufferSize = 4096;
+constexpr std::size_t TextBufferSize = 65536;
 
 }  // namespace
 
@@ -26,7 +26,11 @@ void TCsvFile::Cell(const TAppend& AnAppend) {
 }
 
 void TCsvFile::Identifier(const TGUID& AGuid) {
-  Cell([&](std::string& ACell) { AppendIdentifier(ACell, AGuid); });
+  if (AGuid.IsZero()) {
+    Text({});
+  } else {
+    FWriter.WritePlain([&](std::string& ABuffer) { AppendIdentifier(ABuffer, AGuid); });
+  }
 }
 
 void TCsvFile::Id(const TVELDataObject* AnObject) { Identifier(AnObject != nullptr ? AnObject->ID() : TGUID{}); }
@@ -52,7 +56,7 @@ void TCsvFile::Colour(TColor AValue) {
 }
 
 void TCsvFile::Integer(std::int64_t AValue) {
-  Cell([&](std::string& ACell) { QuillonNumbers::AppendInteger(ACell, AValue); });
+  FWriter.WritePlain([&](std::string& ABuffer) { QuillonNumbers::AppendInteger(ABuffer, AValue); });
 }
 
 void TCsvFile::Gender(TVELGeschlecht AValue) {
