@@ -154,7 +154,7 @@ char* CleanFrom(char* AFirst, const char* AnEnd) {
 }
 
 /// The end of what consists of whole characters for sure.
-char* WholeEnd(char* ABegin, char* AnEnd) {
+char* WholeEnd(const char* ABegin, char* AnEnd) {
   constexpr std::ptrdiff_t LongestCharacter = 4;
   constexpr unsigned char FirstLead = 0xC0;
   for (char* Place = AnEnd; Place != ABegin && AnEnd - Place < LongestCharacter;) {
@@ -181,7 +181,9 @@ TQuillonXMLPull::TQuillonXMLPull(TQuillonStream& AStream, std::string_view ADocu
 void TQuillonXMLPull::Refill() {
   const auto Kept = static_cast<std::size_t>(FEnd - FNext);
   const auto Checked = static_cast<std::size_t>(FChecked - FNext);
-  std::memmove(FWindow.Data(), FNext, Kept);
+  if (FNext != FWindow.Data()) {
+    std::memmove(FWindow.Data(), FNext, Kept);
+  }
   if (Kept > FWindow.Size() / 2) {
     FWindow.Resize(2 * FWindow.Size());  // for a text that is longer than the window
   }

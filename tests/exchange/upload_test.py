@@ -299,7 +299,7 @@ class Upload(unittest.TestCase):
                                   stdout=subprocess.PIPE, env=self.environment)
             taken.append(int(done.stdout.split()[-1]))
         self.assertEqual(service.paths(), [LOGIN, UPLOAD])
-        self.assertLess(taken[1], taken[0] + 2.2 * os.path.getsize(plan) / 1024)
+        self.assertLess(taken[1], taken[0] + 1.3 * os.path.getsize(plan) / 1024)
 
     def test_secrets(self):
         """The output holds no secret (upload looks for them), whatever a service answers."""

@@ -80,9 +80,9 @@ TEST(XMLReaders, TakeTextsThatAreLongerThanTheWindow) {
     Text += "Text &amp; \r\n&#228;ä";
   }
   for (const std::string& Tail : {std::string("</Code>"), std::string("</Codex>"), std::string()}) {
-    const std::string Room = Item("Room", 1, "<CID/><Code>" + Text + Tail + "<Level/>");
-    ExpectSame("<Storage><DataformatRelease>6.0.172</DataformatRelease>" + List("Rooms", Room) + "</Storage>", true,
-               Tail);
+    std::string Document = "<Storage><DataformatRelease>6.0.172</DataformatRelease><Rooms><Items><Item Class=\"Room\" ";
+    Document.append("ID=\"").append(ID(1)).append("\"><CID/><Code>").append(Text).append(Tail);
+    ExpectSame(Document.append("<Level/></Item></Items></Rooms></Storage>"), true, Tail);
   }
 }
 
