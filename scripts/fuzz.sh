@@ -29,7 +29,7 @@ Feed() {
   local Found=build/fuzz/corpus/$Target Log=build/fuzz/findings/$Target.log Dictionary=()
   mkdir -p "$Found" build/fuzz/findings
   case $Target in
-    load_plan | export_plan) Dictionary=(-dict=fuzz/xml.dict) ;;
+    load_plan | export_plan | read_xml) Dictionary=(-dict=fuzz/xml.dict) ;;
     import_set) Dictionary=(-dict=fuzz/ocf.dict) ;;
   esac
   if "$Folder/fuzz_$Target" -max_total_time="$Seconds" -timeout=10 -rss_limit_mb=2048 -max_len=16384 \

@@ -18,11 +18,17 @@ constexpr std::size_t BlockSize = 1'048'576;
 
 /// Hands the content over in blocks. @param AFile a file of the platform or a stream
 template <class TFile>
-void WriteBlocks(TFile& AFile, std::string_view AContent) {
-  for (; !AContent.empty(); AContent.remove_prefix(std::min(BlockSize, AContent.size()))) {
-    AFile.Write(AContent.substr(0, BlockSize));
-  }
+void WriteBlocks(TFile& AFile, const TQuillonContent& AContent) {
+  AContent([&](std::string_view APiece) {
+    for (; !APiece.empty(); APiece.remove_prefix(std::min(BlockSize, APiece.size()))) {
+      AFile.Write(APiece.substr(0, BlockSize));
+    }
+  });
   AFile.Flush();
+}
+
+TQuillonContent ContentOf(std::string_view AText) {
+  return [AText](const TQuillonContentSink& ASink) { ASink(AText); };
 }
 
 /// @return false if the call was refused in a way that may still leave the target open to us
@@ -40,7 +46,7 @@ bool TryReplacing(TCall ACall) {
 }
 
 /// The new file, flushed and in its place; nothing where only overwriting the old one is left.
-std::unique_ptr<Platform::File> TryReplaceWhole(const std::string& ATarget, std::string_view AContent,
+std::unique_ptr<Platform::File> TryReplaceWhole(const std::string& ATarget, const TQuillonContent& AContent,
                                                 Platform::Lock ALock, bool IsThere) {
   const std::string Folder = QuillonIO::FolderOf(ATarget);
   TQuillonNewFile::RemoveLeftOvers(Folder);
@@ -56,8 +62,13 @@ std::unique_ptr<Platform::File> TryReplaceWhole(const std::string& ATarget, std:
   return TryReplacing([&] { New->Replace(ATarget); }) ? New->TakeFile() : nullptr;
 }
 
-/// A complete private copy of what a file will hold. @return its path
-std::string KeepCopy(const std::string& ATarget, std::string_view AContent) {
+/// A complete private copy of what a file will hold.
+struct TCopy {
+  std::string Path;
+  std::unique_ptr<Platform::File> File;
+};
+
+TCopy KeepCopy(const std::string& ATarget, const TQuillonContent& AContent) {
   std::vector<std::string> Folders = Platform::FoldersToKeepFilesIn();
   Folders.insert(Folders.begin(), QuillonIO::FolderOf(ATarget));
   // Of a long name only the begin, or with what follows it would be too long for the system.
@@ -72,7 +83,7 @@ std::string KeepCopy(const std::string& ATarget, std::string_view AContent) {
       WriteBlocks(Copy.File(), AContent);
       Copy.Replace(Path);
       Platform::Files().FlushDirectory(Folders[I]);
-      return Path;
+      return {Path, Copy.TakeFile()};
     } catch (const EQuillonWin32Error& Error) {
       if (TQuillonFileSystem::Exists(Path)) {
         TQuillonFileSystem::DeleteFile(Path, true);
@@ -85,23 +96,30 @@ std::string KeepCopy(const std::string& ATarget, std::string_view AContent) {
   }
 }
 
-void Overwrite(TQuillonFileStream& AFile, const std::string& ATarget, std::string_view AContent) {
+void Overwrite(TQuillonFileStream& AFile, const std::string& ATarget, const TQuillonContent& AContent) {
   // A signal ends the run when the file is complete and its copy is gone.
   Platform::WithSignalsDelayed([&] {
-    const std::string Copy = KeepCopy(ATarget, AContent);
+    std::vector<char> Block(BlockSize);
+    TCopy Copy = KeepCopy(ATarget, AContent);
     try {
+      // From the copy: whatever made the content has no part in this any more.
+      Copy.File->Seek(0, Platform::SeekFrom::Begin);
       AFile.Seek(0, TQuillonSeekOrigin::Begin);
-      WriteBlocks(AFile, AContent);
+      while (const std::size_t Got = Copy.File->Read(Block)) {
+        AFile.Write({Block.data(), Got});
+      }
+      AFile.Flush();
       AFile.SetEndOfFile();
       AFile.Flush();
     } catch (const EQuillonWin32Error& Error) {
-      throw EQuillonFileHandleError(Error.ErrorCode(), ATarget + " (vollständige Kopie: " + Copy + ")");
+      throw EQuillonFileHandleError(Error.ErrorCode(), ATarget + " (vollständige Kopie: " + Copy.Path + ")");
     }
-    TQuillonFileSystem::DeleteFile(Copy, true);
+    Copy.File.reset();
+    TQuillonFileSystem::DeleteFile(Copy.Path, true);
   });
 }
 
-void WriteToDevice(const std::string& APath, std::string_view AContent) {
+void WriteToDevice(const std::string& APath, const TQuillonContent& AContent) {
   const auto Device =
       Platform::Files().Open(APath, Platform::Access::Write, Platform::Creation::IfMissing, Platform::Lock::None);
   WriteBlocks(*Device, AContent);
@@ -125,7 +143,7 @@ std::unique_ptr<TQuillonFileStream> HoldFile(const std::string& AFileName, std::
   });
 }
 
-void ReplaceFile(TQuillonFileStream& AFile, std::string_view AContent) {
+void ReplaceFile(TQuillonFileStream& AFile, const TQuillonContent& AContent) {
   const std::string& Name = AFile.FileName();
   OnFile(Name, [&] {
     const std::string Target = Platform::Files().FollowLinks(Name);
@@ -143,7 +161,7 @@ void ReplaceFile(TQuillonFileStream& AFile, std::string_view AContent) {
   });
 }
 
-std::unique_ptr<TQuillonFileStream> ReplaceFile(const std::string& AFileName, std::string_view AContent,
+std::unique_ptr<TQuillonFileStream> ReplaceFile(const std::string& AFileName, const TQuillonContent& AContent,
                                                 std::chrono::milliseconds ATimeOut) {
   return OnFile(AFileName, [&]() -> std::unique_ptr<TQuillonFileStream> {
     const std::string Target = Platform::Files().FollowLinks(AFileName);
@@ -164,6 +182,13 @@ std::unique_ptr<TQuillonFileStream> ReplaceFile(const std::string& AFileName, st
     Platform::Files().FlushDirectory(FolderOf(Target));
     return std::make_unique<TQuillonFileStream>(AFileName, std::move(New), famShareDenyWrite);
   });
+}
+
+void ReplaceFile(TQuillonFileStream& AFile, std::string_view AContent) { ReplaceFile(AFile, ContentOf(AContent)); }
+
+std::unique_ptr<TQuillonFileStream> ReplaceFile(const std::string& AFileName, std::string_view AContent,
+                                                std::chrono::milliseconds ATimeOut) {
+  return ReplaceFile(AFileName, ContentOf(AContent), ATimeOut);
 }
 
 void KeepBackup(TQuillonFileStream& AFile, const std::string& ABackupName) {

@@ -1,11 +1,18 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "QuillonIO.h"
+
+/// Takes the next piece of a content.
+using TQuillonContentSink = std::function<void(std::string_view APiece)>;
+
+/// What is to become a file: hands its bytes over piece by piece. It may be asked again, and gives the same then.
+using TQuillonContent = std::function<void(const TQuillonContentSink& ASink)>;
 
 namespace QuillonIO {
 
@@ -27,10 +34,16 @@ std::unique_ptr<TQuillonFileStream> HoldFile(const std::string& AFileName,
 /// copy of the new content exists before its first byte changes: in the folder, else in the user's state folder, else
 /// in the temporary one. The copy goes when the file is complete; a failure names it.
 /// @throws EQuillonFileHandleError; the new file is gone then, and for a file open for reading
-void ReplaceFile(TQuillonFileStream& AFile, std::string_view AContent);
+/// What the content itself raises leaves the old file too.
+void ReplaceFile(TQuillonFileStream& AFile, const TQuillonContent& AContent);
 
 /// As above, for a file that is not held and need not exist. Devices and pipes are written to.
 /// @return the new file, which is held as by HoldFile; nothing for a device
+std::unique_ptr<TQuillonFileStream> ReplaceFile(const std::string& AFileName, const TQuillonContent& AContent,
+                                                std::chrono::milliseconds ATimeOut = LongestWait);
+
+/// The same for a text.
+void ReplaceFile(TQuillonFileStream& AFile, std::string_view AContent);
 std::unique_ptr<TQuillonFileStream> ReplaceFile(const std::string& AFileName, std::string_view AContent,
                                                 std::chrono::milliseconds ATimeOut = LongestWait);
 

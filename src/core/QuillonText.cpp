@@ -7,7 +7,9 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <iterator>
+#include <numeric>
 
 #include "QuillonTextIO.h"
 
@@ -97,27 +99,31 @@ std::string ToUpper(std::string_view AText) {
 }
 
 std::size_t FindInvalidUtf8(std::string_view AText) {
+  std::array<std::uint64_t, 8> Words;
   const char* Next = AText.data();
   const char* const End = Next + AText.size();
   while (Next != End) {
-    // Plain ASCII, 32 bytes at a time: nearly all of a data file.
-    std::array<std::uint64_t, 4> Words{};
+    // Plain ASCII, 64 bytes at a time: nearly all of a data file.
+    const char* Stop = End;
     if (End - Next >= static_cast<std::ptrdiff_t>(sizeof Words)) {
+      Stop = Next + sizeof Words;
       std::memcpy(Words.data(), Next, sizeof Words);
-      if (((Words[0] | Words[1] | Words[2] | Words[3]) & 0x8080808080808080U) == 0) {
-        Next += sizeof Words;
+      if ((std::accumulate(Words.begin(), Words.end(), std::uint64_t{0}, std::bit_or<>()) & 0x8080808080808080U) == 0) {
+        Next = Stop;
         continue;
       }
     }
-    if (static_cast<signed char>(*Next) >= 0) {
-      ++Next;
-      continue;
-    }
-    const char* const Start = Next;
-    try {
-      utf8::next(Next, End);
-    } catch (const utf8::exception&) {
-      return static_cast<std::size_t>(Start - AText.data());
+    while (Next < Stop) {
+      if (static_cast<signed char>(*Next) >= 0) {
+        ++Next;
+        continue;
+      }
+      const char* const Start = Next;
+      try {
+        utf8::next(Next, End);
+      } catch (const utf8::exception&) {
+        return static_cast<std::size_t>(Start - AText.data());
+      }
     }
   }
   return std::string_view::npos;

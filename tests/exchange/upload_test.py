@@ -295,7 +295,7 @@ class Upload(unittest.TestCase):
             self.assertRegex(row[3], f"^POST {line}$")
 
     def test_memory(self):
-        """An upload to Sdui takes less than twice the memory of an export: the document is there once."""
+        """An upload to Sdui takes the memory of an export and that of the document."""
         service = self.service()
         plan = os.path.join(self.folder, "plan.velmora")
         subprocess.run([GENERATOR, "--scale", "2", plan], check=True, timeout=120)
@@ -309,7 +309,7 @@ class Upload(unittest.TestCase):
                                   stdout=subprocess.PIPE, env=self.environment)
             taken.append(int(done.stdout.split()[-1]))
         self.assertEqual(service.paths(), [LOGIN, UPLOAD])
-        self.assertLess(taken[1], 2 * taken[0])
+        self.assertLess(taken[1], taken[0] + 1.3 * os.path.getsize(plan) / 1024)
 
     def test_secrets(self):
         """The output holds no secret (upload looks for them), whatever a service answers."""

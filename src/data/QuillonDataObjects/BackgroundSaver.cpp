@@ -68,7 +68,7 @@ void TQuillonDataStorageBackgroundSaverThread::Save() {
     const std::scoped_lock Lock(FStorage.FFileMutex);
     // Somebody may have saved a later state by now, or have turned to another file.
     if (FStorage.FSavedName != FileName || FStorage.FSavedAt <= Count) {
-      FStorage.WriteDocument(FileName, Document);
+      FStorage.WriteDocument(FileName, [&](const TQuillonContentSink& ASink) { ASink(Document); });
       FStorage.MarkSaved(FileName, Count);
     }
   }

@@ -32,15 +32,15 @@ void TQuillonDataClass::AddRow(TQuillonDataRow ARow) {
   FInitials.push_back(ARow.Name.empty() ? '\0' : ARow.Name.front());
 }
 
-std::size_t TQuillonDataClass::FindRow(const char* AName, std::size_t AFrom) const {
+std::size_t TQuillonDataClass::FindRow(std::string_view AName, std::size_t AFrom) const {
   const auto Seek = [&](std::size_t APlace, std::size_t AnEnd) {
     for (; APlace < AnEnd; ++APlace) {
-      const void* const Candidate = std::memchr(FInitials.data() + APlace, *AName, AnEnd - APlace);
+      const void* const Candidate = std::memchr(FInitials.data() + APlace, AName.front(), AnEnd - APlace);
       if (Candidate == nullptr) {
         return FRows.size();
       }
       APlace = static_cast<std::size_t>(static_cast<const char*>(Candidate) - FInitials.data());
-      if (std::strcmp(AName, FRows[APlace].Name.data()) == 0) {
+      if (FRows[APlace].Name == AName) {
         return APlace;
       }
     }

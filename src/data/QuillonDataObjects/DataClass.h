@@ -32,7 +32,7 @@ class TQuillonDataClass {
   /// The lists among them.
   std::span<const TListField> Lists() const { return FLists; }
   /// Place of the first row with the name from AFrom on, or else ahead of it; the number of rows if there is none.
-  std::size_t FindRow(const char* AName, std::size_t AFrom) const;
+  std::size_t FindRow(std::string_view AName, std::size_t AFrom) const;
   /// True for the class itself too.
   bool DescendsFrom(const TQuillonDataClass& AClass) const {
     for (const TQuillonDataClass* Class = this; Class != nullptr; Class = Class->FBase) {

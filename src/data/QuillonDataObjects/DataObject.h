@@ -36,8 +36,13 @@ void Free(TQuillonDataAbstractObject* AnObject);
 /// virtual FreeProperties runs while it is still whole; then it is deleted.
 /// TQuillonDataClass::Create and QuillonDataObjects::Free are these two ways.
 class TQuillonDataAbstractObject : public TQuillonObject {
-  // First of all fields, beside the class: the two are what a look-up by identity touches.
+  // Ahead of all other fields, beside the class: what readers touch of objects that are there.
   mutable TGUID FID;
+  mutable std::atomic<bool> FHasID = false;
+  bool FRegistered = false;
+  bool FIsHeld = false;
+  bool FIsNamed = false;          ///< a document that was read names the object
+  mutable bool FIsSwept = false;  ///< nothing refers to the object any more: it is about to be freed
 
  public:
   /// The stamps that every object has: the first rows of every table.
@@ -155,11 +160,6 @@ class TQuillonDataAbstractObject : public TQuillonObject {
 
   /// All holders, while there are several; one is FOwner.
   std::unique_ptr<std::vector<TQuillonDataAbstractObject*>> FHolders;
-  mutable std::atomic<bool> FHasID = false;
-  bool FRegistered = false;
-  bool FIsHeld = false;
-  bool FIsNamed = false;          ///< a document that was read names the object
-  mutable bool FIsSwept = false;  ///< nothing refers to the object any more: it is about to be freed
 };
 
 /// An object that lists and references can hold: the unit of change logging.

@@ -83,9 +83,9 @@ constexpr std::size_t InitialSlots = 64;
 TQuillonDataObjectRegistry::TQuillonDataObjectRegistry(TQuillonDataStorage& AStorage)
     : FSlots(InitialSlots), FStorage(AStorage) {}
 
-void TQuillonDataObjectRegistry::Put(std::vector<TSlot>& ASlots, const TSlot& ASlot) {
+void TQuillonDataObjectRegistry::Put(std::vector<TSlot>& ASlots, const TSlot& ASlot) const {
   const std::size_t Mask = ASlots.size() - 1;
-  std::size_t Place = ASlot.Hash & Mask;
+  std::size_t Place = FHash(ASlot.ID) & Mask;
   while (ASlots[Place].Object != nullptr) {
     Place = (Place + 1) & Mask;
   }
@@ -106,12 +106,9 @@ void TQuillonDataObjectRegistry::AddObject(TQuillonDataAbstractObject& AnObject)
   if (AnObject.FRegistered) {
     return;
   }
-  const std::uint64_t Hash = FHash(AnObject.FID);
-  const auto IsOther = [&](const TSlot& ASlot) {
-    return ASlot.Hash == Hash && ASlot.Object->FID == AnObject.FID &&
-           &ASlot.Object->DataClass() == &AnObject.DataClass();
-  };
-  if (FindSlot(Hash, IsOther) != nullptr) {
+  const TQuillonDataClass* const Class = &AnObject.DataClass();
+  const auto IsOther = [&](const TSlot& ASlot) { return ASlot.ID == AnObject.FID && ASlot.Class == Class; };
+  if (FindSlot(AnObject.FID, IsOther) != nullptr) {
     FDoubles.insert(&AnObject);
     AnObject.FRegistered = true;
     return;
@@ -119,7 +116,7 @@ void TQuillonDataObjectRegistry::AddObject(TQuillonDataAbstractObject& AnObject)
   if (FCount >= FSlots.size() / 4 * 3) {
     Grow();
   }
-  Put(FSlots, TSlot{Hash, &AnObject});
+  Put(FSlots, TSlot{.ID = AnObject.FID, .Class = Class, .Object = &AnObject});
   AnObject.FRegistered = true;
   ++FCount;
 }
@@ -139,7 +136,7 @@ void TQuillonDataObjectRegistry::RemoveObject(TQuillonDataAbstractObject& AnObje
   }
   // Those behind the hole move up, unless they stand at or behind their own place already.
   for (std::size_t Next = (Hole + 1) & Mask; FSlots[Next].Object != nullptr; Next = (Next + 1) & Mask) {
-    const std::size_t Home = FSlots[Next].Hash & Mask;
+    const std::size_t Home = FHash(FSlots[Next].ID) & Mask;
     if (((Next - Home) & Mask) >= ((Next - Hole) & Mask)) {
       FSlots[Hole] = FSlots[Next];
       Hole = Next;
@@ -149,12 +146,12 @@ void TQuillonDataObjectRegistry::RemoveObject(TQuillonDataAbstractObject& AnObje
   --FCount;
 }
 
-/// The first slot on the way of the hash that the predicate accepts; null if there is none.
+/// The first slot on the way of the identity that the predicate accepts; null if there is none.
 template <class TPredicate>
-const TQuillonDataObjectRegistry::TSlot* TQuillonDataObjectRegistry::FindSlot(std::uint64_t AHash,
+const TQuillonDataObjectRegistry::TSlot* TQuillonDataObjectRegistry::FindSlot(const TGUID& AnID,
                                                                               const TPredicate& APredicate) const {
   const std::size_t Mask = FSlots.size() - 1;
-  for (std::size_t Place = AHash & Mask; FSlots[Place].Object != nullptr; Place = (Place + 1) & Mask) {
+  for (std::size_t Place = FHash(AnID) & Mask; FSlots[Place].Object != nullptr; Place = (Place + 1) & Mask) {
     if (APredicate(FSlots[Place])) {
       return &FSlots[Place];
     }
@@ -163,15 +160,13 @@ const TQuillonDataObjectRegistry::TSlot* TQuillonDataObjectRegistry::FindSlot(st
 }
 
 bool TQuillonDataObjectRegistry::ContainsObject(const TQuillonDataAbstractObject& AnObject) const {
-  return FindSlot(FHash(AnObject.FID), [&](const TSlot& ASlot) { return ASlot.Object == &AnObject; }) != nullptr;
+  return FindSlot(AnObject.FID, [&](const TSlot& ASlot) { return ASlot.Object == &AnObject; }) != nullptr;
 }
 
 TQuillonDataAbstractObject* TQuillonDataObjectRegistry::GetObject(const TGUID& AnID,
                                                                   const TQuillonDataClass& AClass) const {
-  const std::uint64_t Hash = FHash(AnID);
-  const TSlot* const Slot = FindSlot(Hash, [&](const TSlot& ASlot) {
-    return ASlot.Hash == Hash && ASlot.Object->FID == AnID && ASlot.Object->DataClass().DescendsFrom(AClass);
-  });
+  const TSlot* const Slot =
+      FindSlot(AnID, [&](const TSlot& ASlot) { return ASlot.ID == AnID && ASlot.Class->DescendsFrom(AClass); });
   return Slot != nullptr ? Slot->Object : nullptr;
 }
 

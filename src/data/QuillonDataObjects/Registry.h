@@ -69,6 +69,8 @@ class TQuillonDataObjectRegistry {
   }
   /// The object with the identity whose class is AClass or descends from it; null if there is none.
   TQuillonDataAbstractObject* GetObject(const TGUID& AnID, const TQuillonDataClass& AClass) const;
+  /// Has the memory fetched that a look-up of the identity will touch.
+  void Prefetch(const TGUID& AnID) const { __builtin_prefetch(&FSlots[FHash(AnID) & (FSlots.size() - 1)]); }
 
   /// Ignored if a list has the identity already, or nobody has looked for a list yet.
   void AddList(TQuillonDataList& AList);
@@ -88,16 +90,18 @@ class TQuillonDataObjectRegistry {
   void Clear();
 
  private:
+  /// Holds all that a look-up compares, so that it touches no other object than the one it finds.
   struct TSlot {
-    std::uint64_t Hash = 0;
+    TGUID ID;
+    const TQuillonDataClass* Class = nullptr;
     TQuillonDataAbstractObject* Object = nullptr;
   };
 
   template <class TPredicate>
-  const TSlot* FindSlot(std::uint64_t AHash, const TPredicate& APredicate) const;
+  const TSlot* FindSlot(const TGUID& AnID, const TPredicate& APredicate) const;
   void Grow();
   void FindLists();
-  static void Put(std::vector<TSlot>& ASlots, const TSlot& ASlot);
+  void Put(std::vector<TSlot>& ASlots, const TSlot& ASlot) const;
 
   std::vector<TSlot> FSlots;  ///< open addressing; the length is a power of two
   std::size_t FCount = 0;

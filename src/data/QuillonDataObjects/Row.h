@@ -122,8 +122,18 @@ struct TQuillonDataRow {
     void (*Run)(TObject&);
   };
 
-  std::string_view Name;  ///< ends with a NUL behind its last character
+  std::string_view Name;
   TQuillonRowKind Kind = TQuillonRowKind::Hook;
+  bool Required = false;       ///< the name must stand in the file
+  bool AlwaysWritten = false;  ///< written also while it equals the default
+  bool KeepsCurrent = false;   ///< an absent name leaves the field as it is
+  bool Merged = false;         ///< the items of a list join those that are there
+  bool Essential = false;      ///< a reference: without the object there the one that refers to it has no sense
+  bool IsStamp = false;        ///< tells of the object's past, no content: not copied by Assign
+  bool HasSince = false;
+  bool HasUntil = false;
+  /// Place in the whole table of the first row with this name: a name that stands twice reads its first element.
+  std::size_t FirstOfName = 0;
   std::variant<std::monostate, TNumber, TFloat, TText, TGuid, TIntegers, TStrings, TPicture, TPointer, TItems, TStep>
       Access;
 
@@ -133,19 +143,8 @@ struct TQuillonDataRow {
   double DefaultFloat = 0;
   std::string_view DefaultText;
   std::string_view WrittenText;  ///< written in place of the field, unless empty
-
-  bool Required = false;       ///< the name must stand in the file
-  bool AlwaysWritten = false;  ///< written also while it equals the default
-  bool KeepsCurrent = false;   ///< an absent name leaves the field as it is
-  bool Merged = false;         ///< the items of a list join those that are there
-  bool Essential = false;      ///< a reference: without the object there the one that refers to it has no sense
-  bool IsStamp = false;        ///< tells of the object's past, no content: not copied by Assign
-  bool HasSince = false;
-  bool HasUntil = false;
-  TQuillonRelease Since;  ///< read only from files of this release on
-  TQuillonRelease Until;  ///< retired: read only from files older than this release, and never written
-  /// Place in the whole table of the first row with this name: a name that stands twice reads its first element.
-  std::size_t FirstOfName = 0;
+  TQuillonRelease Since;         ///< read only from files of this release on
+  TQuillonRelease Until;         ///< retired: read only from files older than this release, and never written
 
   bool IsRetired() const { return HasUntil; }
   bool IsReadFrom(const TQuillonRelease& ARelease) const {

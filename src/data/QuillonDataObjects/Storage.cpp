@@ -4,7 +4,6 @@
 
 #include "QuillonDataObjects/BackgroundSaver.h"
 #include "QuillonDataObjects/DataClass.h"
-#include "QuillonFileReplacement.h"
 #include "QuillonFileSystem.h"
 
 namespace {
@@ -157,7 +156,7 @@ void TQuillonDataStorage::LoadFrom(const std::string& AFileName, const TOpen& An
     if (FFileFormat == ffBinary) {
       LoadFromBinStream(*Stream);
     } else {
-      LoadFromXML(QuillonIO::ReadIntoBuffer(*Stream), FFileName);
+      LoadFromXML(*Stream, FFileName);
     }
   }
   FModified = false;
@@ -202,6 +201,16 @@ std::string TQuillonDataStorage::Document() const {
   return Stream.TakeContent();
 }
 
+TQuillonContent TQuillonDataStorage::Content() const {
+  return [this](const TQuillonContentSink& ASink) {
+    if (FFileFormat == ffXML) {
+      WriteXML(ASink);
+    } else {
+      ASink(Document());
+    }
+  };
+}
+
 std::size_t TQuillonDataStorage::ExpectedSize() const {
   // Of memory that is never touched only the addresses are taken; what grows is copied again and again.
   constexpr std::size_t BytesPerObject = 1024;
@@ -218,7 +227,7 @@ std::string TQuillonDataStorage::FileToSave() {
   return HoldsFile() ? FFileStream->FileName() : FFileName;
 }
 
-void TQuillonDataStorage::WriteDocument(const std::string& AFileName, std::string_view ADocument) {
+void TQuillonDataStorage::WriteDocument(const std::string& AFileName, const TQuillonContent& ADocument) {
   TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(AFileName));
   const bool IsHeld = HoldsFile() && FFileStream->FileName() == AFileName;
   if (!IsHeld && !TQuillonFileSystem::IsFile(AFileName)) {
@@ -244,7 +253,7 @@ void TQuillonDataStorage::SaveToFile(const std::string& AFileName) {
     if (!HoldsFile()) {
       FFileName = Name;
     }
-    WriteDocument(Name, Document());
+    WriteDocument(Name, Content());
     MarkSaved(Name, FChangeCount);
     FModified = false;
   }
@@ -256,7 +265,7 @@ void TQuillonDataStorage::StoreFile() {
     BeforeStore();
     {
       const std::scoped_lock Lock(FFileMutex);
-      QuillonIO::ReplaceFile(*FFileStream, Document());
+      QuillonIO::ReplaceFile(*FFileStream, Content());
       MarkSaved(FFileStream->FileName(), FChangeCount);
       FModified = false;
     }
@@ -274,9 +283,8 @@ void TQuillonDataStorage::StoreFile(const std::string& AFileName, bool ATakeFile
     if (ATakeFileName) {
       FFileName = Name;
     }
-    const std::string Content = Document();
     TQuillonFileSystem::ForceDirectory(TQuillonFilePath::GetDirectoryName(Name));
-    FFileStream = QuillonIO::ReplaceFile(Name, Content);
+    FFileStream = QuillonIO::ReplaceFile(Name, Content());
     MarkSaved(Name, FChangeCount);
     FModified = false;
   }

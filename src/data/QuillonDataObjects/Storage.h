@@ -15,6 +15,7 @@
 #include "QuillonDataObjects/DataObject.h"
 #include "QuillonDataObjects/Registry.h"
 #include "QuillonDataObjects/Release.h"
+#include "QuillonFileReplacement.h"
 #include "QuillonIO.h"
 #include "QuillonSynchronization/Mutexes.h"
 
@@ -111,6 +112,8 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   /// @param ADocument the file's bytes; used up by the parser
   /// @param ASource what messages call the document, usually its file name
   void LoadFromXML(TQuillonBuffer ADocument, std::string_view ASource);
+  /// The same from the stream's position on; one that can seek is not held in memory as a rule.
+  void LoadFromXML(TQuillonStream& AStream, std::string_view ASource);
   std::string SaveToXML() const;
   /// The binary form, from the stream's position on; the stream stands behind it then.
   /// @throws EQuillonReaderError, EQuillonDataObjectReaderError; the storage then holds what was read so far
@@ -181,6 +184,11 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   void FreeUnheld();
   /// Empties the storage and reads it with the reader.
   void LoadWith(TQuillonDataObjectReader& AReader);
+  /// Reads a document while it passes by, into a storage that is as it was made.
+  /// @return false, and nothing has changed, for what only the reader of whole documents can judge
+  bool PullFromXML(TQuillonStream& AStream);
+  /// Reads the document as a whole, and tells what is wrong with it.
+  void ReadWholeXML(TQuillonBuffer ADocument, std::string_view ASource);
   /// Reads without tracking or recording anything.
   template <class TRead>
   void WhileReading(const TRead& ARead);
@@ -188,14 +196,17 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   /// it.
   template <class TRead>
   void Update(const TRead& ARead);
+  void WriteXML(const TQuillonContentSink& ASink) const;
   /// The document in the form of the file.
   std::string Document() const;
+  /// The same, made while it is written; not held in memory if it is XML.
+  TQuillonContent Content() const;
   /// Room that the binary form needs as a rule, in bytes.
   std::size_t ExpectedSize() const;
   /// The file that is held, else the one of the storage's name.
   std::string FileToSave();
   /// Puts a document in the place of the file, which may be the one that is held.
-  void WriteDocument(const std::string& AFileName, std::string_view ADocument);
+  void WriteDocument(const std::string& AFileName, const TQuillonContent& ADocument);
   /// The file has the content of that count of changes now.
   void MarkSaved(const std::string& AFileName, std::uint64_t AChangeCount);
 

@@ -7,9 +7,9 @@
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/Storage.h"
 #include "QuillonDataObjects/Sweep.h"
+#include "QuillonDataObjects/XMLPullReader.h"
 #include "QuillonDataObjects/XMLReader.h"
 #include "QuillonDataObjects/XMLWriter.h"
-#include "QuillonFileReplacement.h"
 #include "QuillonFileSystem.h"
 #include "QuillonStreams/ReadAhead.h"
 #include "QuillonZlib.h"
@@ -30,6 +30,15 @@ class TFlagged {
 };
 
 constexpr int BestCompression = 9;
+
+bool CanSeek(TQuillonStream& AStream) {
+  try {
+    AStream.Seek(0, TQuillonSeekOrigin::Current);
+    return true;
+  } catch (const EQuillonException&) {
+    return false;
+  }
+}
 
 }  // namespace
 
@@ -81,14 +90,68 @@ void TQuillonDataStorage::LoadWith(TQuillonDataObjectReader& AReader) {
 }
 
 void TQuillonDataStorage::LoadFromXML(TQuillonBuffer ADocument, std::string_view ASource) {
+  TQuillonBufferStream Stream({ADocument.Data(), ADocument.Size()});
+  if (!PullFromXML(Stream)) {
+    ReadWholeXML(std::move(ADocument), ASource);
+  }
+}
+
+void TQuillonDataStorage::LoadFromXML(TQuillonStream& AStream, std::string_view ASource) {
+  if (!CanSeek(AStream)) {
+    LoadFromXML(QuillonIO::ReadIntoBuffer(AStream), ASource);
+    return;
+  }
+  const std::int64_t Start = AStream.Position();
+  if (!PullFromXML(AStream)) {
+    AStream.Seek(Start, TQuillonSeekOrigin::Begin);
+    ReadWholeXML(QuillonIO::ReadIntoBuffer(AStream), ASource);
+  }
+}
+
+void TQuillonDataStorage::ReadWholeXML(TQuillonBuffer ADocument, std::string_view ASource) {
   TQuillonDataObjectXMLReader Reader(*this, std::move(ADocument), ASource);
   LoadWith(Reader);
 }
 
-std::string TQuillonDataStorage::SaveToXML() const {
-  TQuillonDataObjectXMLWriter Writer;
+bool TQuillonDataStorage::PullFromXML(TQuillonStream& AStream) {
+  if (FChangeCount != 0) {
+    return false;  // what is lost if the document turns out to be malformed may be a whole plan
+  }
+  TQuillonMemoryStream Before;
+  SaveToBinStream(Before);
+  const bool WasModified = FModified;
+  try {
+    TQuillonDataObjectXMLPullReader Reader(*this, AStream);
+    LoadWith(Reader);
+    Reader.Finish();
+    return true;
+  } catch (const TQuillonXMLUnusual&) {
+    // The other reader takes it.
+  } catch (const EQuillonException&) {
+    // The other reader comes to the same error, and tells more of it.
+  }
+  if (FChangeCount != 0) {
+    Before.Seek(0, TQuillonSeekOrigin::Begin);
+    const TFlagged Restoring(FIsRestoring);
+    LoadFromBinStream(Before);
+    FModified = WasModified;
+    FChangeCount = 0;
+  }
+  return false;
+}
+
+void TQuillonDataStorage::WriteXML(const TQuillonContentSink& ASink) const {
+  TQuillonDataObjectXMLWriter Writer(ASink);
   WriteProperties(Writer);
-  return Writer.Finish();
+  Writer.Finish();
+}
+
+std::string TQuillonDataStorage::SaveToXML() const {
+  constexpr std::size_t XMLToBinary = 2;
+  std::string Document;
+  Document.reserve(XMLToBinary * ExpectedSize());
+  WriteXML([&](std::string_view APiece) { Document.append(APiece); });
+  return Document;
 }
 
 void TQuillonDataStorage::LoadFromBinStream(TQuillonStream& AStream) {

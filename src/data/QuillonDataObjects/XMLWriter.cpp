@@ -15,6 +15,7 @@ constexpr std::string_view Head =
     "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"utf-8\" standalone=\"yes\"?>\n<Storage>\n";
 constexpr std::string_view Tail = "</Storage>\n";
 constexpr std::size_t IndentWidth = 2;
+constexpr std::size_t BufferSize = 1U << 18;
 
 constexpr std::string_view Replacement = "\uFFFD";
 /// First byte of UTF-8 from which on something may be no character of XML.
@@ -44,14 +45,23 @@ std::size_t NoCharacterLength(std::string_view AText) {
 
 }  // namespace
 
-TQuillonDataObjectXMLWriter::TQuillonDataObjectXMLWriter() : FText(Head), FLevel(1) {}
+TQuillonDataObjectXMLWriter::TQuillonDataObjectXMLWriter(const TQuillonContentSink& ASink)
+    : FSink(ASink), FText(Head), FLevel(1) {}
 
-std::string TQuillonDataObjectXMLWriter::Finish() {
+void TQuillonDataObjectXMLWriter::Finish() {
   FText.append(Tail);
-  return std::move(FText);
+  FSink(FText);
+  FText.clear();
 }
 
-void TQuillonDataObjectXMLWriter::Indent() { FText.append(FLevel * IndentWidth, ' '); }
+/// Begins a line.
+void TQuillonDataObjectXMLWriter::Indent() {
+  if (FText.size() >= BufferSize) {
+    FSink(FText);
+    FText.clear();
+  }
+  FText.append(FLevel * IndentWidth, ' ');
+}
 
 void TQuillonDataObjectXMLWriter::Open(std::string_view ATag) {
   Indent();

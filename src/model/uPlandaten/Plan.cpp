@@ -101,7 +101,9 @@ TVELZeitrahmen* TVELPlan::StandardTimeframe() const {
 }
 
 void TVELPlan::CheckRelease() {
-  FLoadedRelease = FDataformatVersion;
+  if (!IsRestoring()) {
+    FLoadedRelease = FDataformatVersion;
+  }
   if (FDataformatVersion == StrayRelease) {
     FDataformatVersion = CurrentRelease;
   }

@@ -46,6 +46,17 @@ TEST_F(ReplaceFile, PutsNewContentInThePlaceOfOld) {
   EXPECT_EQ(FFolder.Names(), std::vector<std::string>{"plan.data"});
 }
 
+TEST_F(ReplaceFile, LeavesTheOldFileWhenItsContentFails) {
+  QuillonIO::ReplaceFile(FName, FOld);
+  const auto Fail = [&](const TQuillonContentSink& ASink) {
+    ASink(FNew);
+    throw EQuillonException("no more of it");
+  };
+  EXPECT_THROW(QuillonIO::ReplaceFile(FName, Fail), EQuillonException);
+  EXPECT_EQ(QuillonIO::ReadWholeFile(FName), FOld);
+  EXPECT_EQ(FFolder.Names().size(), 1U);
+}
+
 TEST_F(ReplaceFile, KeepsPermissionsOfTheOldAndGivesUsualOnesToANewFile) {
   const mode_t Mask = umask(027);
   QuillonIO::ReplaceFile(FName, FOld);
