@@ -15,8 +15,9 @@ class FileSets : public testing::Test {
   void Write(const std::string& ASet, const std::vector<std::string>& ANames, std::chrono::milliseconds ATimeOut = {}) {
     uOstrel::TFileSet Set(FFolder.Path(""), {"a", "b", "c", "mark"}, "mark", ATimeOut);
     for (const std::string& Name : ANames) {
-      Set.Begin(Name).Write(ASet);
-      Set.End();
+      TQuillonStream& File = Set.Begin(Name);
+      File.Write(ASet);
+      Set.End(File);
     }
     Set.Place();
   }

@@ -94,7 +94,10 @@ void TVELReport::EndStage() {
   }
 }
 
-TVELReport::TFile& TVELReport::File(std::string_view AName) { return Named(FFiles, AName); }
+TVELReport::TFile& TVELReport::File(std::string_view AName) {
+  const std::scoped_lock Lock(FNaming);
+  return Named(FFiles, AName);
+}
 
 TVELReport::TKind& TVELReport::Kind(std::string_view AName) { return Named(FKinds, AName); }
 
@@ -108,6 +111,8 @@ void TVELReport::Finish(int AnExitCode, const std::string& AnError) {
   EndStage();
   SpareOtherFiles();
   if (IsWanted()) {
+    // Threads may have come to them in any order.
+    std::ranges::sort(FFiles, {}, &TFile::Name);
     QuillonIO::ReplaceFile(FFileName, Document(AnExitCode, AnError));
   }
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,7 +45,7 @@ class TVELReport {
 
   /// The one before ends.
   void BeginStage(std::string_view AName);
-  /// The entry of that name, made at the first call; valid as long as the report.
+  /// The entry of that name, made at the first call; valid as long as the report. Several threads may ask.
   TFile& File(std::string_view AName);
   TKind& Kind(std::string_view AName);
   /// What no line of the run tells. @param AKind a word for programs
@@ -85,6 +86,7 @@ class TVELReport {
   const std::chrono::system_clock::time_point FStarted = std::chrono::system_clock::now();
   const TClock::time_point FBegin = TClock::now();
   std::vector<TStage> FStages;
+  std::mutex FNaming;  ///< for the next one
   std::deque<TFile> FFiles;
   std::deque<TKind> FKinds;
   std::vector<TWarning> FWarnings;

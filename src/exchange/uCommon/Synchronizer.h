@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <string>
 
@@ -105,7 +106,7 @@ class TVELOstrelSynchronizer : public TVELOstrelService {
 
   TVELGlobals& FGlobals;
   TVELPlan& FPlan;
-  bool FAborted = false;
+  std::atomic<bool> FAborted = false;
   TVELDate FValidFrom;  ///< first valid day
   TVELDate FValidTo;    ///< the day after the last valid one
 };

@@ -11,11 +11,11 @@ constexpr std::size_t TextBufferSize = 65'536;
 namespace uOstrel {
 
 TCsvFile::TCsvFile(TFileSet& ASet, const TFileName& AFileName, std::uint64_t& ARows)
-    : FSet(ASet), FRows(ARows), FWriter(ASet.Begin(AFileName.Text()), true, TextBufferSize) {}
+    : FSet(ASet), FContent(ASet.Begin(AFileName.Text())), FRows(ARows), FWriter(FContent, true, TextBufferSize) {}
 
 void TCsvFile::Close() {
   FWriter.FlushBuffer();
-  FSet.End();
+  FSet.End(FContent);
 }
 
 void TCsvFile::Identifier(const TGUID& AGuid) {

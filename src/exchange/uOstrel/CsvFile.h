@@ -44,6 +44,7 @@ class TCsvFile {
 
  private:
   TFileSet& FSet;
+  TQuillonStream& FContent;
   std::uint64_t& FRows;
   TQuillonCSVWriter FWriter;
 };

@@ -1,6 +1,8 @@
 #include "uOstrel/CsvWriter.h"
 
 #include <array>
+#include <future>
+#include <system_error>
 #include <utility>
 
 #include "QuillonFileReplacement.h"
@@ -35,33 +37,45 @@ void TVELOstrelCsvWriter::LoadVelFile() {
   TakeValidRange();
 }
 
+void TVELOstrelCsvWriter::Run(std::span<void (TVELOstrelCsvWriter::*const)()> ASteps) {
+  for (const auto Step : ASteps) {
+    (this->*Step)();
+  }
+}
+
 void TVELOstrelCsvWriter::WriteAll() {
   using T = TVELOstrelCsvWriter;
   // The receiving platform reads the set in this order.
-  static constexpr std::array Steps = {&T::WriteManifest,
-                                       &T::WriteCatalogs,
-                                       &T::WriteHolidays,
-                                       &T::WriteTimeFrames,
-                                       &T::WriteDepartments,
-                                       &T::WriteRooms,
-                                       &T::WriteRoomAbsences,
-                                       &T::WriteSchoolClassAbsences,
-                                       &T::WriteSubjects,
-                                       &T::WriteTeachers,
-                                       &T::WriteTeacherCourseAttendances,
-                                       &T::WriteTeacherAbsences,
-                                       &T::WriteStudents,
-                                       &T::WriteStudentSchoolClassAttendances,
-                                       &T::WriteStudentCourseAttendances,
-                                       &T::WriteSchoolClasses,
-                                       &T::WriteCourses,
-                                       &T::WriteAnnouncements,
-                                       &T::WriteScheduledLessons,
-                                       &T::WriteSubstituteLessons,
-                                       &T::WriteLessonGaps};
-  for (const auto Step : Steps) {
-    (this->*Step)();
+  static constexpr std::array MasterData = {&T::WriteManifest,
+                                            &T::WriteCatalogs,
+                                            &T::WriteHolidays,
+                                            &T::WriteTimeFrames,
+                                            &T::WriteDepartments,
+                                            &T::WriteRooms,
+                                            &T::WriteRoomAbsences,
+                                            &T::WriteSchoolClassAbsences,
+                                            &T::WriteSubjects,
+                                            &T::WriteTeachers,
+                                            &T::WriteTeacherCourseAttendances,
+                                            &T::WriteTeacherAbsences,
+                                            &T::WriteStudents,
+                                            &T::WriteStudentSchoolClassAttendances,
+                                            &T::WriteStudentCourseAttendances,
+                                            &T::WriteSchoolClasses,
+                                            &T::WriteCourses,
+                                            &T::WriteAnnouncements};
+  static constexpr std::array Timetable = {&T::WriteScheduledLessons, &T::WriteSubstituteLessons, &T::WriteLessonGaps};
+  // Half of the work each, in a thread of its own where the system has one to give. What the first half raises comes
+  // first, as it would with a single thread.
+  Scope();
+  std::future<void> Second;
+  try {
+    Second = std::async(std::launch::async, [this] { Run(Timetable); });
+  } catch (const std::system_error&) {
+    Second = std::async(std::launch::deferred, [this] { Run(Timetable); });
   }
+  Run(MasterData);
+  Second.get();
   PlaceSet();
 }
 
@@ -73,6 +87,7 @@ void TVELOstrelCsvWriter::PlaceSet() {
 }
 
 TCsvFile TVELOstrelCsvWriter::OpenFile(const uOstrel::TFileName& AFileName) {
+  const std::scoped_lock Lock(FOpening);
   if (!FSet) {
     FSet.emplace(Options().FTargetFolderName, uOstrel::AllFileNames(), uOstrel::ManifestFile, QuillonIO::LongestWait);
   }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -83,6 +84,10 @@ class TVELOstrelCsvWriter : public TVELOstrelSynchronizer {
   void WriteCourseAttendances(const TAttendances& AnAttendances);
   uOstrel::TExportScope Scope();
 
+  /// Calls steps in their order.
+  void Run(std::span<void (TVELOstrelCsvWriter::*const)()> ASteps);
+
   std::optional<uDataUtils::TPlanContext> FContext;  ///< of the loaded plan, from the first look at it on
+  std::mutex FOpening;                               ///< for the set itself
   std::optional<uOstrel::TFileSet> FSet;
 };

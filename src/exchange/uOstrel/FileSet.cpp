@@ -83,6 +83,7 @@ TFileSet::~TFileSet() {
 std::string TFileSet::PathOf(const std::string& AName) const { return TQuillonFilePath::Combine(FFolder, AName); }
 
 TQuillonStream& TFileSet::Begin(const std::string& AName) {
+  const std::scoped_lock Lock(FBeginning);
   std::erase(FRest, AName);
   TMember& Member = FMembers.emplace_back(PathOf(AName));
   auto& Files = Platform::Files();
@@ -110,8 +111,12 @@ TQuillonStream& TFileSet::Begin(const std::string& AName) {
   });
 }
 
-void TFileSet::End() {
-  if (TMember& Member = FMembers.back(); Member.New) {
+void TFileSet::End(const TQuillonStream& AContent) {
+  const auto MemberOf = [&]() -> TMember& {
+    const std::scoped_lock Lock(FBeginning);
+    return *std::ranges::find(FMembers, &AContent, [](const TMember& AMember) { return AMember.Stream.get(); });
+  };
+  if (TMember& Member = MemberOf(); Member.New) {
     Member.New->File().BeginFlush();
   }
 }

@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,11 +30,12 @@ class TFileSet {
   TFileSet& operator=(const TFileSet&) = delete;
   ~TFileSet();
 
-  /// Begins a file. @return its content, empty; valid as long as the set
+  /// Begins a file; several threads may, each for files of its own. @return its content, empty; valid as long as the
+  /// set
   /// @throws EQuillonFileHandleError, also for a file that we may not write
   TQuillonStream& Begin(const std::string& AName);
-  /// The file that was begun last is complete.
-  void End();
+  /// A file that was begun is complete.
+  void End(const TQuillonStream& AContent);
   /// Lets the files take their places.
   /// @throws EQuillonFileHandleError, the folder is as it was; EQuillonException once the burst has begun
   void Place();
@@ -56,6 +58,7 @@ class TFileSet {
   std::string FLockPath;
   std::optional<Platform::RemovalAtSignal> FLockRemoval;
   std::unique_ptr<Platform::File> FLock;
+  std::mutex FBeginning;  ///< for the members and the rest, as long as files are written
   std::deque<TMember> FMembers;
 };
 
