@@ -163,8 +163,9 @@ class NewGuids(unittest.TestCase):
     def test_runs_at_once_come_one_after_the_other(self):
         shutil.copy(SAMPLE, self.path)
         content = content_of(SAMPLE)
-        runs = [subprocess.Popen([PROGRAM, "newguids", "-f", self.path], stdout=subprocess.DEVNULL) for _ in range(4)]
-        self.assertEqual([process.wait(timeout=60) for process in runs], [0] * 4)
+        runs = [subprocess.Popen([PROGRAM, "newguids", "-f", self.path], stdout=subprocess.PIPE) for _ in range(4)]
+        said = [process.communicate(timeout=60)[0].decode() for process in runs]
+        self.assertEqual([process.returncode for process in runs], [0] * 4, said)
         self.assertEqual(content_of(self.path), content)
 
     def test_a_file_in_use_is_waited_for_and_never_replaced(self):

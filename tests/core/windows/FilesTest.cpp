@@ -5,6 +5,7 @@
 
 #include "QuillonFileReplacement.h"
 #include "QuillonFileSystem.h"
+#include "QuillonGuid.h"
 #include "core/TestFiles.h"
 #include "platform/windows/WindowsCalls.h"
 
@@ -138,6 +139,29 @@ TEST_F(WindowsFiles, AHeldFileIsReplacedAndStaysHeld) {
   Held->Close();
   EXPECT_EQ(Content(), "newer");
   EXPECT_EQ(FFolder.Names(), std::vector<std::string>{"plan.data"});
+}
+
+TEST_F(WindowsFiles, AFileIsThereAtEveryMomentOfItsReplacement) {
+  const auto Move = [](const std::string& APath, const std::string& ANewPath) {
+    return ::MoveFileW(WindowsCalls::WidePath(APath).c_str(), WindowsCalls::WidePath(ANewPath).c_str()) != 0;
+  };
+  const std::string Aside = FName + "." + QuillonGuid::Plain(QuillonGuid::New()) + ".old";
+  for (const bool IsLookedFor : {true, false}) {
+    ASSERT_TRUE(Move(FName, Aside));
+    const auto Replacement = std::async(std::launch::async, [&] {
+      ::Sleep(100);
+      Move(Aside, FName);
+    });
+    if (IsLookedFor) {
+      EXPECT_TRUE(TQuillonFileSystem::Exists(FName));
+    }
+    EXPECT_EQ(Content(), "old");
+  }
+  // Nobody waits for a file of a like name that no program of ours has moved.
+  ASSERT_TRUE(Move(FName, FName + ".2025.old"));
+  const auto Start = ::GetTickCount64();
+  EXPECT_FALSE(TQuillonFileSystem::Exists(FName));
+  EXPECT_LT(::GetTickCount64() - Start, 300);
 }
 
 TEST_F(WindowsFiles, WhoLooksAtAFileForAMomentIsWaitedForAndWhoStaysIsWrittenBeside) {

@@ -71,8 +71,11 @@ class TPrivate {
 
 DWORD AttributesOf(const std::wstring& APath) {
   WIN32_FILE_ATTRIBUTE_DATA Data{};
-  const bool IsThere = ::GetFileAttributesExW(APath.c_str(), GetFileExInfoStandard, &Data) != 0;
-  return IsThere ? Data.dwFileAttributes : INVALID_FILE_ATTRIBUTES;
+  const DWORD Code = Replacement::AwaitName(APath, [&] {
+    const BOOL IsThere = ::GetFileAttributesExW(APath.c_str(), GetFileExInfoStandard, &Data);
+    return IsThere != 0 ? ERROR_SUCCESS : ::GetLastError();
+  });
+  return Code == ERROR_SUCCESS ? Data.dwFileAttributes : INVALID_FILE_ATTRIBUTES;
 }
 
 /// "\\.\NUL" and the like, which the system makes of "nul" too.
@@ -111,12 +114,15 @@ class WindowsFileSystem final : public Platform::FileSystem {
     if (ACreation == Creation::NewPrivate) {
       Private.emplace();
     }
-    auto Handle = WindowsCalls::OwnedFile(
-        ::CreateFileW(Path.c_str(), AccessRights(AnAccess, ACreation), ShareMode(AnAccess, ALock),
-                      Private ? Private->Attributes() : nullptr, Dispositions[static_cast<std::size_t>(ACreation)],
-                      FILE_ATTRIBUTE_NORMAL | (IsLockFile ? FILE_FLAG_OPEN_REPARSE_POINT : 0), nullptr));
-    if (Handle == nullptr) {
-      const DWORD Code = ::GetLastError();
+    WindowsCalls::THandle Handle;
+    const DWORD Code = Replacement::AwaitName(Path, [&] {
+      Handle = WindowsCalls::OwnedFile(
+          ::CreateFileW(Path.c_str(), AccessRights(AnAccess, ACreation), ShareMode(AnAccess, ALock),
+                        Private ? Private->Attributes() : nullptr, Dispositions[static_cast<std::size_t>(ACreation)],
+                        FILE_ATTRIBUTE_NORMAL | (IsLockFile ? FILE_FLAG_OPEN_REPARSE_POINT : 0), nullptr));
+      return Handle != nullptr ? ERROR_SUCCESS : ::GetLastError();
+    });
+    if (Code != ERROR_SUCCESS) {
       // The system calls a folder a file to which access is denied.
       Fail(Code == ERROR_ACCESS_DENIED && Look(APath) == Platform::EntryKind::Directory ? ERROR_DIRECTORY : Code,
            APath);

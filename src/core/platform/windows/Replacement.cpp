@@ -48,9 +48,19 @@ DWORD RenameAtOnce(const std::wstring& APath, const std::wstring& ANewPath) {
   return ErrorOf(::SetFileInformationByHandle(File.get(), RenameInfoEx, &Info, static_cast<DWORD>(Block.size())));
 }
 
+std::wstring NameAside(const std::wstring& APath, const std::string& AMark) {
+  return APath + WindowsCalls::ToWide("." + AMark + ".old");
+}
+
 /// A name in the same folder that says what the file is, should this process end right now.
-std::wstring NameAside(const std::wstring& APath) {
-  return APath + WindowsCalls::ToWide("." + QuillonGuid::Plain(QuillonGuid::New()) + ".old");
+std::wstring NameAside(const std::wstring& APath) { return NameAside(APath, QuillonGuid::Plain(QuillonGuid::New())); }
+
+/// Whether a file of this name lies aside.
+bool IsMovedAside(const std::wstring& APath) {
+  static const std::string AnyMark(QuillonGuid::PlainLength, '?');
+  WIN32_FIND_DATAW Found{};
+  const HANDLE Search = ::FindFirstFileW(NameAside(APath, AnyMark).c_str(), &Found);
+  return Search != INVALID_HANDLE_VALUE && ::FindClose(Search) != 0;
 }
 
 DWORD RemoveOnce(const std::wstring& APath) {
@@ -98,12 +108,13 @@ DWORD ReplaceOnce(const std::wstring& APath, const std::wstring& ANewPath) {
   return IsInTheWay(Code) ? ReplaceInSteps(APath, ANewPath) : Code;
 }
 
+constexpr int MostTries = 20;
+constexpr DWORD Pause = 25;
+
 /// Makes a call again for a while as long as somebody else is in its way.
 /// @return the system's code
 template <class TCall>
 DWORD Insist(TCall ACall) {
-  constexpr int MostTries = 20;
-  constexpr DWORD Pause = 25;
   DWORD Code = ACall();
   for (int Try = 1; IsInTheWay(Code) && Try < MostTries; ++Try) {
     ::Sleep(Pause);
@@ -134,6 +145,19 @@ void Remove(const std::string& APath) {
   if (const DWORD Code = Insist([&] { return RemoveOnce(Path); }); Code != ERROR_SUCCESS) {
     WindowsCalls::Fail(Code, APath);
   }
+}
+
+DWORD AwaitName(const std::wstring& APath, const std::function<DWORD()>& ACall) {
+  DWORD Code = ACall();
+  for (int Try = 1; Code == ERROR_FILE_NOT_FOUND && Try < MostTries; ++Try) {
+    if (!IsMovedAside(APath)) {
+      // The new file may have come since.
+      return ACall();
+    }
+    ::Sleep(Pause);
+    Code = ACall();
+  }
+  return Code;
 }
 
 void DemandGivesWay(const std::string& APath) {
