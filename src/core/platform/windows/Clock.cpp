@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <map>
+#include <mutex>
 #include <optional>
 
 namespace {
@@ -32,7 +33,10 @@ std::int64_t SecondsOf(const SYSTEMTIME& AFields) {
 
 /// The rules of the local time zone for a year; nothing where the system has none to tell.
 const TIME_ZONE_INFORMATION* RulesOf(WORD AYear) {
-  static thread_local std::map<WORD, std::optional<TIME_ZONE_INFORMATION>> Known;
+  // For all threads: what is a thread's own is freed here ahead of the destructors that run at its end.
+  static std::mutex Lock;
+  static auto& Known = *new std::map<WORD, std::optional<TIME_ZONE_INFORMATION>>;
+  const std::lock_guard<std::mutex> Guard(Lock);
   const auto [Place, IsNew] = Known.try_emplace(AYear);
   TIME_ZONE_INFORMATION Rules{};
   if (IsNew && ::GetTimeZoneInformationForYear(AYear, nullptr, &Rules) != 0) {
