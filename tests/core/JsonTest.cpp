@@ -41,6 +41,14 @@ TEST(Json, BothWritersKeepTheOrderAndOnlyOneEscapes) {
   EXPECT_THROW(Plan.ToBytes(Small, 0), EQuillonJSONError);
 }
 
+TEST(Json, WhatIsWrittenAlreadyStaysAsItIs) {
+  TQuillonJSONArray Array;
+  Array.AddElement(std::make_unique<TQuillonJSONWritten>(R"({"a":"\"/ä😀"})"));
+  EXPECT_EQ(Array.ToString(), R"([{"a":"\"/ä😀"}])");
+  EXPECT_EQ(Bytes(Array), R"([{"a":"\"/\u00E4\uD83D\uDE00"}])");
+  EXPECT_EQ(Bytes(*Array.Clone()), Bytes(Array));
+}
+
 TEST(Json, SizesAreCountedInUtf16) {
   EXPECT_EQ(TQuillonJSONString("ä😀").EstimatedByteSize(), 3 * 6 + 2);
   EXPECT_EQ(TQuillonJSONString().EstimatedByteSize(), 4U);

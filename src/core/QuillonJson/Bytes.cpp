@@ -18,6 +18,16 @@ std::size_t Put(std::span<char> AData, std::size_t AnOffset, std::string_view AB
   return AnOffset + ABytes.size();
 }
 
+/// Bytes of a text all of whose units are escapes.
+std::size_t EscapedSize(std::string_view AText) {
+  constexpr std::size_t UnitSize = 6;
+  std::size_t Units = 0;
+  while (!AText.empty()) {
+    Units += QuillonText::TakeCharacter(AText) < FirstPastUnit ? 1 : 2;
+  }
+  return Units * UnitSize;
+}
+
 std::size_t PutUnit(std::span<char> AData, std::size_t AnOffset, char32_t AUnit) {
   constexpr std::string_view Digits = "0123456789ABCDEF";
   constexpr unsigned Nibble = 4;
@@ -81,15 +91,10 @@ std::size_t TQuillonJSONWord::ToBytes(std::span<char> AData, std::size_t AnOffse
 
 std::size_t TQuillonJSONString::EstimatedByteSize() const {
   constexpr std::size_t NullSize = 4;
-  constexpr std::size_t UnitSize = 6;
   if (IsNull()) {
     return NullSize;
   }
-  std::size_t Units = 0;
-  for (std::string_view Left = Text(); !Left.empty();) {
-    Units += QuillonText::TakeCharacter(Left) < FirstPastUnit ? 1 : 2;
-  }
-  return Units * UnitSize + 2;
+  return EscapedSize(Text()) + 2;
 }
 
 std::size_t TQuillonJSONString::ToBytes(std::span<char> AData, std::size_t AnOffset) const {
@@ -101,6 +106,18 @@ std::size_t TQuillonJSONString::ToBytes(std::span<char> AData, std::size_t AnOff
     AnOffset = PutChar(AData, AnOffset, QuillonText::TakeCharacter(Left));
   }
   return Put(AData, AnOffset, "\"");
+}
+
+std::size_t TQuillonJSONWritten::EstimatedByteSize() const { return EscapedSize(FText); }
+
+std::size_t TQuillonJSONWritten::ToBytes(std::span<char> AData, std::size_t AnOffset) const {
+  constexpr char32_t FirstBeyondAscii = 0x80;
+  for (std::string_view Left = FText; !Left.empty();) {
+    const std::string_view Before = Left;
+    const char32_t Char = QuillonText::TakeCharacter(Left);
+    AnOffset = Char < FirstBeyondAscii ? Put(AData, AnOffset, Before.substr(0, 1)) : PutChar(AData, AnOffset, Char);
+  }
+  return AnOffset;
 }
 
 std::size_t TQuillonJSONNumber::ToBytes(std::span<char> AData, std::size_t AnOffset) const {

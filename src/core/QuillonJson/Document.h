@@ -141,6 +141,22 @@ class TQuillonJSONNumber : public TQuillonJSONString {
   TQuillonJSONOwner<TQuillonJSONValue> Clone() const override { return std::make_unique<TQuillonJSONNumber>(Text()); }
 };
 
+/// A value that is its text already, such as a list of so many objects that nobody wants their nodes.
+class TQuillonJSONWritten : public TQuillonJSONValue {
+ public:
+  /// @param AText the value, with its escapes
+  explicit TQuillonJSONWritten(std::string AText) : FText(std::move(AText)) {}
+
+  std::size_t EstimatedByteSize() const override;
+  /// Characters beyond ASCII become escapes, all else stays as it is written.
+  std::size_t ToBytes(std::span<char> AData, std::size_t AnOffset) const override;
+  void AppendText(std::string& ATarget) const override { ATarget.append(FText); }
+  TQuillonJSONOwner<TQuillonJSONValue> Clone() const override { return std::make_unique<TQuillonJSONWritten>(FText); }
+
+ private:
+  std::string FText;
+};
+
 class TQuillonJSONArray;
 class TQuillonJSONObject;
 

@@ -34,7 +34,7 @@ TNodes Reasons(const TVELSchluesselverzeichnisOf<TKey>& AKeys) {
     Item.Text("code", Key->FKuerzel);
     Item.Text("description", Key->FBezeichnung);
     Item.Colour("color", Key->FFarbe);
-    List.Add(std::move(Item));
+    List.Add(Item);
   }
   return List;
 }
@@ -47,12 +47,12 @@ TNode Timeframe(const TVELZeitrahmen& AFrame) {
     Item.Colour("color", Row->FTrennlinienfarbe);
     Item.Time("startTime", Row->FStart);
     Item.Time("endTime", Row->FEnde);
-    Rows.Add(std::move(Item));
+    Rows.Add(Item);
   }
   TNode Item;
   Item.Text("code", AFrame.FKuerzel);
   Item.Number("timeslotFragmentation", AFrame.FEinheitenProStd);
-  Item.List("timeslots", std::move(Rows));
+  Item.List("timeslots", Rows);
   return Item;
 }
 
@@ -95,7 +95,7 @@ void WriteTimeframes(TNode& ANode, const TRun& ARun) {
       Frames.Add(Timeframe(*Frame));
     }
   }
-  ANode.List("timeframes", std::move(Frames));
+  ANode.List("timeframes", Frames);
 }
 
 }  // namespace uJSONExport

@@ -77,7 +77,7 @@ void WriteList(TNode& ANode, const TRun& ARun, const TAbsenceSet& AHidden, std::
       return false;
     });
   }
-  ANode.WholeList(std::string(AKind) + "Absences", std::move(List));
+  ANode.WholeList(std::string(AKind) + "Absences", List);
 }
 
 }  // namespace

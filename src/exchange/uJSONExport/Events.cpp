@@ -51,7 +51,7 @@ void WriteEvents(TNode& ANode, const TRun& ARun) {
       }
     }
   }
-  ANode.WholeList("eventTimes", std::move(Events));
+  ANode.WholeList("eventTimes", Events);
 }
 
 }  // namespace uJSONExport

@@ -100,12 +100,12 @@ TQuillonJSONOwner<TQuillonJSONObject> TVELJSONExport::Build() {
   uJSONExport::WriteAbsences(Result, Run);
   uJSONExport::WriteCourses(Result, Run);
   uJSONExport::WriteMasters(Result, Run);
-  uJSONExport::TNode Root;
-  Root.Object("about", std::move(About));
-  Root.Object("result", std::move(Result));
+  auto Root = std::make_unique<TQuillonJSONObject>();
+  Root->AddPair("about", About.Take());
+  Root->AddPair("result", Result.Take());
   PlaneintragListe.Clear();
   ETag = FPlan.FFileVersion;
-  return Root.Take();
+  return Root;
 }
 
 /// A document for an administrator, whatever the flags were.

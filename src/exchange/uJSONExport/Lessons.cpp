@@ -146,7 +146,7 @@ void WriteLessons(TNode& ANode, const TRun& ARun) {
     }
   }
   ARun.Export.PlaneintragListe.Clear();
-  ANode.List("lessonTimes", std::move(Items));
+  ANode.List("lessonTimes", Items);
 }
 
 }  // namespace uJSONExport

@@ -73,7 +73,7 @@ void Describe(TNode& ANode, const TRun& /*ARun*/, const TVELKlasse& AClass) {
   ANode.Colour("color", AClass.FFarbe);
   TNodes Teams;
   Teams.Text(Identifier(AClass.FTeam));
-  ANode.List("teamRefs", std::move(Teams));
+  ANode.List("teamRefs", Teams);
 }
 
 void Describe(TNode& ANode, const TRun& /*ARun*/, const TVELSchueler& AStudent) {
@@ -123,7 +123,7 @@ void WriteList(TNode& ANode, const TRun& ARun, std::string_view AName, const TLi
       Items.Add(Master(ARun, Standard, *Object));
     }
   }
-  ANode.List(AName, std::move(Items));
+  ANode.List(AName, Items);
 }
 
 TNode Course(const TVELVeranstaltung& ALesson) {
@@ -154,7 +154,7 @@ void WriteCourses(TNode& ANode, const TRun& ARun) {
       }
     }
   }
-  ANode.WholeList("courses", std::move(Courses));
+  ANode.WholeList("courses", Courses);
 }
 
 void WriteMasters(TNode& ANode, const TRun& ARun) {

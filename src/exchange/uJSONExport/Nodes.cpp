@@ -19,16 +19,12 @@ constexpr TColor WindowColour = 5;
 bool IsWindowColour(TColor AColour) { return AColour < 0 && (AColour & 0xFF) == WindowColour; }
 
 /// The text without the control characters that no JSON text can hold and no escape stands for (RFC 8259, section 7).
-std::string_view WithoutControls(std::string_view AText, std::string& AScratch) {
-  const auto IsControl = [](char C) {
+std::string WithoutControls(std::string_view AText) {
+  std::string Text;
+  std::ranges::remove_copy_if(AText, std::back_inserter(Text), [](char C) {
     return static_cast<unsigned char>(C) < ' ' && C != '\t' && C != '\n' && C != '\f' && C != '\r';
-  };
-  if (std::ranges::none_of(AText, IsControl)) {
-    return AText;
-  }
-  AScratch.clear();
-  std::ranges::remove_copy_if(AText, std::back_inserter(AScratch), IsControl);
-  return AScratch;
+  });
+  return Text;
 }
 
 std::string Escaped(std::string_view AText) {
@@ -58,6 +54,36 @@ std::string Escaped(std::string_view AText) {
     }
   }
   return Text;
+}
+
+/// A text in quotes. @return whether there is one; the opening quote stands there if not
+bool AppendString(std::string& ATarget, std::string_view AValue) {
+  const auto IsSpecial = [](char C) { return static_cast<unsigned char>(C) < ' ' || C == '"' || C == '\\'; };
+  ATarget.push_back('"');
+  const std::size_t Before = ATarget.size();
+  if (std::ranges::none_of(AValue, IsSpecial)) {
+    ATarget.append(AValue);
+  } else {
+    ATarget.append(Escaped(WithoutControls(AValue)));
+  }
+  const bool IsText = ATarget.size() != Before;
+  ATarget.push_back('"');
+  return IsText;
+}
+
+void AppendDelimiter(std::string& ATarget) {
+  if (!ATarget.empty()) {
+    ATarget.push_back(',');
+  }
+}
+
+void AppendWithin(std::string& ATarget, std::string_view ABrackets, std::string_view AContent) {
+  ATarget.append(1, ABrackets.front()).append(AContent).append(1, ABrackets.back());
+}
+
+TQuillonJSONOwner<TQuillonJSONValue> WrittenWithin(std::string_view ABrackets, std::string AContent) {
+  AContent.insert(AContent.begin(), ABrackets.front());
+  return std::make_unique<TQuillonJSONWritten>(std::move(AContent.append(1, ABrackets.back())));
 }
 
 void AppendDate(std::string& ATarget, const TQuillonDateTimeFields& AFields) {
@@ -108,49 +134,86 @@ std::string Colour(TColor AColour) {
   return Text;
 }
 
-void TNode::Text(std::string_view AName, std::string_view AValue) {
-  std::string Scratch;
-  TVELJSONExport::AddNode(*FObject, AName, WithoutControls(AValue, Scratch));
+bool TNode::Text(std::string_view AName, std::string_view AValue) {
+  const std::size_t Before = FMembers.size();
+  AppendName(AName);
+  const bool IsText = AppendString(FMembers, AValue);
+  if (!IsText) {
+    FMembers.resize(Before);
+  }
+  return IsText;
 }
 
-void TNode::Number(std::string_view AName, std::int64_t AValue) { FObject->AddPair(std::string(AName), AValue); }
+void TNode::Number(std::string_view AName, std::int64_t AValue) {
+  AppendName(AName);
+  QuillonNumbers::AppendInteger(FMembers, AValue);
+}
 
 void TNode::Number(std::string_view AName, std::int64_t AValue, std::int64_t ADefault) {
-  TVELJSONExport::AddNumber(*FObject, AName, AValue, ADefault);
-}
-
-void TNode::True(std::string_view AName, bool AValue) { TVELJSONExport::AddBoolean(*FObject, AName, AValue, false); }
-
-void TNode::Modified(TVELDateTime AValue) { TVELJSONExport::AddDateTime(*FObject, "modified", AValue, 0); }
-
-void TNode::Object(std::string_view AName, TNode AValue) { FObject->AddPair(std::string(AName), AValue.Take()); }
-
-void TNode::List(std::string_view AName, TNodes AValue) {
-  if (!AValue.IsEmpty()) {
-    WholeList(AName, std::move(AValue));
+  if (AValue != ADefault) {
+    Number(AName, AValue);
   }
 }
 
-void TNode::WholeList(std::string_view AName, TNodes AValue) { FObject->AddPair(std::string(AName), AValue.Take()); }
+void TNode::True(std::string_view AName, bool AValue) {
+  if (AValue) {
+    AppendName(AName);
+    FMembers.append("true");
+  }
+}
+
+void TNode::Modified(TVELDateTime AValue) {
+  if (AValue != 0) {
+    Text("modified", Stamp(AValue));
+  }
+}
+
+void TNode::Object(std::string_view AName, const TNode& AValue) {
+  AppendName(AName);
+  AppendWithin(FMembers, "{}", AValue.FMembers);
+}
+
+void TNode::List(std::string_view AName, const TNodes& AValue) {
+  if (!AValue.IsEmpty()) {
+    WholeList(AName, AValue);
+  }
+}
+
+void TNode::WholeList(std::string_view AName, const TNodes& AValue) {
+  AppendName(AName);
+  AppendWithin(FMembers, "[]", AValue.FElements);
+}
+
+TQuillonJSONOwner<TQuillonJSONValue> TNode::Take() { return WrittenWithin("{}", std::move(FMembers)); }
+
+void TNode::AppendName(std::string_view AName) {
+  AppendDelimiter(FMembers);
+  FMembers.append(1, '"').append(AName).append("\":");
+}
+
+void TNodes::Add(const TNode& ANode) {
+  AppendDelimiter(FElements);
+  AppendWithin(FElements, "{}", ANode.FMembers);
+}
 
 void TNodes::Text(std::string_view AValue) {
-  std::string Scratch;
-  if (std::string Text = Escaped(WithoutControls(AValue, Scratch)); !Text.empty()) {
-    FArray->Add(std::move(Text));
+  const std::size_t Before = FElements.size();
+  AppendDelimiter(FElements);
+  if (!AppendString(FElements, AValue)) {
+    FElements.resize(Before);
   }
 }
+
+TQuillonJSONOwner<TQuillonJSONValue> TNodes::Take() { return WrittenWithin("[]", std::move(FElements)); }
 
 void WriteExternalId(TNode& ANode, const TVELDataObject& AnObject) {
   TNode Id;
   Id.Text("provider", "Velmora");
-  const std::size_t Members = Id.Get().Size();
-  Id.Text("id", AnObject.FCustomID);
-  if (Id.Get().Size() == Members) {
-    return;
+  if (Id.Text("id", AnObject.FCustomID)) {
+    TNodes Ids;
+    Ids.Add(Id);
+    ANode.List("externalIDs", Ids);
   }
-  TNodes Ids;
-  Ids.Add(std::move(Id));
-  ANode.List("externalIDs", std::move(Ids));
 }
 
 }  // namespace uJSONExport

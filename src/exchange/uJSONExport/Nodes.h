@@ -34,9 +34,11 @@ std::string_view CodeOf(const T* AnObject) {
 class TNodes;
 
 /// An object. What is absent adds no member: an empty text, no reference, no colour, an empty list.
+/// It is written as it grows: nodes of a tree would be some eight times as long as their text.
 class TNode {
  public:
-  void Text(std::string_view AName, std::string_view AValue);
+  /// @return whether there is a text
+  bool Text(std::string_view AName, std::string_view AValue);
   void Number(std::string_view AName, std::int64_t AValue);
   void Number(std::string_view AName, std::int64_t AValue, std::int64_t ADefault);
   void True(std::string_view AName, bool AValue);
@@ -47,30 +49,34 @@ class TNode {
   void Reference(std::string_view AName, const TVELDataObject* AnObject) { Text(AName, Identifier(AnObject)); }
   template <class T>
   void Codes(std::string_view AName, const std::vector<T*>& AnObjects);
-  void Object(std::string_view AName, TNode AValue);
-  void List(std::string_view AName, TNodes AValue);
+  void Object(std::string_view AName, const TNode& AValue);
+  void List(std::string_view AName, const TNodes& AValue);
   /// Empty ones too.
-  void WholeList(std::string_view AName, TNodes AValue);
+  void WholeList(std::string_view AName, const TNodes& AValue);
 
-  const TQuillonJSONObject& Get() const { return *FObject; }
-  TQuillonJSONOwner<TQuillonJSONObject> Take() { return std::move(FObject); }
+  TQuillonJSONOwner<TQuillonJSONValue> Take();
 
  private:
-  TQuillonJSONOwner<TQuillonJSONObject> FObject = std::make_unique<TQuillonJSONObject>();
+  friend class TNodes;
+  void AppendName(std::string_view AName);
+
+  std::string FMembers;
 };
 
 /// A list.
 class TNodes {
  public:
-  void Add(TNode ANode) { FArray->AddElement(ANode.Take()); }
+  void Add(const TNode& ANode);
   /// An empty text adds nothing.
   void Text(std::string_view AValue);
 
-  bool IsEmpty() const { return FArray->Size() == 0; }
-  TQuillonJSONOwner<TQuillonJSONArray> Take() { return std::move(FArray); }
+  bool IsEmpty() const { return FElements.empty(); }
+  TQuillonJSONOwner<TQuillonJSONValue> Take();
 
  private:
-  TQuillonJSONOwner<TQuillonJSONArray> FArray = std::make_unique<TQuillonJSONArray>();
+  friend class TNode;
+
+  std::string FElements;
 };
 
 template <class T>
@@ -79,7 +85,7 @@ void TNode::Codes(std::string_view AName, const std::vector<T*>& AnObjects) {
   for (const T* Object : AnObjects) {
     Codes.Text(CodeOf(Object));
   }
-  List(AName, std::move(Codes));
+  List(AName, Codes);
 }
 
 /// The identifiers of the objects in a range of pointers.

@@ -83,14 +83,14 @@ void WriteSchedule(TNode& ANode, const TRun& ARun) {
   Schedule.Text("scheduleDescription", Settings.FStundenplantitel);
   Schedule.Object("session", Dates(Settings.FGueltigVon, Settings.FGueltigBis));
   Schedule.Object("effectivity", Dates(ARun.Export.Start, ARun.Export.Finish));
-  Schedule.Object("weekspan", std::move(Weekspan));
+  Schedule.Object("weekspan", Weekspan);
   Schedule.Object("display", Display(Settings));
   if (ARun.Has(xmlLessons) || ARun.Has(xmlChanges)) {
     WriteLessons(Schedule, ARun);
     WriteSupervisions(Schedule, ARun);
   }
   WriteEvents(Schedule, ARun);
-  ANode.Object("displaySchedule", std::move(Schedule));
+  ANode.Object("displaySchedule", Schedule);
 }
 
 }  // namespace uJSONExport

@@ -127,7 +127,7 @@ TNode TWriter::Item(const TItem& AnItem) {
     for (const TVELDate Day : AnItem.Dates) {
       Dates.Text(Date(Day));
     }
-    Node.List("dates", std::move(Dates));
+    Node.List("dates", Dates);
   }
   Node.Time("startTime", Entry.FStart);
   Node.Time("endTime", Entry.FFinish);
@@ -188,7 +188,7 @@ void WriteSupervisions(TNode& ANode, const TRun& ARun) {
   for (const TItem& Item : Fold(List)) {
     Items.Add(Writer.Item(Item));
   }
-  ANode.List("supervisionTimes", std::move(Items));
+  ANode.List("supervisionTimes", Items);
 }
 
 }  // namespace uJSONExport

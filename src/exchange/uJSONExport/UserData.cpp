@@ -74,7 +74,7 @@ void TVELJSONUserData::Write_User(TQuillonJSONObject& AParentNode) const {
       AParentNode.AddPair("user", User.Take());
       return;
     }
-    Users.Add(std::move(User));
+    Users.Add(User);
   }
   if (!Users.IsEmpty()) {
     AParentNode.AddPair("users", Users.Take());
