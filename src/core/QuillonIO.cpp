@@ -9,19 +9,6 @@
 
 #include "platform/Files.h"
 
-namespace {
-
-/// Bytes from the position to the end, as far as the stream can tell.
-std::size_t ClaimedSize(TQuillonStream& AStream) {
-  try {
-    return static_cast<std::size_t>(std::max<std::int64_t>(AStream.Size() - AStream.Position(), 0));
-  } catch (const EQuillonException&) {
-    return 0;
-  }
-}
-
-}  // namespace
-
 void TQuillonStream::ReadBuffer(std::span<char> ABuffer) {
   while (!ABuffer.empty()) {
     const std::size_t Got = Read(ABuffer);
@@ -189,6 +176,14 @@ void TQuillonBuffer::Resize(std::size_t ASize) {
 }
 
 namespace QuillonIO {
+
+std::size_t ClaimedSize(TQuillonStream& AStream) {
+  try {
+    return static_cast<std::size_t>(std::max<std::int64_t>(AStream.Size() - AStream.Position(), 0));
+  } catch (const EQuillonException&) {
+    return 0;
+  }
+}
 
 TQuillonBuffer ReadIntoBuffer(TQuillonStream& AStream) {
   constexpr std::size_t FirstPiece = 65'536;

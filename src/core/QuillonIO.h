@@ -165,6 +165,9 @@ class TQuillonBuffer {
 
 namespace QuillonIO {
 
+/// Bytes from the position to the end as far as the stream can tell, else 0.
+std::size_t ClaimedSize(TQuillonStream& AStream);
+
 /// Everything from the position to the end. The memory taken grows with what really comes, whatever size the stream
 /// claims to have.
 TQuillonBuffer ReadIntoBuffer(TQuillonStream& AStream);

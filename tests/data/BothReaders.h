@@ -20,19 +20,22 @@ class TPieces final : public TQuillonMemoryStream {
       : TQuillonMemoryStream(std::move(AContent)), FPiece(APiece), FCanSeek(ACanSeek) {}
 
   std::size_t Read(std::span<char> ABuffer) override {
-    return TQuillonMemoryStream::Read(ABuffer.first(std::min(ABuffer.size(), FPiece)));
+    FHasGoneBack = FHasGoneBack || TQuillonMemoryStream::Seek(0, TQuillonSeekOrigin::Current) < FFurthest;
+    const std::size_t Got = TQuillonMemoryStream::Read(ABuffer.first(std::min(ABuffer.size(), FPiece)));
+    FFurthest += static_cast<std::int64_t>(Got);
+    return Got;
   }
   std::int64_t Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) override {
     if (!FCanSeek) {
       throw EQuillonStreamError("a pipe");
     }
-    FHasGoneBack = FHasGoneBack || AnOrigin == TQuillonSeekOrigin::Begin;
     return TQuillonMemoryStream::Seek(AnOffset, AnOrigin);
   }
 
-  bool FHasGoneBack = false;
+  bool FHasGoneBack = false;  ///< something was read twice
 
  private:
+  std::int64_t FFurthest = 0;
   std::size_t FPiece;
   bool FCanSeek;
 };

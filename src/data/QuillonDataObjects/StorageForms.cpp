@@ -13,6 +13,7 @@
 #include "QuillonFileSystem.h"
 #include "QuillonStreams/ReadAhead.h"
 #include "QuillonZlib.h"
+#include "platform/Process.h"
 
 namespace {
 
@@ -91,6 +92,7 @@ void TQuillonDataStorage::LoadWith(TQuillonDataObjectReader& AReader) {
 
 void TQuillonDataStorage::LoadFromXML(TQuillonBuffer ADocument, std::string_view ASource) {
   TQuillonBufferStream Stream({ADocument.Data(), ADocument.Size()});
+  Platform::ExpectMemory(ADocument.Size());
   if (!PullFromXML(Stream)) {
     ReadWholeXML(std::move(ADocument), ASource);
   }
@@ -102,6 +104,7 @@ void TQuillonDataStorage::LoadFromXML(TQuillonStream& AStream, std::string_view 
     return;
   }
   const std::int64_t Start = AStream.Position();
+  Platform::ExpectMemory(QuillonIO::ClaimedSize(AStream));
   if (!PullFromXML(AStream)) {
     AStream.Seek(Start, TQuillonSeekOrigin::Begin);
     ReadWholeXML(QuillonIO::ReadIntoBuffer(AStream), ASource);

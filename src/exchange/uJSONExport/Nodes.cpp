@@ -71,19 +71,16 @@ bool AppendString(std::string& ATarget, std::string_view AValue) {
   return IsText;
 }
 
+/// @param ATarget with its opening bracket
 void AppendDelimiter(std::string& ATarget) {
-  if (!ATarget.empty()) {
+  if (ATarget.size() > 1) {
     ATarget.push_back(',');
   }
 }
 
-void AppendWithin(std::string& ATarget, std::string_view ABrackets, std::string_view AContent) {
-  ATarget.append(1, ABrackets.front()).append(AContent).append(1, ABrackets.back());
-}
-
-TQuillonJSONOwner<TQuillonJSONValue> WrittenWithin(std::string_view ABrackets, std::string AContent) {
-  AContent.insert(AContent.begin(), ABrackets.front());
-  return std::make_unique<TQuillonJSONWritten>(std::move(AContent.append(1, ABrackets.back())));
+TQuillonJSONOwner<TQuillonJSONValue> Written(std::string AText, char ABracket) {
+  AText.push_back(ABracket);
+  return std::make_unique<TQuillonJSONWritten>(std::move(AText));
 }
 
 void AppendDate(std::string& ATarget, const TQuillonDateTimeFields& AFields) {
@@ -135,18 +132,18 @@ std::string Colour(TColor AColour) {
 }
 
 bool TNode::Text(std::string_view AName, std::string_view AValue) {
-  const std::size_t Before = FMembers.size();
+  const std::size_t Before = FText.size();
   AppendName(AName);
-  const bool IsText = AppendString(FMembers, AValue);
+  const bool IsText = AppendString(FText, AValue);
   if (!IsText) {
-    FMembers.resize(Before);
+    FText.resize(Before);
   }
   return IsText;
 }
 
 void TNode::Number(std::string_view AName, std::int64_t AValue) {
   AppendName(AName);
-  QuillonNumbers::AppendInteger(FMembers, AValue);
+  QuillonNumbers::AppendInteger(FText, AValue);
 }
 
 void TNode::Number(std::string_view AName, std::int64_t AValue, std::int64_t ADefault) {
@@ -158,7 +155,7 @@ void TNode::Number(std::string_view AName, std::int64_t AValue, std::int64_t ADe
 void TNode::True(std::string_view AName, bool AValue) {
   if (AValue) {
     AppendName(AName);
-    FMembers.append("true");
+    FText.append("true");
   }
 }
 
@@ -170,7 +167,7 @@ void TNode::Modified(TVELDateTime AValue) {
 
 void TNode::Object(std::string_view AName, const TNode& AValue) {
   AppendName(AName);
-  AppendWithin(FMembers, "{}", AValue.FMembers);
+  FText.append(AValue.FText).push_back('}');
 }
 
 void TNode::List(std::string_view AName, const TNodes& AValue) {
@@ -181,30 +178,30 @@ void TNode::List(std::string_view AName, const TNodes& AValue) {
 
 void TNode::WholeList(std::string_view AName, const TNodes& AValue) {
   AppendName(AName);
-  AppendWithin(FMembers, "[]", AValue.FElements);
+  FText.append(AValue.FText).push_back(']');
 }
 
-TQuillonJSONOwner<TQuillonJSONValue> TNode::Take() { return WrittenWithin("{}", std::move(FMembers)); }
+TQuillonJSONOwner<TQuillonJSONValue> TNode::Take() { return Written(std::move(FText), '}'); }
 
 void TNode::AppendName(std::string_view AName) {
-  AppendDelimiter(FMembers);
-  FMembers.append(1, '"').append(AName).append("\":");
+  AppendDelimiter(FText);
+  FText.append(1, '"').append(AName).append("\":");
 }
 
 void TNodes::Add(const TNode& ANode) {
-  AppendDelimiter(FElements);
-  AppendWithin(FElements, "{}", ANode.FMembers);
+  AppendDelimiter(FText);
+  FText.append(ANode.FText).push_back('}');
 }
 
 void TNodes::Text(std::string_view AValue) {
-  const std::size_t Before = FElements.size();
-  AppendDelimiter(FElements);
-  if (!AppendString(FElements, AValue)) {
-    FElements.resize(Before);
+  const std::size_t Before = FText.size();
+  AppendDelimiter(FText);
+  if (!AppendString(FText, AValue)) {
+    FText.resize(Before);
   }
 }
 
-TQuillonJSONOwner<TQuillonJSONValue> TNodes::Take() { return WrittenWithin("[]", std::move(FElements)); }
+TQuillonJSONOwner<TQuillonJSONValue> TNodes::Take() { return Written(std::move(FText), ']'); }
 
 void WriteExternalId(TNode& ANode, const TVELDataObject& AnObject) {
   TNode Id;

@@ -60,7 +60,7 @@ class TNode {
   friend class TNodes;
   void AppendName(std::string_view AName);
 
-  std::string FMembers;
+  std::string FText = "{";
 };
 
 /// A list.
@@ -70,13 +70,13 @@ class TNodes {
   /// An empty text adds nothing.
   void Text(std::string_view AValue);
 
-  bool IsEmpty() const { return FElements.empty(); }
+  bool IsEmpty() const { return FText.size() == 1; }
   TQuillonJSONOwner<TQuillonJSONValue> Take();
 
  private:
   friend class TNode;
 
-  std::string FElements;
+  std::string FText = "[";
 };
 
 template <class T>
