@@ -158,6 +158,8 @@ std::string TQuillonDataStorage::SaveToXML() const {
 }
 
 void TQuillonDataStorage::LoadFromBinStream(TQuillonStream& AStream) {
+  constexpr std::size_t MemoryToBinary = 2;
+  Platform::ExpectMemory(MemoryToBinary * QuillonIO::ClaimedSize(AStream));
   TQuillonDataObjectBinReader Reader(*this, AStream, true);
   LoadWith(Reader);
   FModified = false;
