@@ -215,10 +215,11 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   int CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B) const;
   int FindPlace(const TQuillonDataObject& AnItem) const;
 
-  std::vector<TQuillonDataObject*> FItems;
-  TQuillonCompareItems FCompare = nullptr;
+  // The flags first, where the base leaves room: a plan has some hundred thousand lists.
   bool FIsItemOwner;
   bool FSorted = false;
+  std::vector<TQuillonDataObject*> FItems;
+  TQuillonCompareItems FCompare = nullptr;
 };
 
 /// A list whose items are of class TItem; TBase is the untyped list class that it specialises.
