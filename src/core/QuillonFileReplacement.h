@@ -8,12 +8,6 @@
 
 #include "QuillonIO.h"
 
-/// Takes the next piece of a content.
-using TQuillonContentSink = std::function<void(std::string_view APiece)>;
-
-/// What is to become a file: hands its bytes over piece by piece. It may be asked again, and gives the same then.
-using TQuillonContent = std::function<void(const TQuillonContentSink& ASink)>;
-
 namespace QuillonIO {
 
 /// How long a file that somebody else holds is waited for before it is changed.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "QuillonIO.h"
 #include "QuillonTypes.h"
 
 /// A request without an answer; the message names the host and the reason, never a password of the address.
@@ -21,6 +23,11 @@ struct TQuillonHttpPart {
   std::string Name;
   std::string_view Content;
   std::optional<std::string> FileName;
+  /// In place of Content: one that is made while it is sent, in a thread of its own, and anew for each time.
+  TQuillonContent Made = nullptr;
+  std::uint64_t MadeSize = 0;  ///< in bytes
+
+  std::uint64_t Size() const { return Made ? MadeSize : Content.size(); }
 };
 
 struct TQuillonHttpTimeOuts {

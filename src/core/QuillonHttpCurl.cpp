@@ -5,10 +5,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <limits>
 #include <new>
+#include <span>
 
 #include "QuillonHttp.h"
+#include "QuillonStreams/Content.h"
 #include "QuillonText.h"
 #include "platform/Proxies.h"
 
@@ -102,23 +105,45 @@ class TUrl {
 
 /// The bytes of a part that are not sent yet.
 struct TSource {
-  std::string_view Content;
-  std::size_t Position = 0;
+  const TQuillonHttpPart* Part = nullptr;
+  std::size_t Position = 0;                       ///< in what stands there
+  std::unique_ptr<TQuillonContentStream> Stream;  ///< of what is made
+  std::exception_ptr Failure;
 
-  static std::size_t Read(char* ABuffer, std::size_t ASize, std::size_t ACount, void* ASource) {
+  static std::size_t Read(char* ABuffer, std::size_t ASize, std::size_t ACount, void* ASource) noexcept {
     auto& Source = *static_cast<TSource*>(ASource);
-    const std::string_view Block = Source.Content.substr(Source.Position, ASize * ACount);
-    std::memcpy(ABuffer, Block.data(), Block.size());
-    Source.Position += Block.size();
-    return Block.size();
+    const std::span Buffer(ABuffer, ASize * ACount);
+    return Source.Part->Made ? Source.ReadMade(Buffer) : Source.ReadContent(Buffer);
   }
-  static int Seek(void* ASource, curl_off_t AnOffset, int AnOrigin) {
+  static int Seek(void* ASource, curl_off_t AnOffset, int AnOrigin) noexcept {
     auto& Source = *static_cast<TSource*>(ASource);
-    if (AnOrigin != SEEK_SET || AnOffset < 0 || static_cast<std::size_t>(AnOffset) > Source.Content.size()) {
+    const bool IsMade = static_cast<bool>(Source.Part->Made);
+    const std::uint64_t Furthest = IsMade ? 0 : Source.Part->Content.size();
+    if (AnOrigin != SEEK_SET || AnOffset < 0 || static_cast<std::uint64_t>(AnOffset) > Furthest) {
       return CURL_SEEKFUNC_CANTSEEK;
     }
     Source.Position = static_cast<std::size_t>(AnOffset);
+    Source.Stream.reset();
     return CURL_SEEKFUNC_OK;
+  }
+
+ private:
+  std::size_t ReadContent(std::span<char> ABuffer) {
+    const std::string_view Block = Part->Content.substr(Position, ABuffer.size());
+    std::memcpy(ABuffer.data(), Block.data(), Block.size());
+    Position += Block.size();
+    return Block.size();
+  }
+  std::size_t ReadMade(std::span<char> ABuffer) noexcept {
+    try {
+      if (Stream == nullptr) {
+        Stream = std::make_unique<TQuillonContentStream>(Part->Made);
+      }
+      return Stream->Read(ABuffer);
+    } catch (...) {
+      Failure = std::current_exception();
+      return CURL_READFUNC_ABORT;
+    }
   }
 };
 
@@ -201,14 +226,14 @@ TMime MakeForm(CURL* AHandle, const TQuillonHttpRequest& ARequest, std::vector<T
   TMime Form(Checked(curl_mime_init(AHandle)));
   for (std::size_t I = 0; I < ARequest.Form.size(); ++I) {
     const TQuillonHttpPart& Part = ARequest.Form[I];
-    ASources[I].Content = Part.Content;
+    ASources[I].Part = &Part;
     curl_mimepart* const Added = Checked(curl_mime_addpart(Form.get()));
     Check(curl_mime_name(Added, Part.Name.c_str()));
     if (Part.FileName) {
       Check(curl_mime_filename(Added, Part.FileName->c_str()));
     }
-    Check(curl_mime_data_cb(Added, static_cast<curl_off_t>(Part.Content.size()), &TSource::Read, &TSource::Seek,
-                            nullptr, &ASources[I]));
+    Check(curl_mime_data_cb(Added, static_cast<curl_off_t>(Part.Size()), &TSource::Read, &TSource::Seek, nullptr,
+                            &ASources[I]));
   }
   return Form;
 }
@@ -319,7 +344,13 @@ class TCurlClient final : public TQuillonHttpClient {
       Form = MakeForm(Handle, ARequest, Sources);
       Set(Handle, CURLOPT_MIMEPOST, Form.get());
     }
-    if (const CURLcode Code = curl_easy_perform(Handle); Code != CURLE_OK) {
+    const CURLcode Code = curl_easy_perform(Handle);
+    for (const TSource& Source : Sources) {
+      if (Source.Failure != nullptr) {
+        std::rethrow_exception(Source.Failure);
+      }
+    }
+    if (Code != CURLE_OK) {
       ThrowNoAnswer(AUrl, Code, Answer.Fault, Reason.data());
     }
     if (!Answer.HasAllHeaders) {

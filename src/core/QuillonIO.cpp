@@ -177,6 +177,12 @@ void TQuillonBuffer::Resize(std::size_t ASize) {
 
 namespace QuillonIO {
 
+std::uint64_t SizeOf(const TQuillonContent& AContent) {
+  std::uint64_t Size = 0;
+  AContent([&Size](std::string_view APiece) { Size += APiece.size(); });
+  return Size;
+}
+
 std::size_t ClaimedSize(TQuillonStream& AStream) {
   try {
     return static_cast<std::size_t>(std::max<std::int64_t>(AStream.Size() - AStream.Position(), 0));

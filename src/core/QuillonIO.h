@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -163,7 +164,17 @@ class TQuillonBuffer {
   std::size_t FSize = 0;
 };
 
+/// Takes the next piece of a content.
+using TQuillonContentSink = std::function<void(std::string_view APiece)>;
+
+/// What is to become a file or to be sent: hands its bytes over piece by piece. It may be asked again, and gives the
+/// same then.
+using TQuillonContent = std::function<void(const TQuillonContentSink& ASink)>;
+
 namespace QuillonIO {
+
+/// Bytes of a content, which is made for this.
+std::uint64_t SizeOf(const TQuillonContent& AContent);
 
 /// Bytes from the position to the end as far as the stream can tell, else 0.
 std::size_t ClaimedSize(TQuillonStream& AStream);

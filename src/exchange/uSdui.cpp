@@ -112,8 +112,12 @@ bool TSduiWriter::UploadVelFile() {
   if (FState.IsUnchanged(VersionName, FPlan.FFileVersion)) {
     return false;
   }
-  const std::string Document = FPlan.SaveToXML();
-  Request.Form = {{.Name = "velmora6-file", .Content = Document, .FileName = FPlan.FFileName}};
+  const TQuillonContent Document = FPlan.XMLContent();
+  Request.Form = {{.Name = "velmora6-file",
+                   .Content = {},
+                   .FileName = FPlan.FFileName,
+                   .Made = Document,
+                   .MadeSize = QuillonIO::SizeOf(Document)}};
   Check(FConnection.Post(std::move(Request)));
   FState.Store(VersionName, FPlan.FFileVersion);
   return true;

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 
+#include "QuillonStreams/Content.h"
 #include "QuillonStreams/ReadAhead.h"
 
 namespace {
@@ -73,6 +75,38 @@ TEST(ReadAheadTest, WhoStopsEarlyWaitsForNobody) {
     EXPECT_TRUE(
         std::ranges::all_of(Bytes, [I = std::size_t{0}](char AByte) mutable { return AByte == TSource::ByteAt(I++); }));
   }
+}
+
+TEST(ReadAheadTest, AContentIsMadeAsItIsReadAndNoFurther) {
+  constexpr std::size_t Pieces = 50;
+  std::atomic<std::size_t> Made = 0;
+  const TQuillonContent Content = [&Made](const TQuillonContentSink& ASink) {
+    for (std::size_t I = 0; I < Pieces; ++I) {
+      Made = I + 1;
+      ASink(std::string(I * 7, static_cast<char>('0' + I)));
+    }
+    throw EQuillonStreamError("broken");
+  };
+  std::string Whole;
+  EXPECT_THROW(Content([&Whole](std::string_view APiece) { Whole.append(APiece); }), EQuillonStreamError);
+  for (const std::size_t Piece : {std::size_t{1}, std::size_t{64}, Whole.size()}) {
+    TQuillonContentStream Stream(Content);
+    std::string Read(Whole.size(), '\0');
+    for (std::span<char> Left(Read); !Left.empty();) {
+      const std::size_t Got = Stream.Read(Left.first(std::min(Piece, Left.size())));
+      ASSERT_NE(Got, 0U);
+      Left = Left.subspan(Got);
+    }
+    EXPECT_EQ(Read, Whole);
+    EXPECT_EQ(Stream.Position(), static_cast<std::int64_t>(Whole.size()));
+    EXPECT_THROW(Stream.Read(Read), EQuillonStreamError);
+  }
+  {
+    TQuillonContentStream Stream(Content);
+    std::array<char, 8> Buffer{};
+    EXPECT_EQ(Stream.Read(Buffer), 7U);
+  }
+  EXPECT_LE(Made, 3U);
 }
 
 }  // namespace

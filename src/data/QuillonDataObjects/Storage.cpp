@@ -202,13 +202,7 @@ std::string TQuillonDataStorage::Document() const {
 }
 
 TQuillonContent TQuillonDataStorage::Content() const {
-  return [this](const TQuillonContentSink& ASink) {
-    if (FFileFormat == ffXML) {
-      WriteXML(ASink);
-    } else {
-      ASink(Document());
-    }
-  };
+  return FFileFormat == ffXML ? XMLContent() : [this](const TQuillonContentSink& ASink) { ASink(Document()); };
 }
 
 std::size_t TQuillonDataStorage::ExpectedSize() const {

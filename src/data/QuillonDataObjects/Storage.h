@@ -115,6 +115,8 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   /// The same from the stream's position on; one that can seek is not held in memory as a rule.
   void LoadFromXML(TQuillonStream& AStream, std::string_view ASource);
   std::string SaveToXML() const;
+  /// The same piece by piece; as long as the storage lives, and the same as long as nobody changes it.
+  TQuillonContent XMLContent() const;
   /// The binary form, from the stream's position on; the stream stands behind it then.
   /// @throws EQuillonReaderError, EQuillonDataObjectReaderError; the storage then holds what was read so far
   void LoadFromBinStream(TQuillonStream& AStream);

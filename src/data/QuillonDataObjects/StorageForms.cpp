@@ -157,6 +157,10 @@ std::string TQuillonDataStorage::SaveToXML() const {
   return Document;
 }
 
+TQuillonContent TQuillonDataStorage::XMLContent() const {
+  return [this](const TQuillonContentSink& ASink) { WriteXML(ASink); };
+}
+
 void TQuillonDataStorage::LoadFromBinStream(TQuillonStream& AStream) {
   constexpr std::size_t MemoryToBinary = 2;
   Platform::ExpectMemory(MemoryToBinary * QuillonIO::ClaimedSize(AStream));

@@ -12,10 +12,10 @@ namespace {
 using TJson = nlohmann::json;
 
 /// Of the body or the contents of the form, in bytes.
-std::size_t SizeOf(const TQuillonHttpRequest& ARequest) {
-  std::size_t Size = ARequest.Body.size();
+std::uint64_t SizeOf(const TQuillonHttpRequest& ARequest) {
+  std::uint64_t Size = ARequest.Body.size();
   for (const TQuillonHttpPart& Part : ARequest.Form) {
-    Size += Part.Content.size();
+    Size += Part.Size();
   }
   return Size;
 }
