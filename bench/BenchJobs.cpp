@@ -94,9 +94,9 @@ void MakeChangedSchool(const std::string& AFileName, int ACount) {
   Plan->SaveToFile(AFileName);
 }
 
-std::uint64_t Parse(const std::string& AFileName) { return ParseWith(AFileName, ReaderOptions); }
+std::uint64_t Parse(const std::string& AFileName) { return ParseWith(AFileName, pugi::parse_default); }
 
-std::uint64_t ParseWithDefaults(const std::string& AFileName) { return ParseWith(AFileName, pugi::parse_default); }
+std::uint64_t ParseWithReaderOptions(const std::string& AFileName) { return ParseWith(AFileName, ReaderOptions); }
 
 std::uint64_t Load(const std::string& AFileName) {
   TVELGlobals Globals;

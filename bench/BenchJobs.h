@@ -12,11 +12,11 @@ void MakeSchool(const std::string& AFileName, int AScale);
 /// fourth of them with an absence of the class.
 void MakeChangedSchool(const std::string& AFileName, int ACount);
 
-/// Reads a file into memory and parses it, with the options of the program's reader.
+/// Reads a file into memory and parses it, with the XML library's default options.
 /// @returns the file's length in bytes
 std::uint64_t Parse(const std::string& AFileName);
-/// The same with the XML library's default options.
-std::uint64_t ParseWithDefaults(const std::string& AFileName);
+/// The same with the options of the program's reader of whole documents, which leave the least to do.
+std::uint64_t ParseWithReaderOptions(const std::string& AFileName);
 
 /// Loads a plan.
 /// @returns the number of its objects

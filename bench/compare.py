@@ -9,10 +9,10 @@ largest resident size of its process. The export waits until its files are safe 
 import os
 import pathlib
 import shutil
-import subprocess
 import sys
 import tempfile
-import time
+
+from measure import measure, size_text, time_text
 
 CONSOLE, PARSE, PLAN = (os.path.abspath(path) for path in sys.argv[1:4])
 SCRIPT = str(pathlib.Path(__file__).with_name("administrator.py"))
@@ -31,18 +31,6 @@ def tools(folder):
     }
 
 
-def measure(command):
-    """Seconds and bytes of a process."""
-    start = time.perf_counter()
-    process = subprocess.Popen(command, stdout=subprocess.DEVNULL)
-    _, status, usage = os.wait4(process.pid, 0)
-    seconds = time.perf_counter() - start
-    process.returncode = os.waitstatus_to_exitcode(status)
-    if process.returncode != 0:
-        sys.exit(f"{' '.join(command)}: exit code {process.returncode}")
-    return seconds, usage.ru_maxrss * 1024
-
-
 best = {}
 for _ in range(int(sys.argv[4])):
     with tempfile.TemporaryDirectory() as folder:
@@ -54,7 +42,6 @@ for _ in range(int(sys.argv[4])):
 
 size = os.path.getsize(PLAN)
 parse = best["bare parse with the XML library"][0]
-print(f"| file of {size / 1e6:.0f} MB | time | to the bare parse | memory | to the file |\n|---|---|---|---|---|")
+print(f"| file of {size_text(size)} | time | to the bare parse | memory | to the file |\n|---|---|---|---|---|")
 for name, (seconds, memory) in best.items():
-    told = f"{seconds:.2f} s" if seconds >= 1 else f"{seconds * 1e3:.0f} ms"
-    print(f"| {name} | {told} | {seconds / parse:.2f} | {memory / 1e6:.0f} MB | {memory / size:.2f} |")
+    print(f"| {name} | {time_text(seconds)} | {seconds / parse:.2f} | {size_text(memory)} | {memory / size:.2f} |")

@@ -109,7 +109,7 @@ void Tell(benchmark::State& AState, const TSchool& ASchool, const Bench::TResult
   if (AResult.Value != 0) {
     AState.counters["result"] = static_cast<double>(AResult.Value);
   }
-  AState.counters["peak_to_aim"] = Peak / (static_cast<double>(ASchool.Parse.PeakBytes) + ASchool.Bytes);
+  AState.counters["peak_to_file"] = Peak / ASchool.Bytes;
 }
 
 /// About the same time for each size.
@@ -135,8 +135,8 @@ void Register(const TFolder& AFolder, const TFamily& AFamily, int ASize) {
         ->Unit(benchmark::kMillisecond);
   };
   Add("parse", true, [](const TSchool& ASchool) { return Bench::Parse(ASchool.FileName); });
-  Add("parse_default_options", false,
-      [](const TSchool& ASchool) { return Bench::ParseWithDefaults(ASchool.FileName); });
+  Add("parse_reader_options", false,
+      [](const TSchool& ASchool) { return Bench::ParseWithReaderOptions(ASchool.FileName); });
   Add("load", false, [](const TSchool& ASchool) { return Bench::Load(ASchool.FileName); });
   Add("load_binary", false, [](const TSchool& ASchool) { return Bench::LoadBinary(ASchool.FileName); });
   Add("save", false, [](const TSchool& ASchool) { return Bench::SaveXML(ASchool.FileName); });

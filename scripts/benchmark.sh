@@ -1,5 +1,5 @@
 #!/bin/sh
-# Measures the export beside usual tools on a generated school, and prints a table.
+# Measures the export beside usual tools on a generated school, and the uploads, and prints tables.
 # Usage: benchmark.sh [SCALE...]; without, 8 and 64
 set -eu
 cd "$(dirname "$0")/.."
@@ -17,4 +17,6 @@ for Scale in "$@"; do
   # The system's Python, whose packages these are.
   PATH=/usr/bin:$PATH python3 bench/compare.py build/release/velmora-console build/release/bench/velmora-parse \
     "$Folder/plan.velmora" 5
+  echo
+  python3 bench/uploads.py build/release/velmora-console "$Folder/plan.velmora" 5
 done
