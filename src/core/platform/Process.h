@@ -7,9 +7,9 @@ namespace Platform {
 /// The most memory that this process has had in use at a time so far, in bytes; 0 where the system does not tell.
 std::uint64_t PeakMemory();
 
-/// Prepares for about so many bytes that are going to be allocated piece by piece. A hint, which costs no memory: where
-/// the system has large pages for who asks (Linux, "madvise"), the memory comes in these, and a seventh of a load's
-/// time is saved, which the first touch of each small page takes.
+/// Prepares for about so many bytes that are going to be allocated piece by piece. A hint, which takes no memory ahead:
+/// where the system has large pages for who asks (Linux, "madvise"), the memory comes in these, and a seventh of a
+/// load's time is saved, which the first touch of each small page takes. From then on the process keeps what it frees.
 void ExpectMemory(std::uint64_t ASize);
 
 }  // namespace Platform

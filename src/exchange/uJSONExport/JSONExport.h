@@ -71,7 +71,7 @@ class TVELJSONExport {
   bool Mitteilung = true;                          ///< writes "message"
   const TVELSchluessel* Kategorie = nullptr;       ///< only events of this category
   const TVELJSONUserData* UserData = nullptr;      ///< whom the document is for; not owned
-  TQuillonJSONOwner<TQuillonJSONObject> JSONData;  ///< what CreateJSONData has made
+  TQuillonJSONOwner<TQuillonJSONObject> JSONData;  ///< by CreateJSONData; its members are written text, no nodes
   TVELStammobjektliste Auswahl;  ///< if its first item is a team: only what belongs to one of these teams
 
   TVELPlan& Plan() const { return FPlan; }

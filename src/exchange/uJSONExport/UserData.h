@@ -25,6 +25,6 @@ class TVELJSONUserData {
   TVELPlanobjekt* Home(std::size_t AnIndex) const {
     return AnIndex < UserProfils.size() ? UserProfils[AnIndex] : nullptr;
   }
-  /// Adds "user", or for another number of policies than one the list "users".
+  /// Adds "user", or for another number of policies than one the list "users", as written text.
   void Write_User(TQuillonJSONObject& AParentNode) const;
 };
