@@ -123,6 +123,15 @@ bool TQuillonDataStorage::PullFromXML(TQuillonStream& AStream) {
   TQuillonMemoryStream Before;
   SaveToBinStream(Before);
   const bool WasModified = FModified;
+  const auto Restore = [&] {
+    if (FChangeCount != 0) {
+      Before.Seek(0, TQuillonSeekOrigin::Begin);
+      const TFlagged Restoring(FIsRestoring);
+      LoadFromBinStream(Before);
+      FModified = WasModified;
+      FChangeCount = 0;
+    }
+  };
   try {
     TQuillonDataObjectXMLPullReader Reader(*this, AStream);
     LoadWith(Reader);
@@ -132,14 +141,11 @@ bool TQuillonDataStorage::PullFromXML(TQuillonStream& AStream) {
     // The other reader takes it.
   } catch (const EQuillonException&) {
     // The other reader comes to the same error, and tells more of it.
+  } catch (...) {
+    Restore();  // from want of memory, which the other reader needs more of
+    throw;
   }
-  if (FChangeCount != 0) {
-    Before.Seek(0, TQuillonSeekOrigin::Begin);
-    const TFlagged Restoring(FIsRestoring);
-    LoadFromBinStream(Before);
-    FModified = WasModified;
-    FChangeCount = 0;
-  }
+  Restore();
   return false;
 }
 
