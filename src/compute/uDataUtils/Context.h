@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <mutex>
 #include <optional>
 
@@ -48,12 +49,20 @@ class TPlanContext {
    public:
     template <class TSource>
     const T& Get(const TSource& ASource) const {
-      std::call_once(FIsMade, [&] { FPart.emplace(ASource); });
+      if (!FIsMade.load(std::memory_order_acquire)) {
+        // What is thrown out of std::call_once passes the C library, which ends the process where memory is short.
+        const std::scoped_lock Lock(FMaking);
+        if (!FPart) {
+          FPart.emplace(ASource);
+          FIsMade.store(true, std::memory_order_release);
+        }
+      }
       return *FPart;
     }
 
    private:
-    mutable std::once_flag FIsMade;
+    mutable std::mutex FMaking;
+    mutable std::atomic<bool> FIsMade = false;
     mutable std::optional<T> FPart;
   };
 

@@ -10,6 +10,7 @@ std::uint64_t PeakMemory();
 /// Prepares for about so many bytes that are going to be allocated piece by piece. A hint, which takes no memory ahead:
 /// where the system has large pages for who asks (Linux, "madvise"), the memory comes in these, and a seventh of a
 /// load's time is saved, which the first touch of each small page takes. From then on the process keeps what it frees.
+/// Nothing is done where the address space has a limit.
 void ExpectMemory(std::uint64_t ASize);
 
 }  // namespace Platform

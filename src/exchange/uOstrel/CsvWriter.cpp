@@ -68,6 +68,9 @@ void TVELOstrelCsvWriter::WriteAll() {
   // Half of the work each, in a thread of its own where the system has one to give. What the first half raises comes
   // first, as it would with a single thread.
   Scope();
+  if (!FAborted) {
+    OpenSet();  // once: each thread would wait for a folder that is in use
+  }
   std::future<void> Second;
   try {
     Second = std::async(std::launch::async, [this] { Run(Timetable); });
@@ -86,12 +89,15 @@ void TVELOstrelCsvWriter::PlaceSet() {
   FSet.reset();
 }
 
-TCsvFile TVELOstrelCsvWriter::OpenFile(const uOstrel::TFileName& AFileName) {
-  const std::scoped_lock Lock(FOpening);
+uOstrel::TFileSet& TVELOstrelCsvWriter::OpenSet() {
   if (!FSet) {
     FSet.emplace(Options().FTargetFolderName, uOstrel::AllFileNames(), uOstrel::ManifestFile, QuillonIO::LongestWait);
   }
-  return {*FSet, AFileName, FGlobals.Report().File(AFileName.Text()).Rows};
+  return *FSet;
+}
+
+TCsvFile TVELOstrelCsvWriter::OpenFile(const uOstrel::TFileName& AFileName) {
+  return {OpenSet(), AFileName, FGlobals.Report().File(AFileName.Text()).Rows};
 }
 
 template <class T, class TList, class TTest>

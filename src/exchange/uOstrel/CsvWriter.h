@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -63,6 +62,7 @@ class TVELOstrelCsvWriter : public TVELOstrelSynchronizer {
  private:
   struct TAttendances;
 
+  uOstrel::TFileSet& OpenSet();
   uOstrel::TCsvFile OpenFile(const uOstrel::TFileName& AFileName);
   /// Writes the items of a list that a test lets pass; no file for an empty list.
   template <class T, class TList, class TTest>
@@ -88,6 +88,5 @@ class TVELOstrelCsvWriter : public TVELOstrelSynchronizer {
   void Run(std::span<void (TVELOstrelCsvWriter::*const)()> ASteps);
 
   std::optional<uDataUtils::TPlanContext> FContext;  ///< of the loaded plan, from the first look at it on
-  std::mutex FOpening;                               ///< for the set itself
   std::optional<uOstrel::TFileSet> FSet;
 };

@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <memory>
 
@@ -21,12 +22,24 @@ std::uint64_t PeakMemory() {
 
 #ifdef __GLIBC__
 
+namespace {
+
+/// Whether memory counts against a limit before it is touched.
+bool IsAddressSpaceLimited() {
+  return std::ranges::any_of(std::array{RLIMIT_AS, RLIMIT_DATA}, [](auto AResource) {
+    rlimit Limit{};
+    return getrlimit(AResource, &Limit) == 0 && Limit.rlim_cur != RLIM_INFINITY;
+  });
+}
+
+}  // namespace
+
 void ExpectMemory(std::uint64_t ASize) {
   constexpr std::size_t LargePage = std::size_t{1} << 21;
   constexpr std::size_t MostExpected = std::size_t{1} << 32;
   constexpr int LargestOfTheHeap = 1 << 25;
   constexpr int MappedBlocks = 1 << 16;  // the library's own number, see mallopt(3)
-  if (ASize < LargePage) {
+  if (ASize < LargePage || IsAddressSpaceLimited()) {
     return;
   }
   // The heap grows once by all of it, keeps that, and has it marked while it is still untouched.
