@@ -150,7 +150,7 @@ void ReplaceFile(TQuillonFileStream& AFile, const TQuillonContent& AContent) {
     // A file that was taken away while it was held comes back.
     const bool IsThere = Platform::Files().Look(Target) == Platform::EntryKind::File;
     if (AFile.OpenMode() == fomOpenRead || (IsThere && !Platform::Files().IsWriteable(Target))) {
-      throw EQuillonWin32Error(Platform::NotWriteableError, Target);
+      throw EQuillonWin32Error(Platform::NotWriteableError(Target), Target);
     }
     if (auto New = TryReplaceWhole(Target, AContent, AFile.Lock(), IsThere)) {
       AFile.GoOnWith(std::move(New));
@@ -177,7 +177,7 @@ std::unique_ptr<TQuillonFileStream> ReplaceFile(const std::string& AFileName, co
     }
     auto New = TryReplaceWhole(Target, AContent, Platform::Lock::Exclusive, false);
     if (New == nullptr) {
-      throw EQuillonWin32Error(Platform::NotWriteableError, Target);
+      throw EQuillonWin32Error(Platform::NotWriteableError(Target), Target);
     }
     Platform::Files().FlushDirectory(FolderOf(Target));
     return std::make_unique<TQuillonFileStream>(AFileName, std::move(New), famShareDenyWrite);

@@ -168,11 +168,11 @@ TEST_F(IO, DeniedAccessIsTriedAgainUntilTheTimeOut) {
   QuillonIO::ReplaceFile(Name, "x");
   FailingFiles Files;
   const Platform::FilesReplacement Replacement(Files);
-  Files.FailFrom(1, Platform::NotWriteableError, 2);
+  Files.FailFrom(1, Platform::NotWriteableError(Name), 2);
   TQuillonFileStream Late(Name, fomOpenRead, famShareDenyNone, std::chrono::milliseconds(200));
   EXPECT_TRUE(Late.IsOpen());
 
-  Files.FailFrom(1, Platform::NotWriteableError);
+  Files.FailFrom(1, Platform::NotWriteableError(Name));
   TQuillonFileStream Never(Name, fomOpenRead, famShareDenyNone, std::chrono::milliseconds(150));
   EXPECT_FALSE(Never.IsOpen());
   EXPECT_EQ(Files.Calls(), 2);

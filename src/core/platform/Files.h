@@ -120,8 +120,9 @@ bool IsReplacementRefused(int AnErrorCode);
 extern const bool OpenFilesGiveWay;
 /// The code of a call on a file that is not open.
 extern const int NotOpenError;
-/// The code of a file that may not be written.
-extern const int NotWriteableError;
+/// The code of a file that may not be written, or not be made: of a medium that takes nothing its own, where the system
+/// tells it apart.
+int NotWriteableError(const std::string& APath);
 
 /// The characters that part a path; the first one is what new paths are built with.
 extern const std::string_view PathDelimiters;

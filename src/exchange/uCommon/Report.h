@@ -47,6 +47,8 @@ class TVELReport {
   void BeginStage(std::string_view AName);
   /// The entry of that name, made at the first call; valid as long as the report. Several threads may ask.
   TFile& File(std::string_view AName);
+  /// For files that are written once more.
+  void ForgetFiles() { FFiles.clear(); }
   TKind& Kind(std::string_view AName);
   /// What no line of the run tells. @param AKind a word for programs
   void Warn(std::string_view AKind, std::string AText);

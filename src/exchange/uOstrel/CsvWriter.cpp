@@ -65,20 +65,30 @@ void TVELOstrelCsvWriter::WriteAll() {
                                             &T::WriteCourses,
                                             &T::WriteAnnouncements};
   static constexpr std::array Timetable = {&T::WriteScheduledLessons, &T::WriteSubstituteLessons, &T::WriteLessonGaps};
-  // Half of the work each, in a thread of its own where the system has one to give. What the first half raises comes
-  // first, as it would with a single thread.
   Scope();
   if (!FAborted) {
     OpenSet();  // once: each thread would wait for a folder that is in use
   }
-  std::future<void> Second;
   try {
-    Second = std::async(std::launch::async, [this] { Run(Timetable); });
-  } catch (const std::system_error&) {
-    Second = std::async(std::launch::deferred, [this] { Run(Timetable); });
+    // Half of the work each, in a thread of its own where the system has one to give.
+    std::future<void> Second;
+    try {
+      Second = std::async(std::launch::async, [this] { Run(Timetable); });
+    } catch (const std::system_error&) {
+      Second = std::async(std::launch::deferred, [this] { Run(Timetable); });
+    }
+    Run(MasterData);
+    Second.get();
+  } catch (const std::exception&) {
+    // Which file it is that a disk has no more room for is chance with two threads: the error is that of a single one.
+    if (!FSet || !FSet->IsOutOfSight()) {
+      throw;
+    }
+    FSet.reset();
+    FGlobals.Report().ForgetFiles();
+    Run(MasterData);
+    Run(Timetable);
   }
-  Run(MasterData);
-  Second.get();
   PlaceSet();
 }
 

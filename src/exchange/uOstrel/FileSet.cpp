@@ -96,7 +96,7 @@ TQuillonStream& TFileSet::Begin(const std::string& AName) {
       return *Member.Stream;
     }
     if (IsThere && !Files.IsWriteable(Member.Target)) {
-      throw EQuillonWin32Error(Platform::NotWriteableError, Member.Path);
+      throw EQuillonWin32Error(Platform::NotWriteableError(Member.Target), Member.Path);
     }
     const std::string Folder = QuillonIO::FolderOf(Member.Target);
     if (Member.Target != Member.Path) {
@@ -121,12 +121,16 @@ void TFileSet::End(const TQuillonStream& AContent) {
   }
 }
 
+bool TFileSet::IsOutOfSight() const {
+  return std::ranges::all_of(FMembers, [](const TMember& AMember) { return AMember.New.has_value(); });
+}
+
 void TFileSet::CheckRest() const {
   // Refused ahead of the burst as the files are that have a successor.
   for (const std::string& Name : FRest) {
     const std::string Path = PathOf(Name);
     if (Platform::Files().Look(Path) == Platform::EntryKind::File && !Platform::Files().IsWriteable(Path)) {
-      throw EQuillonFileHandleError(Platform::NotWriteableError, Path);
+      throw EQuillonFileHandleError(Platform::NotWriteableError(Path), Path);
     }
   }
 }

@@ -36,6 +36,8 @@ class TFileSet {
   TQuillonStream& Begin(const std::string& AName);
   /// A file that was begun is complete.
   void End(const TQuillonStream& AContent);
+  /// Whether nothing is to be seen of it yet: no file is written to as its content comes.
+  bool IsOutOfSight() const;
   /// Lets the files take their places.
   /// @throws EQuillonFileHandleError, the folder is as it was; EQuillonException once the burst has begun
   void Place();

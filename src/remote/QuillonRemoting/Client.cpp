@@ -76,8 +76,8 @@ class TProgress {
 };
 
 void RegisterClasses() {
-  static std::once_flag Once;
-  std::call_once(Once, QuillonRemoteWorkspaces::RegisterUserWorkspaceClasses);
+  static const bool IsDone = (QuillonRemoteWorkspaces::RegisterUserWorkspaceClasses(), true);
+  static_cast<void>(IsDone);
 }
 
 }  // namespace

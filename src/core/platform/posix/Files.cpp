@@ -232,7 +232,15 @@ bool IsReplacementRefused(int AnErrorCode) {
 const bool OpenFilesGiveWay = true;
 
 const int NotOpenError = EBADF;
-const int NotWriteableError = EACCES;
+
+int NotWriteableError(const std::string& APath) {
+  const auto IsOnReadOnlyMedium = [](const std::string& AnEntry) {
+    return ::faccessat(AT_FDCWD, AnEntry.c_str(), W_OK, AT_EACCESS) != 0 && errno == EROFS;
+  };
+  const std::size_t End = APath.rfind('/');
+  const std::string Folder = End == std::string::npos ? "." : APath.substr(0, End + 1);
+  return IsOnReadOnlyMedium(APath) || IsOnReadOnlyMedium(Folder) ? EROFS : EACCES;
+}
 
 const std::string_view PathDelimiters = "/";
 

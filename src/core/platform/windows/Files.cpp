@@ -266,7 +266,8 @@ bool IsReplacementRefused(int AnErrorCode) {
 const bool OpenFilesGiveWay = false;
 
 const int NotOpenError = ERROR_INVALID_HANDLE;
-const int NotWriteableError = ERROR_ACCESS_DENIED;
+
+int NotWriteableError(const std::string& /*APath*/) { return ERROR_ACCESS_DENIED; }
 
 const std::string_view PathDelimiters = R"(\/)";
 
