@@ -122,7 +122,8 @@ void TFileSet::End(const TQuillonStream& AContent) {
 }
 
 bool TFileSet::IsOutOfSight() const {
-  return std::ranges::all_of(FMembers, [](const TMember& AMember) { return AMember.New.has_value(); });
+  // One that could not be begun has neither.
+  return std::ranges::all_of(FMembers, [](const TMember& AMember) { return AMember.New || AMember.Stream == nullptr; });
 }
 
 void TFileSet::CheckRest() const {

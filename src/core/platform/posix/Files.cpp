@@ -234,12 +234,15 @@ const bool OpenFilesGiveWay = true;
 const int NotOpenError = EBADF;
 
 int NotWriteableError(const std::string& APath) {
-  const auto IsOnReadOnlyMedium = [](const std::string& AnEntry) {
-    return ::faccessat(AT_FDCWD, AnEntry.c_str(), W_OK, AT_EACCESS) != 0 && errno == EROFS;
+  const auto RefusalOf = [](const std::string& AnEntry) {
+    return ::faccessat(AT_FDCWD, AnEntry.c_str(), W_OK, AT_EACCESS) != 0 ? errno : 0;
   };
-  const std::size_t End = APath.rfind('/');
-  const std::string Folder = End == std::string::npos ? "." : APath.substr(0, End + 1);
-  return IsOnReadOnlyMedium(APath) || IsOnReadOnlyMedium(Folder) ? EROFS : EACCES;
+  int Code = RefusalOf(APath);
+  if (Code == ENOENT) {
+    const std::size_t End = APath.rfind('/');
+    Code = RefusalOf(End == std::string::npos ? "." : APath.substr(0, End + 1));
+  }
+  return Code == EROFS ? EROFS : EACCES;
 }
 
 const std::string_view PathDelimiters = "/";
