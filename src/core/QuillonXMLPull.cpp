@@ -7,14 +7,14 @@
 #include <charconv>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 
 #include "QuillonText.h"
 
 namespace {
 
-constexpr std::size_t WindowSize = 1U << 18;
-/// Zeros behind the window's content: what is compared there ahead of a look at the end.
-constexpr std::size_t Margin = 8192;
+/// Ahead of a block: what is left of the one before. Behind it: what is compared there ahead of a look at the end.
+constexpr TQuillonReadAhead::TRoom Room{.Ahead = 65'536, .Behind = 8192};
 constexpr std::size_t LongestName = 1024;
 constexpr std::size_t LongestIndent = 256;
 
@@ -154,52 +154,95 @@ char* CleanFrom(char* AFirst, const char* AnEnd) {
 }
 
 /// The end of what consists of whole characters for sure.
-char* WholeEnd(const char* ABegin, char* AnEnd) {
-  constexpr std::ptrdiff_t LongestCharacter = 4;
+const char* WholeEnd(std::string_view AText) {
+  constexpr std::size_t LongestCharacter = 4;
   constexpr unsigned char FirstLead = 0xC0;
-  for (char* Place = AnEnd; Place != ABegin && AnEnd - Place < LongestCharacter;) {
-    const auto Byte = static_cast<unsigned char>(*--Place);
+  for (std::size_t Length = 1; Length < LongestCharacter && Length <= AText.size(); ++Length) {
+    const auto Byte = static_cast<unsigned char>(AText[AText.size() - Length]);
     if (Byte < 0x80) {
-      return AnEnd;
+      break;
     }
     if (Byte >= FirstLead) {
-      return Place;
+      return AText.data() + AText.size() - Length;
     }
   }
-  return AnEnd;
+  return AText.data() + AText.size();
 }
+
+/// What is found out of a block where it is fetched.
+constexpr unsigned IsText = 1;
+constexpr unsigned HasReference = 2;
+constexpr unsigned HasReturn = 4;
+
+/// Examines blocks, one after the other, the end of a character that the one before has begun included.
+class TExaminer {
+ public:
+  unsigned operator()(std::span<char> AContent, bool AnIsLast) {
+    char* const Begin = AContent.data() - FBegun.size();
+    std::ranges::copy(FBegun, Begin);
+    const std::string_view Text(Begin, FBegun.size() + AContent.size());
+    const char* const End = AnIsLast ? Text.data() + Text.size() : WholeEnd(Text);
+    const std::string_view Whole(Begin, End);
+    FBegun = Text.substr(Whole.size());
+    const auto Has = [&](char AChar, unsigned AFinding) {
+      return Text.find(AChar) != std::string_view::npos ? AFinding : 0U;
+    };
+    const bool IsRight =
+        Text.find('\0') == std::string_view::npos && QuillonText::FindInvalidUtf8(Whole) == std::string_view::npos;
+    return (IsRight ? IsText : 0U) | Has('&', HasReference) | Has('\r', HasReturn);
+  }
+
+ private:
+  std::string FBegun;
+};
 
 }  // namespace
 
-TQuillonXMLPull::TQuillonXMLPull(TQuillonStream& AStream, std::string_view ADocumentElement) : FStream(AStream) {
-  FWindow.Resize(WindowSize + Margin);
-  FNext = FEnd = FChecked = FWindow.Data();
+TQuillonXMLPull::TQuillonXMLPull(TQuillonStream& AStream, std::string_view ADocumentElement)
+    : FBlocks(AStream, Room, TExaminer()) {
   EnterDocument(ADocumentElement);
 }
 
-/// Moves what stands from FNext on to the begin of the window and reads more behind it.
+/// Reads more behind what stands from FNext on.
 void TQuillonXMLPull::Refill() {
-  const auto Kept = static_cast<std::size_t>(FEnd - FNext);
-  const auto Checked = static_cast<std::size_t>(FChecked - FNext);
-  if (FNext != FWindow.Data()) {
-    std::memmove(FWindow.Data(), FNext, Kept);
+  const std::string_view Kept(FNext, FEnd);
+  const TQuillonReadAhead::TBlock* const Block = FBlocks.Next();
+  Demand(Block != nullptr && (Block->Finding & IsText) != 0);
+  FIsEnd = Block->IsLast;
+  const std::span<char> New = Block->Content;
+  if (Kept.size() <= Room.Ahead) {
+    FNext = New.data() - Kept.size();
+    std::ranges::copy(Kept, FNext);
+    FEnd = New.data() + New.size();
+  } else {
+    Gather(Kept, {New.data(), New.size()});
   }
-  if (Kept > FWindow.Size() / 2) {
-    FWindow.Resize(2 * FWindow.Size());  // for a text that is longer than the window
-  }
-  FNext = FWindow.Data();
-  const std::size_t Got = FStream.Read({FNext + Kept, FWindow.Size() - Margin - Kept});
-  FIsEnd = Got == 0;
-  FEnd = FNext + Kept + Got;
-  std::memset(FEnd, 0, Margin);
-  FReference = FReturn = nullptr;
-  CheckNew(FNext + Checked);
+  const auto FirstMark = [&](char AChar, unsigned AFinding) {
+    return (Block->Finding & AFinding) != 0 || Kept.find(AChar) != std::string_view::npos ? nullptr : FEnd;
+  };
+  FReference = FirstMark('&', HasReference);
+  FReturn = FirstMark('\r', HasReturn);
 }
 
-void TQuillonXMLPull::CheckNew(char* AFrom) {
-  FChecked = FIsEnd ? FEnd : WholeEnd(AFrom, FEnd);
-  const std::string_view New(AFrom, FChecked);
-  Demand(New.find('\0') == std::string_view::npos && QuillonText::FindInvalidUtf8(New) == std::string_view::npos);
+/// Puts what is new behind what is kept, in a window for that. It grows by its own size, lest a text of many blocks be
+/// copied with each of them.
+void TQuillonXMLPull::Gather(std::string_view AKept, std::string_view ANew) {
+  const std::string_view Before = FGathered.View();
+  const bool IsThere =
+      std::less_equal<>()(Before.data(), AKept.data()) && std::less<>()(AKept.data(), Before.data() + Before.size());
+  const auto Place = static_cast<std::size_t>(IsThere ? AKept.data() - Before.data() : 0);
+  const std::size_t Size = AKept.size() + ANew.size() + Room.Behind;
+  if (FGathered.Size() < Size) {
+    FGathered.Resize(2 * Size);
+  }
+  FNext = FGathered.Data();
+  if (!IsThere) {
+    std::ranges::copy(AKept, FNext);
+  } else if (Place != 0) {
+    std::memmove(FNext, FNext + Place, AKept.size());
+  }
+  FEnd = std::ranges::copy(ANew, FNext + AKept.size()).out;
+  std::memset(FEnd, 0, Room.Behind);
 }
 
 void TQuillonXMLPull::EnterDocument(std::string_view ADocumentElement) {
@@ -251,7 +294,7 @@ void TQuillonXMLPull::PassBlanks() {
 void TQuillonXMLPull::PassText() {
   for (;;) {
     auto* const Found = static_cast<char*>(std::memchr(FNext, '<', static_cast<std::size_t>(FEnd - FNext)));
-    FNext = Found != nullptr ? Found : FChecked;
+    FNext = Found != nullptr ? Found : FEnd;
     if (HasTag(FNext)) {
       Demand(Found != nullptr);
       return;

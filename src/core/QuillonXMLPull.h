@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "QuillonIO.h"
+#include "QuillonStreams/ReadAhead.h"
 
 /// What TQuillonXMLPull leaves to TQuillonXMLDocument: all errors, and what our own files never have.
 class TQuillonXMLUnusual : public std::exception {
@@ -15,7 +16,8 @@ class TQuillonXMLUnusual : public std::exception {
   const char* what() const noexcept override { return "unusual XML"; }
 };
 
-/// Walks an XML document forward, element by element, through a small window over its stream.
+/// Walks an XML document forward, element by element, through a small window over its stream, which a thread fills
+/// ahead.
 ///
 /// Takes only what TQuillonXMLDocument reads the same way: UTF-8 without sections, comments and instructions, names and
 /// attributes of ASCII, no text beside elements. All else raises TQuillonXMLUnusual, be it well-formed or not. Views
@@ -74,7 +76,7 @@ class TQuillonXMLPull {
   };
 
   void Refill();
-  void CheckNew(char* AFrom);
+  void Gather(std::string_view AKept, std::string_view ANew);
   void EnterDocument(std::string_view ADocumentElement);
   void PassDeclaration();
   bool HasTag(const char* APlace) const { return FEnd - APlace >= LongestTag || FIsEnd; }
@@ -95,11 +97,10 @@ class TQuillonXMLPull {
   static constexpr std::ptrdiff_t LongestTag = 4096;
   static constexpr std::size_t MostAttributes = 4;
 
-  TQuillonStream& FStream;
-  TQuillonBuffer FWindow;
+  TQuillonReadAhead FBlocks;
+  TQuillonBuffer FGathered;  ///< the window for what no single block has room for
   char* FNext = nullptr;
   char* FEnd = nullptr;        ///< zeros follow
-  char* FChecked = nullptr;    ///< up to here the bytes are known to be UTF-8
   char* FReference = nullptr;  ///< the next "&", unless it is behind us
   char* FReturn = nullptr;     ///< as well
   bool FIsEnd = false;         ///< of the stream

@@ -19,7 +19,7 @@ class TSource final : public TQuillonOneWayStream {
   static char ByteAt(std::size_t APosition) { return static_cast<char>(APosition * 7 + APosition / 251); }
 
   std::size_t Read(std::span<char> ABuffer) override {
-    const std::size_t Count = std::min({ABuffer.size(), FSize - FDone, FDone % 60'000 + 1});
+    const std::size_t Count = std::min({ABuffer.size(), FSize - FDone, FDone * 7 % (2 * Block) + 1});
     if (Count == 0 && FFails) {
       throw EQuillonStreamError("broken");
     }

@@ -2,19 +2,13 @@
 
 #include <algorithm>
 #include <cstring>
-#include <span>
 #include <system_error>
 #include <utility>
 
-namespace {
+TQuillonReadAhead::TQuillonReadAhead(TQuillonStream& ASource, TRoom ARoom, TExamine AnExamine)
+    : FSource(ASource), FRoom(ARoom), FExamine(std::move(AnExamine)) {}
 
-constexpr std::size_t BlockSize = std::size_t{256} << 10;
-
-}  // namespace
-
-TQuillonReadAheadStream::TQuillonReadAheadStream(TQuillonStream& ASource) : FSource(ASource) {}
-
-TQuillonReadAheadStream::~TQuillonReadAheadStream() {
+TQuillonReadAhead::~TQuillonReadAhead() {
   if (FThread.joinable()) {
     {
       const std::lock_guard Guard(FLock);
@@ -25,33 +19,40 @@ TQuillonReadAheadStream::~TQuillonReadAheadStream() {
   }
 }
 
-void TQuillonReadAheadStream::Fetch(TBlock& ABlock) {
-  ABlock.Size = 0;
-  try {
-    ABlock.Bytes.resize(BlockSize);
-    while (ABlock.Size < BlockSize) {
-      const std::size_t Got = FSource.Read(std::span(ABlock.Bytes).subspan(ABlock.Size));
-      if (Got == 0) {
-        break;
-      }
-      ABlock.Size += Got;
-    }
-  } catch (...) {
-    ABlock.Failure = std::current_exception();
+void TQuillonReadAhead::Prepare(TBlock& ABlock) const {
+  if (ABlock.Memory.Size() == 0) {
+    ABlock.Memory.Resize(FRoom.Ahead + BlockSize + FRoom.Behind);
   }
 }
 
-void TQuillonReadAheadStream::FetchAll() {
+void TQuillonReadAhead::Fetch(TBlock& ABlock) {
+  const std::span<char> Place(ABlock.Memory.Data() + FRoom.Ahead, BlockSize);
+  std::size_t Size = 0;
+  try {
+    Size = FSource.Read(Place);
+    ABlock.IsLast = Size == 0;
+  } catch (...) {
+    ABlock.Failure = std::current_exception();
+  }
+  FSize += Size;
+  ABlock.Content = Place.first(Size);
+  std::memset(Place.data() + Size, 0, FRoom.Behind);
+  if (FExamine) {
+    ABlock.Finding = FExamine(ABlock.Content, ABlock.IsLast);
+  }
+}
+
+void TQuillonReadAhead::FetchAll() {
   for (bool IsLastOne = false; !IsLastOne;) {
     std::unique_lock Guard(FLock);
-    FChanged.wait(Guard, [&] { return FIsOver || FFetched - FUsed < FBlocks.size(); });
+    FChanged.wait(Guard, [&] { return FIsOver || FFetched - FTaken < FBlocks.size() - 2; });
     if (FIsOver) {
       return;
     }
-    TBlock& Block = FBlocks[FFetched % FBlocks.size()];
+    TBlock& Block = At(FFetched);
     Guard.unlock();
     Fetch(Block);
-    IsLastOne = IsLast(Block) || Block.Failure != nullptr;
+    IsLastOne = Block.IsLast || Block.Failure != nullptr;
     Guard.lock();
     ++FFetched;
     Guard.unlock();
@@ -59,32 +60,49 @@ void TQuillonReadAheadStream::FetchAll() {
   }
 }
 
-bool TQuillonReadAheadStream::TakeBlock() {
-  if (FBlock == nullptr) {
-    FBlock = &FBlocks.front();
-    Fetch(*FBlock);
-    FFetched = 1;
-  } else if (FBlock->Failure != nullptr) {
-    std::rethrow_exception(FBlock->Failure);
-  } else if (IsLast(*FBlock)) {
-    return false;
-  } else {
-    if (!FThread.joinable()) {
-      try {
-        FThread = std::thread([this] { FetchAll(); });
-      } catch (const std::system_error&) {
-        Fetch(*FBlock);
-        FLeft = std::string_view(FBlock->Bytes).substr(0, FBlock->Size);
-        return true;
-      }
-    }
-    std::unique_lock Guard(FLock);
-    ++FUsed;
-    FChanged.notify_one();
-    FChanged.wait(Guard, [&] { return FFetched > FUsed; });
-    FBlock = &FBlocks[FUsed % FBlocks.size()];
+/// Starts the thread behind the first bytes. The blocks' memory is taken here: the thread would take it from a heap of
+/// its own.
+bool TQuillonReadAhead::HasThread() {
+  if (FThread.joinable() || FIsAlone || FSize < BlockSize) {
+    return FThread.joinable();
   }
-  FLeft = std::string_view(FBlock->Bytes).substr(0, FBlock->Size);
+  std::ranges::for_each(FBlocks, [this](TBlock& ABlock) { Prepare(ABlock); });
+  try {
+    FThread = std::thread([this] { FetchAll(); });
+  } catch (const std::system_error&) {
+    FIsAlone = true;
+  }
+  return !FIsAlone;
+}
+
+TQuillonReadAhead::TBlock* TQuillonReadAhead::Next() {
+  if (FTaken > 0) {
+    const TBlock& Last = At(FTaken - 1);
+    if (Last.Failure != nullptr) {
+      std::rethrow_exception(Last.Failure);
+    }
+    if (Last.IsLast) {
+      return nullptr;
+    }
+  }
+  if (!HasThread()) {
+    Prepare(At(FFetched));
+    Fetch(At(FFetched++));
+  }
+  std::unique_lock Guard(FLock);
+  FChanged.wait(Guard, [&] { return FFetched > FTaken; });
+  TBlock& Block = At(FTaken++);
+  Guard.unlock();
+  FChanged.notify_one();
+  return &Block;
+}
+
+bool TQuillonReadAheadStream::TakeBlock() {
+  const TQuillonReadAhead::TBlock* const Block = FBlocks.Next();
+  if (Block == nullptr) {
+    return false;
+  }
+  FBlock = FLeft = {Block->Content.data(), Block->Content.size()};
   return true;
 }
 
@@ -104,12 +122,12 @@ std::size_t TQuillonReadAheadStream::Read(std::span<char> ABuffer) {
 }
 
 std::int64_t TQuillonReadAheadStream::Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) {
-  const std::size_t Gone = FBlock == nullptr ? 0 : FBlock->Size - FLeft.size();
+  const std::size_t Gone = FBlock.size() - FLeft.size();
   if (AnOrigin != TQuillonSeekOrigin::Current || AnOffset >= 0 || std::cmp_greater(-AnOffset, Gone)) {
     return TQuillonOneWayStream::Seek(AnOffset, AnOrigin);
   }
   const auto Back = static_cast<std::size_t>(-AnOffset);
-  FLeft = std::string_view(FBlock->Bytes).substr(Gone - Back, FLeft.size() + Back);
+  FLeft = FBlock.substr(Gone - Back, FLeft.size() + Back);
   Advance(AnOffset);
   return Position();
 }
