@@ -210,18 +210,20 @@ void TQuillonXMLPull::Refill() {
   Demand(Block != nullptr && (Block->Finding & IsText) != 0);
   FIsEnd = Block->IsLast;
   const std::span<char> New = Block->Content;
-  if (Kept.size() <= Room.Ahead) {
-    FNext = New.data() - Kept.size();
-    std::ranges::copy(Kept, FNext);
-    FEnd = New.data() + New.size();
-  } else {
+  FReference = FReturn = nullptr;
+  if (Kept.size() > Room.Ahead) {
     Gather(Kept, {New.data(), New.size()});
+    return;
   }
-  const auto FirstMark = [&](char AChar, unsigned AFinding) {
-    return (Block->Finding & AFinding) != 0 || Kept.find(AChar) != std::string_view::npos ? nullptr : FEnd;
-  };
-  FReference = FirstMark('&', HasReference);
-  FReturn = FirstMark('\r', HasReturn);
+  FNext = New.data() - Kept.size();
+  std::ranges::copy(Kept, FNext);
+  FEnd = New.data() + New.size();
+  if ((Block->Finding & HasReference) == 0 && Kept.find('&') == std::string_view::npos) {
+    FReference = FEnd;
+  }
+  if ((Block->Finding & HasReturn) == 0 && Kept.find('\r') == std::string_view::npos) {
+    FReturn = FEnd;
+  }
 }
 
 /// Puts what is new behind what is kept, in a window for that. It grows by its own size, lest a text of many blocks be

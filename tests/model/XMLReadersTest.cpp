@@ -75,14 +75,17 @@ TEST(XMLReaders, ComeToTheSameEndWithDamage) {
 }
 
 TEST(XMLReaders, TakeTextsThatAreLongerThanTheWindow) {
-  std::string Text;
-  while (Text.size() < 3 * Piece) {
-    Text += "Text &amp; \r\n&#228;ä";
-  }
-  for (const std::string& Tail : {std::string("</Code>"), std::string("</Codex>"), std::string()}) {
-    std::string Document = "<Storage><DataformatRelease>6.0.172</DataformatRelease><Rooms><Items><Item Class=\"Room\" ";
-    Document.append("ID=\"").append(ID(1)).append("\"><CID/><Code>").append(Text).append(Tail);
-    ExpectSame(Document.append("<Level/></Item></Items></Rooms></Storage>"), true, Tail);
+  for (const std::string_view Word : {"Text &amp; \r\n&#228;ä"sv, "plain"sv}) {
+    std::string Text;
+    while (Text.size() < 13 * Piece) {
+      Text += Word;
+    }
+    for (const std::string& Tail : {std::string("</Code>"), std::string("</Codex>"), std::string()}) {
+      std::string Document =
+          "<Storage><DataformatRelease>6.0.172</DataformatRelease><Rooms><Items><Item Class=\"Room\" ";
+      Document.append("ID=\"").append(ID(1)).append("\"><CID/><Code>").append(Text).append(Tail);
+      ExpectSame(Document.append("<Level/></Item></Items></Rooms></Storage>"), true, Tail);
+    }
   }
 }
 

@@ -1,10 +1,19 @@
 #include "QuillonDataObjects/DataList.h"
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 #include <cassert>
 
 #include "QuillonDataObjects/DataClass.h"
 #include "QuillonDataObjects/Storage.h"
+
+namespace {
+
+/// What lists sort by: a program has a few comparisons, and a byte in each list for the number of one.
+std::array<std::atomic<TQuillonCompareItems>, 256> Comparisons;
+
+}  // namespace
 
 TQuillonDataList::TQuillonDataList(TQuillonDataAbstractObject* AnOwner, TItems AnItems, bool HasItemsAreIndependent)
     : FItemsAreIndependent(HasItemsAreIndependent), FIsItemOwner(AnItems == TItems::Owned) {
@@ -234,14 +243,14 @@ void TQuillonDataList::Insert(int AnIndex, TQuillonDataObject* AnItem) {
 }
 
 bool TQuillonDataList::AddAll(const TQuillonDataList& AnOther) {
-  for (TQuillonDataObject* Item : std::vector(AnOther.FItems)) {
+  for (TQuillonDataObject* Item : AnOther.Copy()) {
     Add(Item);
   }
   return !AnOther.IsEmpty();
 }
 
 bool TQuillonDataList::InsertAll(int AnIndex, const TQuillonDataList& AnOther) {
-  for (TQuillonDataObject* Item : std::vector(AnOther.FItems)) {
+  for (TQuillonDataObject* Item : AnOther.Copy()) {
     const int Before = Count();
     Insert(AnIndex, Item);
     AnIndex += Count() - Before;
@@ -259,7 +268,7 @@ bool TQuillonDataList::Merge(TQuillonDataObject* AnItem) {
 
 bool TQuillonDataList::Merge(const TQuillonDataList& AnOther) {
   bool Added = false;
-  for (TQuillonDataObject* Item : std::vector(AnOther.FItems)) {
+  for (TQuillonDataObject* Item : AnOther.Copy()) {
     Added = Merge(Item) || Added;
   }
   return Added;
@@ -356,8 +365,7 @@ void TQuillonDataList::Clear() { Perform({.Kind = TOperationKind::Clearance}); }
 
 void TQuillonDataList::FreeItems() {
   // Taken out first: an item that is freed may look at the list that held it.
-  std::vector<TQuillonDataObject*> Items = std::move(FItems);
-  FItems.clear();
+  TQuillonItems Items = std::move(FItems);
   if (!FIsItemOwner) {
     return;
   }
@@ -438,7 +446,7 @@ bool TQuillonDataList::RetainAll(const TQuillonDataList& AnOther) {
   return DeleteIf([&](const TQuillonDataObject* AnItem) { return !AnOther.Contains(AnItem); });
 }
 
-void TQuillonDataList::Pack() { std::erase(FItems, nullptr); }
+void TQuillonDataList::Pack() { FItems.erase(std::remove(FItems.begin(), FItems.end(), nullptr), FItems.end()); }
 
 void TQuillonDataList::Move(int ACurIndex, int ANewIndex) {
   CheckedIndex(ACurIndex, Count());
@@ -479,13 +487,13 @@ void TQuillonDataList::Exchange(int AFirstIndex, int ASecondIndex) {
 }
 
 std::vector<TQuillonDataObject*> TQuillonDataList::RealItems() const {
-  std::vector<TQuillonDataObject*> Found = FItems;
+  std::vector<TQuillonDataObject*> Found = Copy();
   std::erase(Found, nullptr);
   return Found;
 }
 
 int TQuillonDataList::CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B) const {
-  return FCompare != nullptr ? FCompare(A, B) : A.Compare(B);
+  return FCompare != 0 ? Comparisons[FCompare].load()(A, B) : A.Compare(B);
 }
 
 int TQuillonDataList::FindPlace(const TQuillonDataObject& AnItem) const {
@@ -511,6 +519,18 @@ void TQuillonDataList::Sort(TQuillonCompareItems ACompare) {
   QuillonClasses::QuickSort(
       0, Count() - 1, [&](int A, int B) { return CompareReal(GetItem(A), GetItem(B), ACompare); },
       [this](int A, int B) { Exchange(A, B); });
+}
+
+void TQuillonDataList::SetCompare(TQuillonCompareItems ACompare) {
+  for (std::size_t I = 0; I < Comparisons.size(); ++I) {
+    TQuillonCompareItems Known = nullptr;
+    if (ACompare == nullptr || (I > 0 && Comparisons[I].compare_exchange_strong(Known, ACompare)) ||
+        Known == ACompare) {
+      FCompare = static_cast<std::uint8_t>(I);
+      return;
+    }
+  }
+  throw EQuillonCollectionError("Die Anzahl der Vergleiche überschreitet das Maximum.");
 }
 
 void TQuillonDataList::SetSorted(bool AnIsSorted) {

@@ -6,6 +6,7 @@
 
 #include "QuillonClasses/QuickSort.h"
 #include "QuillonDataObjects/DataObject.h"
+#include "QuillonDataObjects/Items.h"
 
 class TQuillonDataChangeLog;
 
@@ -38,7 +39,7 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
 
   int Count() const { return static_cast<int>(FItems.size()); }
   bool IsEmpty() const { return FItems.empty(); }
-  std::span<TQuillonDataObject* const> Items() const { return FItems; }
+  std::span<TQuillonDataObject* const> Items() const { return {FItems.begin(), FItems.end()}; }
   /// The class that all items descend from: none for an empty list, else the base of all objects.
   const TQuillonDataClass* GetCommonItemBaseClass() const { return IsEmpty() ? nullptr : &TQuillonDataObject::Class(); }
   /// @throws EQuillonCollectionError for an index outside of the list
@@ -146,7 +147,8 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   /// Sorts by moves, each of which notifies.
   void Sort(TQuillonCompareItems ACompare);
   /// The comparison of Add and Sort; without one the items' own Compare counts.
-  void SetCompare(TQuillonCompareItems ACompare) { FCompare = ACompare; }
+  /// @throws EQuillonCollectionError where lists sort by some 255 others already
+  void SetCompare(TQuillonCompareItems ACompare);
   bool IsSorted() const { return FSorted; }
   /// Switching on sorts.
   void SetSorted(bool AnIsSorted);
@@ -206,6 +208,7 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   void Before(const TOperation& AnOperation);
   void Apply(const TOperation& AnOperation);
   void After(const TOperation& AnOperation);
+  std::vector<TQuillonDataObject*> Copy() const { return {FItems.begin(), FItems.end()}; }
   /// The items without null places.
   std::vector<TQuillonDataObject*> RealItems() const;
   template <class TPredicate>
@@ -215,11 +218,10 @@ class TQuillonDataList : public TQuillonDataAbstractObject {
   int CompareItems(const TQuillonDataObject& A, const TQuillonDataObject& B) const;
   int FindPlace(const TQuillonDataObject& AnItem) const;
 
-  // The flags first, where the base leaves room: a plan has some hundred thousand lists.
   bool FIsItemOwner;
   bool FSorted = false;
-  std::vector<TQuillonDataObject*> FItems;
-  TQuillonCompareItems FCompare = nullptr;
+  std::uint8_t FCompare = 0;  ///< number of the comparison; 0 for the items' own
+  TQuillonItems FItems;
 };
 
 /// A list whose items are of class TItem; TBase is the untyped list class that it specialises.

@@ -36,24 +36,25 @@ void Free(TQuillonDataAbstractObject* AnObject);
 /// virtual FreeProperties runs while it is still whole; then it is deleted.
 /// TQuillonDataClass::Create and QuillonDataObjects::Free are these two ways.
 class TQuillonDataAbstractObject : public TQuillonObject {
-  // Ahead of all other fields, beside the class: what readers touch of objects that are there.
+  // Ahead of all other fields, beside the class: what readers touch of objects that are there. The order leaves no gap,
+  // up to a list's own flags: a plan has some hundred thousand of these.
   mutable TGUID FID;
   mutable std::atomic<bool> FHasID = false;
   bool FRegistered = false;
-  bool FIsHeld = false;
-  bool FIsNamed = false;          ///< a document that was read names the object
-  mutable bool FIsSwept = false;  ///< nothing refers to the object any more: it is about to be freed
+  bool FIsHeld : 1 = false;
+  bool FIsNamed : 1 = false;          ///< a document that was read names the object
+  mutable bool FIsSwept : 1 = false;  ///< nothing refers to the object any more: it is about to be freed
 
  public:
   /// The stamps that every object has: the first rows of every table.
   static const TQuillonDataClass& Class();
 
-  TQuillonDateTime FChanged;                     ///< time of the last change
-  TQuillonUserName FChangedBy;                   ///< user of the last change
-  TQuillonDateTime FCreated;                     ///< time of creation
   TQuillonUserName FCreatedBy;                   ///< user who created the object
+  TQuillonDateTime FCreated;                     ///< time of creation
+  TQuillonDateTime FChanged;                     ///< time of the last change
   TQuillonDataAbstractObject* FOwner = nullptr;  ///< container; a back reference that never owns
   std::int64_t FVersion = 0;                     ///< raised once by each logged operation that concerns the object
+  TQuillonUserName FChangedBy;                   ///< user of the last change
 
   /// The description of the object's own class.
   virtual const TQuillonDataClass& DataClass() const = 0;
@@ -157,9 +158,6 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   /// Calls AVisit with this object and all that it owns, lists included.
   template <class TVisit>
   void VisitOwned(const TVisit& AVisit);
-
-  /// All holders, while there are several; one is FOwner.
-  std::unique_ptr<std::vector<TQuillonDataAbstractObject*>> FHolders;
 };
 
 /// An object that lists and references can hold: the unit of change logging.
@@ -185,6 +183,12 @@ class TQuillonDataObject : public TQuillonDataAbstractObject {
  protected:
   /// What else a change stamps, before it is recorded.
   virtual void AfterStamp() {}
+
+ private:
+  friend class TQuillonDataHolder;
+
+  /// All holders, while there are several; one is the owner.
+  std::unique_ptr<std::vector<TQuillonDataAbstractObject*>> FHolders;
 };
 
 /// The right to hold an object: whoever owns one counts here, and the last to let go frees it.
@@ -206,7 +210,7 @@ class TQuillonDataHolder {
                        TQuillonDataAbstractObject* AnOwner);
   static bool IsHeld(const TQuillonDataObject& AnObject) { return AnObject.FIsHeld; }
   /// Whether several hold the object.
-  static bool IsShared(const TQuillonDataAbstractObject& AnObject) { return AnObject.FHolders != nullptr; }
+  static bool IsShared(const TQuillonDataObject& AnObject) { return AnObject.FHolders != nullptr; }
   static bool IsHeldBy(const TQuillonDataObject& AnObject, const TQuillonDataAbstractObject& AHolder);
   /// An object that was about to be freed stays: it and what it owns may be referred to again.
   static void Keep(TQuillonDataObject& AnObject);

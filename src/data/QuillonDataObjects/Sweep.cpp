@@ -74,7 +74,7 @@ class TQuillonDataSweep {
   explicit TQuillonDataSweep(TQuillonDataStorage& AStorage) : FStorage(AStorage) {}
 
   static bool GoesWithItsHolder(const TQuillonDataObject* AnObject) {
-    return AnObject != nullptr && AnObject->FHolders == nullptr;
+    return AnObject != nullptr && !TQuillonDataHolder::IsShared(*AnObject);
   }
 
   /// Clears all references to the objects and to what goes with them.
@@ -120,7 +120,7 @@ class TQuillonDataSweep {
     // While a document is read, what others may refer to outlives its owner.
     if (!FStorage.IsReading()) {
       for (TQuillonDataObject* Part : AnObject.Parts()) {
-        if (!Part->FIsSwept && Part->FHolders == nullptr) {
+        if (!Part->FIsSwept && !TQuillonDataHolder::IsShared(*Part)) {
           Take(*Part);
         }
       }
@@ -149,7 +149,7 @@ class TQuillonDataSweep {
         continue;
       }
       FSenseless.push_back(Object);
-      if (Object->FHolders == nullptr) {
+      if (!TQuillonDataHolder::IsShared(*Object)) {
         Take(*Object);
       }
     }

@@ -86,8 +86,9 @@ void TQuillonRemoteWorkspace::ReadProperties(TQuillonDataObjectReader& AReader) 
 }
 
 void TQuillonRemoteWorkspace::CheckPlaces() {
-  for (const TQuillonDataAbstractObject* Object : Registry().Objects()) {
-    if (TQuillonDataHolder::IsShared(*Object)) {
+  for (const TQuillonDataAbstractObject* Any : Registry().Objects()) {
+    const auto* const Object = dynamic_cast<const TQuillonDataObject*>(Any);
+    if (Object != nullptr && TQuillonDataHolder::IsShared(*Object)) {
       throw EQuillonDataObjectReaderError(Object->GetDisplayName() + " liegt an zwei Stellen.");
     }
   }
