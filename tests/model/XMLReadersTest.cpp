@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "QuillonDataObjects/ReaderWriter.h"
+#include "QuillonZip.h"
 #include "data/BothReaders.h"
 #include "model/PlanDocument.h"
 
@@ -33,6 +34,11 @@ void ExpectSame(const std::string& ADocument, bool ACanSeek, const std::string& 
   const std::string Whole = BothReaders::WholeOutcome(*NewPlan(), ADocument);
   const std::string Passing = BothReaders::StreamOutcome(*NewPlan(), ADocument, Piece, ACanSeek);
   EXPECT_TRUE(Whole == Passing) << AWhat << "\n" << Whole.substr(0, 300) << "\n" << Passing.substr(0, 300);
+  const std::string Unpacked = BothReaders::Outcome(*NewPlan(), ADocument, [&](TVELPlan& APlan) {
+    TQuillonZipEntryStream Entry(QuillonZip::MakeArchive("entry", ADocument));
+    APlan.LoadFromXML(Entry, "input");
+  });
+  EXPECT_TRUE(Whole == Unpacked) << AWhat << ", packed\n" << Unpacked.substr(0, 300);
 }
 
 TEST(XMLReaders, TheSchoolIsReadInOneGo) {
@@ -83,6 +89,39 @@ TEST(XMLReaders, TakeTextsThatAreLongerThanTheWindow) {
     std::string Document = "<Storage><DataformatRelease>6.0.172</DataformatRelease><Rooms><Items><Item Class=\"Room\" ";
     Document.append("ID=\"").append(ID(1)).append("\"><CID/><Code>").append(Text).append(Tail);
     ExpectSame(Document.append("<Level/></Item></Items></Rooms></Storage>"), true, Tail);
+  }
+}
+
+/// An archive of the school, damaged or not, with the outcome of a load.
+struct TPacked {
+  std::string Archive = QuillonZip::MakeArchive("school", School());
+
+  std::string Outcome(bool AWhole) const {
+    const TPlan Plan = NewPlan();
+    if (AWhole) {
+      Plan->CountChange();
+    }
+    return BothReaders::Outcome(*Plan, School(), [&](TVELPlan& APlan) {
+      TQuillonZipEntryStream Entry{std::string_view(Archive)};
+      APlan.LoadFromXML(Entry, "input");
+    });
+  }
+};
+
+TEST(XMLReaders, SeeThatAnEntryIsDamagedBehindItsLastElement) {
+  const std::string Good = TPacked().Outcome(false);
+  EXPECT_TRUE(Good.starts_with("\n")) << Good.substr(0, 300);
+  const std::size_t Directory = TPacked().Archive.rfind("PK\1\2");
+  constexpr std::size_t CheckSum = 14;  // of the entry's own head; two more in the directory
+  for (const auto& Places : {std::array{CheckSum, Directory + CheckSum + 2}, std::array{Directory - 40, Directory}}) {
+    TPacked Packed;
+    Packed.Archive[Places[0]] ^= 1;
+    if (Places[1] != Directory) {
+      Packed.Archive[Places[1]] ^= 1;
+    }
+    const std::string Outcome = Packed.Outcome(false);
+    EXPECT_TRUE(Outcome.starts_with("ZIP archive: ")) << Outcome.substr(0, 300);
+    EXPECT_TRUE(Outcome == Packed.Outcome(true)) << Outcome.substr(0, 300);
   }
 }
 
