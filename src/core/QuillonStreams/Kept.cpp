@@ -77,21 +77,17 @@ std::size_t TQuillonKeptStream::ReadKept(std::span<char> ABuffer) {
 }
 
 void TQuillonKeptStream::Keep(std::string_view ABytes) {
-  if (ABytes.empty()) {
-    return;
-  }
-  if (FInMemory.empty() || FInMemory.back().size() + ABytes.size() > PieceInMemory) {
-    MoveToFile();
-    FInMemory.emplace_back().reserve(PieceInMemory);
+  if (FInMemory.empty() || FInMemory.back().size() > PieceInMemory) {
+    FInMemory.emplace_back();
   }
   FInMemory.back().append(ABytes);
+  if (FInMemory.back().size() > PieceInMemory && !FTakesNoFile) {
+    MoveToFile();
+  }
 }
 
 /// Of a write that failed, whatever came of it is not counted.
 void TQuillonKeptStream::MoveToFile() {
-  if (FInMemory.empty() || FTakesNoFile) {
-    return;
-  }
   try {
     if (!FFile) {
       FFile.emplace(TQuillonFilePath::GetTempPath(), Platform::Creation::NewPrivate);
