@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <cmath>
 #include <limits>
 #include <set>
@@ -48,9 +49,14 @@ TEST(Guid, OnlyTheBracedFormIsRead) {
   EXPECT_EQ(QuillonGuid::Plain(QuillonGuid::Parse(Text)), "0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0");
   EXPECT_EQ(QuillonGuid::Parse(QuillonText::ToLower(Text)), QuillonGuid::Parse(Text));
   for (std::size_t Place = 0; Place < Text.size(); ++Place) {
-    std::string Wrong = Text;
-    Wrong[Place] = 'G';
-    EXPECT_FALSE(QuillonGuid::TryParse(Wrong)) << Wrong;
+    for (int Byte = 0; Byte < 256; ++Byte) {
+      std::string Other = Text;
+      Other[Place] = static_cast<char>(Byte);
+      const bool IsDigit = std::isxdigit(static_cast<unsigned char>(Text[Place])) != 0;
+      const auto Guid = QuillonGuid::TryParse(Other);
+      ASSERT_EQ(Guid.has_value(), IsDigit ? std::isxdigit(Byte) != 0 : Other == Text) << Place << " " << Byte;
+      EXPECT_EQ(Guid ? QuillonGuid::Braced(*Guid) : "", Guid ? QuillonText::ToUpper(Other) : "");
+    }
     EXPECT_FALSE(QuillonGuid::TryParse(Text.substr(0, Place)));
   }
   EXPECT_THROW(QuillonGuid::Parse(Text.substr(1, 36)), EQuillonConvertError);
