@@ -208,11 +208,13 @@ TQuillonBuffer ReadIntoBuffer(TQuillonStream& AStream) {
   return Content;
 }
 
+TQuillonBuffer ReadIntoBuffer(const std::string& AFileName) {
+  TQuillonFileStream Stream(AFileName, fomOpenRead, famShareDenyNone);
+  return ReadIntoBuffer(Stream);
+}
+
 std::string ReadWholeFile(TQuillonStream& AStream) { return std::string(ReadIntoBuffer(AStream).View()); }
 
-std::string ReadWholeFile(const std::string& AFileName) {
-  TQuillonFileStream Stream(AFileName, fomOpenRead, famShareDenyNone);
-  return ReadWholeFile(Stream);
-}
+std::string ReadWholeFile(const std::string& AFileName) { return std::string(ReadIntoBuffer(AFileName).View()); }
 
 }  // namespace QuillonIO

@@ -182,10 +182,11 @@ std::size_t ClaimedSize(TQuillonStream& AStream);
 /// Everything from the position to the end. The memory taken grows with what really comes, whatever size the stream
 /// claims to have.
 TQuillonBuffer ReadIntoBuffer(TQuillonStream& AStream);
+/// @throws EQuillonFileHandleError
+TQuillonBuffer ReadIntoBuffer(const std::string& AFileName);
 
 /// As ReadIntoBuffer.
 std::string ReadWholeFile(TQuillonStream& AStream);
-/// @throws EQuillonFileHandleError
 std::string ReadWholeFile(const std::string& AFileName);
 
 /// Makes the call again and again while it raises EQuillonFileInUseError, for ATimeOut at most.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "QuillonZlib.h"
 
@@ -27,11 +28,6 @@ struct TError {
   throw EQuillonZipError(std::string("ZIP archive: ") + zip_strerror(AnArchive) + ".");
 }
 
-struct TDiscard {
-  void operator()(zip_t* AnArchive) const { zip_discard(AnArchive); }
-};
-using TArchive = std::unique_ptr<zip_t, TDiscard>;
-
 struct TFreeSource {
   void operator()(zip_source_t* ASource) const { zip_source_free(ASource); }
 };
@@ -47,10 +43,10 @@ TSource MakeSource(std::string_view ABytes) {
   return Source;
 }
 
-TArchive Open(zip_source_t& ASource, int AFlags) {
+QuillonZip::TArchive Open(zip_source_t& ASource, int AFlags) {
   TError Error;
   zip_source_keep(&ASource);
-  TArchive Archive(zip_open_from_source(&ASource, AFlags, &Error.Error));
+  QuillonZip::TArchive Archive(zip_open_from_source(&ASource, AFlags, &Error.Error));
   if (Archive == nullptr) {
     zip_source_free(&ASource);
     Error.Throw();
@@ -73,13 +69,11 @@ std::string ContentOf(zip_source_t& ASource) {
   return Content;
 }
 
-struct TCloseEntry {
-  void operator()(zip_file_t* AFile) const { zip_fclose(AFile); }
-};
-
 }  // namespace
 
 namespace QuillonZip {
+
+void TDiscard::operator()(zip* AnArchive) const { zip_discard(AnArchive); }
 
 std::string MakeArchive(std::string_view AnEntryName, std::string_view AContent) {
   const TSource Target = MakeSource({});
@@ -101,39 +95,56 @@ std::string MakeArchive(std::string_view AnEntryName, std::string_view AContent)
   return ContentOf(*Target);
 }
 
-std::optional<TQuillonBuffer> ReadFirstEntry(std::string_view AnArchive) {
-  constexpr std::size_t FirstPiece = 65'536;
+}  // namespace QuillonZip
+
+void TQuillonZipEntryStream::TClose::operator()(zip_file* AnEntry) const { zip_fclose(AnEntry); }
+
+TQuillonZipEntryStream::TQuillonZipEntryStream(TQuillonBuffer AnArchive) : FBytes(std::move(AnArchive)) {
   // The library takes no bytes at all for an archive without entries.
-  if (AnArchive.empty()) {
+  if (FBytes.Size() == 0) {
     throw EQuillonZipError("ZIP archive: the file is empty.");
   }
-  const TSource Source = MakeSource(AnArchive);
-  const TArchive Archive = Open(*Source, ZIP_RDONLY | ZIP_CHECKCONS);
-  if (zip_get_num_entries(Archive.get(), 0) == 0) {
-    return std::nullopt;
+  FArchive = Open(*MakeSource(FBytes.View()), ZIP_RDONLY | ZIP_CHECKCONS);
+  if (zip_get_num_entries(FArchive.get(), 0) > 0) {
+    OpenEntry();
   }
-  const std::unique_ptr<zip_file_t, TCloseEntry> Entry(zip_fopen_index(Archive.get(), 0, 0));
-  if (Entry == nullptr) {
-    Throw(Archive.get());
-  }
-  // What the archive says of the entry's size is not believed.
-  const std::size_t Limit = QuillonZlib::LargestContent(AnArchive.size());
-  TQuillonBuffer Content;
-  std::size_t Length = 0;
-  for (zip_int64_t Got = 1; Got > 0; Length += static_cast<std::size_t>(Got)) {
-    if (Length == Content.Size()) {
-      Content.Resize(std::max(FirstPiece, 2 * Length));
-    }
-    Got = zip_fread(Entry.get(), Content.Data() + Length, Content.Size() - Length);
-    if (Got < 0) {
-      throw EQuillonZipError(std::string("ZIP archive: ") + zip_file_strerror(Entry.get()) + ".");
-    }
-    if (Length > Limit) {
-      throw EQuillonZipError("ZIP archive: its first entry grows beyond reason.");
-    }
-  }
-  Content.Resize(Length);
-  return Content;
 }
 
-}  // namespace QuillonZip
+TQuillonZipEntryStream::~TQuillonZipEntryStream() = default;
+
+void TQuillonZipEntryStream::OpenEntry() {
+  FEntry.reset(zip_fopen_index(FArchive.get(), 0, 0));
+  if (FEntry == nullptr) {
+    Throw(FArchive.get());
+  }
+}
+
+std::size_t TQuillonZipEntryStream::ClaimedSize() const {
+  zip_stat_t Stat;
+  const bool IsKnown = zip_stat_index(FArchive.get(), 0, 0, &Stat) == 0 && (Stat.valid & ZIP_STAT_SIZE) != 0;
+  return IsKnown ? std::min<std::uint64_t>(Stat.size, QuillonZlib::LargestContent(FBytes.Size())) : 0;
+}
+
+std::size_t TQuillonZipEntryStream::Read(std::span<char> ABuffer) {
+  if (!HasEntry()) {
+    return 0;
+  }
+  const zip_int64_t Got = zip_fread(FEntry.get(), ABuffer.data(), ABuffer.size());
+  if (Got < 0) {
+    throw EQuillonZipError(std::string("ZIP archive: ") + zip_file_strerror(FEntry.get()) + ".");
+  }
+  Advance(Got);
+  if (std::cmp_greater(Position(), QuillonZlib::LargestContent(FBytes.Size()))) {
+    throw EQuillonZipError("ZIP archive: its first entry grows beyond reason.");
+  }
+  return static_cast<std::size_t>(Got);
+}
+
+std::int64_t TQuillonZipEntryStream::Seek(std::int64_t AnOffset, TQuillonSeekOrigin AnOrigin) {
+  if (AnOffset != 0 || AnOrigin != TQuillonSeekOrigin::Begin) {
+    return TQuillonOneWayStream::Seek(AnOffset, AnOrigin);
+  }
+  OpenEntry();
+  Advance(-Position());
+  return 0;
+}

@@ -5,8 +5,10 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "QuillonDataObjects/ReaderWriter.h"
+#include "QuillonZip.h"
 #include "data/BothReaders.h"
 #include "model/PlanDocument.h"
 
@@ -29,10 +31,19 @@ const std::string& School() {
   return Document;
 }
 
+std::string EntryOutcome(TVELPlan& APlan, const std::string& AnInput, std::string_view AnArchive) {
+  return BothReaders::Outcome(APlan, AnInput, [&](TVELPlan& ALoaded) {
+    TQuillonZipEntryStream Entry(AnArchive);
+    ALoaded.LoadFromXML(Entry, "input");
+  });
+}
+
 void ExpectSame(const std::string& ADocument, bool ACanSeek, const std::string& AWhat) {
   const std::string Whole = BothReaders::WholeOutcome(*NewPlan(), ADocument);
   const std::string Passing = BothReaders::StreamOutcome(*NewPlan(), ADocument, Piece, ACanSeek);
   EXPECT_TRUE(Whole == Passing) << AWhat << "\n" << Whole.substr(0, 300) << "\n" << Passing.substr(0, 300);
+  const std::string Unpacked = EntryOutcome(*NewPlan(), ADocument, QuillonZip::MakeArchive("entry", ADocument));
+  EXPECT_TRUE(Whole == Unpacked) << AWhat << ", packed\n" << Unpacked.substr(0, 300);
 }
 
 TEST(XMLReaders, TheSchoolIsReadInOneGo) {
@@ -86,6 +97,21 @@ TEST(XMLReaders, TakeTextsThatAreLongerThanTheWindow) {
       Document.append("ID=\"").append(ID(1)).append("\"><CID/><Code>").append(Text).append(Tail);
       ExpectSame(Document.append("<Level/></Item></Items></Rooms></Storage>"), true, Tail);
     }
+  }
+}
+
+TEST(XMLReaders, SeeThatAnEntryIsDamagedBehindItsLastElement) {
+  const std::string Good = QuillonZip::MakeArchive("school", School());
+  const std::size_t Directory = Good.rfind("PK\1\2");
+  const std::vector<std::size_t> CheckSums = {14, Directory + 16};  // in the entry's head and in the directory
+  for (const auto& Places : {CheckSums, {Directory - 40}}) {
+    std::string Archive = Good;
+    std::ranges::for_each(Places, [&](std::size_t APlace) { Archive[APlace] ^= 1; });
+    const TPlan Changed = NewPlan();
+    Changed->CountChange();
+    const std::string Outcome = EntryOutcome(*NewPlan(), School(), Archive);
+    EXPECT_TRUE(Outcome.starts_with("ZIP archive: ")) << Outcome.substr(0, 300);
+    EXPECT_TRUE(Outcome == EntryOutcome(*Changed, School(), Archive)) << Outcome.substr(0, 300);
   }
 }
 

@@ -112,7 +112,7 @@ class TQuillonDataStorage : public TQuillonDataAbstractObject {
   /// @param ADocument the file's bytes; used up by the parser
   /// @param ASource what messages call the document, usually its file name
   void LoadFromXML(TQuillonBuffer ADocument, std::string_view ASource);
-  /// The same from the stream's position on; one that can seek is not held in memory as a rule.
+  /// The same from the stream's position on, without holding the document in memory as a rule.
   void LoadFromXML(TQuillonStream& AStream, std::string_view ASource);
   std::string SaveToXML() const;
   /// The same piece by piece; as long as the storage lives, and the same as long as nobody changes it.

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 #include "QuillonDataObjects/BinReader.h"
@@ -11,6 +12,7 @@
 #include "QuillonDataObjects/XMLReader.h"
 #include "QuillonDataObjects/XMLWriter.h"
 #include "QuillonFileSystem.h"
+#include "QuillonStreams/Kept.h"
 #include "QuillonStreams/ReadAhead.h"
 #include "QuillonZlib.h"
 #include "platform/Process.h"
@@ -32,9 +34,9 @@ class TFlagged {
 
 constexpr int BestCompression = 9;
 
-bool CanSeek(TQuillonStream& AStream) {
+bool CanGoBack(TQuillonStream& AStream) {
   try {
-    AStream.Seek(0, TQuillonSeekOrigin::Current);
+    AStream.Seek(AStream.Position(), TQuillonSeekOrigin::Begin);
     return true;
   } catch (const EQuillonException&) {
     return false;
@@ -99,15 +101,13 @@ void TQuillonDataStorage::LoadFromXML(TQuillonBuffer ADocument, std::string_view
 }
 
 void TQuillonDataStorage::LoadFromXML(TQuillonStream& AStream, std::string_view ASource) {
-  if (!CanSeek(AStream)) {
-    LoadFromXML(QuillonIO::ReadIntoBuffer(AStream), ASource);
-    return;
-  }
-  const std::int64_t Start = AStream.Position();
-  Platform::ExpectMemory(QuillonIO::ClaimedSize(AStream));
-  if (!PullFromXML(AStream)) {
-    AStream.Seek(Start, TQuillonSeekOrigin::Begin);
-    ReadWholeXML(QuillonIO::ReadIntoBuffer(AStream), ASource);
+  std::optional<TQuillonKeptStream> Kept;
+  TQuillonStream& Stream = CanGoBack(AStream) ? AStream : Kept.emplace(AStream);
+  const std::int64_t Start = Stream.Position();
+  Platform::ExpectMemory(QuillonIO::ClaimedSize(Stream));
+  if (!PullFromXML(Stream)) {
+    Stream.Seek(Start, TQuillonSeekOrigin::Begin);
+    ReadWholeXML(QuillonIO::ReadIntoBuffer(Stream), ASource);
   }
 }
 

@@ -1,11 +1,10 @@
 #include "uDataObjects/DataObjects.h"
 
-#include <utility>
-
 #include "QuillonDataObjects/Sweep.h"
 #include "QuillonFileReplacement.h"
 #include "QuillonFileSystem.h"
 #include "QuillonZip.h"
+#include "platform/Process.h"
 
 const TQuillonDataClass& TVELDataObject::Class() {
   using T = TVELDataObject;
@@ -95,8 +94,10 @@ void TVELDataStorage::LoadFromZipFile(const std::string& AZipFileName) {
   if (AZipFileName.empty() || !TQuillonFileSystem::IsFile(AZipFileName)) {
     return;
   }
-  if (auto Document = QuillonZip::ReadFirstEntry(QuillonIO::ReadWholeFile(AZipFileName))) {
-    LoadFromXML(std::move(*Document), AZipFileName);
+  TQuillonZipEntryStream Document(QuillonIO::ReadIntoBuffer(AZipFileName));
+  if (Document.HasEntry()) {
+    Platform::ExpectMemory(Document.ClaimedSize());
+    LoadFromXML(Document, AZipFileName);
   }
 }
 
