@@ -41,8 +41,8 @@ class TQuillonDataAbstractObject : public TQuillonObject {
   mutable TGUID FID;
   mutable std::atomic<bool> FHasID = false;
   bool FRegistered = false;
+  bool FIsNamed = false;  ///< a document that was read names the object; set without a look at what was there
   bool FIsHeld : 1 = false;
-  bool FIsNamed : 1 = false;          ///< a document that was read names the object
   mutable bool FIsSwept : 1 = false;  ///< nothing refers to the object any more: it is about to be freed
 
  public:
