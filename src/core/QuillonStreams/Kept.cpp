@@ -16,7 +16,7 @@ std::size_t TQuillonKeptStream::Read(std::span<char> ABuffer) {
   if (Got == 0) {
     Got = ReadSource(ABuffer);
     if (!FHasGoneBack) {
-      Keep({ABuffer.data(), Got});
+      KeepAll({ABuffer.data(), Got});
     }
   }
   Advance(static_cast<std::int64_t>(Got));
@@ -74,6 +74,16 @@ std::size_t TQuillonKeptStream::ReadKept(std::span<char> ABuffer) {
     FGiven = 0;
   }
   return Count;
+}
+
+/// What could not be kept for want of memory is missing for good: whoever goes back comes to that failure again.
+void TQuillonKeptStream::KeepAll(std::string_view ABytes) {
+  try {
+    Keep(ABytes);
+  } catch (...) {
+    FFailure = std::current_exception();
+    throw;
+  }
 }
 
 void TQuillonKeptStream::Keep(std::string_view ABytes) {

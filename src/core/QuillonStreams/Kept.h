@@ -29,12 +29,13 @@ class TQuillonKeptStream final : public TQuillonOneWayStream {
  private:
   std::size_t ReadSource(std::span<char> ABuffer);
   std::size_t ReadKept(std::span<char> ABuffer);
+  void KeepAll(std::string_view ABytes);
   void Keep(std::string_view ABytes);
   void MoveToFile();
 
   TQuillonStream& FSource;
   bool FIsSourceAtEnd = false;
-  std::exception_ptr FFailure;  ///< of the source
+  std::exception_ptr FFailure;  ///< of the source, or of keeping what it gave
   bool FHasGoneBack = false;
   std::optional<TQuillonNewFile> FFile;
   bool FTakesNoFile = false;

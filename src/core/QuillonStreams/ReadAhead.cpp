@@ -5,6 +5,8 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/Process.h"
+
 TQuillonReadAhead::TQuillonReadAhead(TQuillonStream& ASource, TRoom ARoom, TExamine AnExamine)
     : FSource(ASource), FRoom(ARoom), FExamine(std::move(AnExamine)) {}
 
@@ -26,11 +28,15 @@ void TQuillonReadAhead::Prepare(TBlock& ABlock) const {
 }
 
 void TQuillonReadAhead::Fetch(TBlock& ABlock) {
+  constexpr std::size_t LeastSize = 4096;  // less is not worth a block
   const std::span<char> Place(ABlock.Memory.Data() + FRoom.Ahead, BlockSize);
   std::size_t Size = 0;
   try {
-    Size = FSource.Read(Place);
-    ABlock.IsLast = Size == 0;
+    while (Size < LeastSize && !ABlock.IsLast) {
+      const std::size_t Got = FSource.Read(Place.subspan(Size));
+      ABlock.IsLast = Got == 0;
+      Size += Got;
+    }
   } catch (...) {
     ABlock.Failure = std::current_exception();
   }
@@ -60,11 +66,15 @@ void TQuillonReadAhead::FetchAll() {
   }
 }
 
-/// Starts the thread behind the first bytes. The blocks' memory is taken here: the thread would take it from a heap of
-/// its own.
+/// Starts the thread behind the first bytes, unless there may be no memory for its stack. The blocks' memory is taken
+/// here: the thread would take it from a heap of its own.
 bool TQuillonReadAhead::HasThread() {
   if (FThread.joinable() || FIsAlone || FSize < BlockSize) {
     return FThread.joinable();
+  }
+  if (Platform::IsMemoryLimited()) {
+    FIsAlone = true;
+    return false;
   }
   std::ranges::for_each(FBlocks, [this](TBlock& ABlock) { Prepare(ABlock); });
   try {
@@ -86,6 +96,9 @@ TQuillonReadAhead::TBlock* TQuillonReadAhead::Next() {
     }
   }
   if (!HasThread()) {
+    if (FFetched >= 2) {
+      std::swap(At(FFetched).Memory, At(FFetched - 2).Memory);
+    }
     Prepare(At(FFetched));
     Fetch(At(FFetched++));
   }

@@ -24,9 +24,9 @@ class TQuillonReadAhead {
   /// it.
   struct TBlock {
     std::span<char> Content;
-    unsigned Finding = 0;                  ///< of the examination
-    bool IsLast = false;                   ///< and empty
-    std::exception_ptr Failure = nullptr;  ///< what the source raised in place of content
+    unsigned Finding = 0;  ///< of the examination
+    bool IsLast = false;
+    std::exception_ptr Failure = nullptr;  ///< what the source raised behind the content
     TQuillonBuffer Memory = {};
   };
   /// Bytes that each block has ahead of its content, and zeros behind it.

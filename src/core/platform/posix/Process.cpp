@@ -20,26 +20,21 @@ std::uint64_t PeakMemory() {
   return getrusage(RUSAGE_SELF, &Usage) == 0 ? static_cast<std::uint64_t>(Usage.ru_maxrss) * Unit : 0;
 }
 
-#ifdef __GLIBC__
-
-namespace {
-
-/// Whether memory counts against a limit before it is touched.
-bool IsAddressSpaceLimited() {
+bool IsMemoryLimited() {
   return std::ranges::any_of(std::array{RLIMIT_AS, RLIMIT_DATA}, [](auto AResource) {
     rlimit Limit{};
     return getrlimit(AResource, &Limit) == 0 && Limit.rlim_cur != RLIM_INFINITY;
   });
 }
 
-}  // namespace
+#ifdef __GLIBC__
 
 void ExpectMemory(std::uint64_t ASize) {
   constexpr std::size_t LargePage = std::size_t{1} << 21;
   constexpr std::size_t MostExpected = std::size_t{1} << 32;
   constexpr int LargestOfTheHeap = 1 << 25;
   constexpr int MappedBlocks = 1 << 16;  // the library's own number, see mallopt(3)
-  if (ASize < LargePage || IsAddressSpaceLimited()) {
+  if (ASize < LargePage || IsMemoryLimited()) {
     return;
   }
   // The heap grows once by all of it, keeps that, and has it marked while it is still untouched.

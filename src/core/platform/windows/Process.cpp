@@ -12,6 +12,8 @@ std::uint64_t PeakMemory() {
                                                                                          : 0;
 }
 
+bool IsMemoryLimited() { return false; }
+
 /// The system has no large pages without a privilege of their own.
 void ExpectMemory(std::uint64_t /*ASize*/) {}
 
