@@ -14,6 +14,7 @@ TEST(UserName, StandsForItsTextInEveryThread) {
   const auto TextOf = [](int ANumber) { return "user " + std::to_string(ANumber); };
   std::array<std::vector<TQuillonUserName>, 3> Found;
   std::vector<std::jthread> Threads;
+  Threads.reserve(Found.size());
   for (std::vector<TQuillonUserName>& Names : Found) {
     Threads.emplace_back([&] {
       for (int I = 0; I < Count; ++I) {

@@ -8,8 +8,8 @@
 
 class TQuillonDataObject;
 
-/// The pointers of a list: count and room stand ahead of the first item. A list that had no item yet, as most of a plan,
-/// takes a pointer's place and no memory.
+/// The pointers of a list: count and room stand ahead of the first item. A list that had no item yet, as most of a
+/// plan, takes a pointer's place and no memory.
 class TQuillonItems {
  public:
   using TItem = TQuillonDataObject*;
