@@ -43,7 +43,7 @@ TEST(KeptStream, LosesNothingUnseenWhereMemoryEnds) {
       EXPECT_NO_THROW(ReadAll());
     }
   }
-  EXPECT_GT(Failures, 5);
+  EXPECT_GT(Failures, 2);
 }
 
 }  // namespace
