@@ -68,7 +68,8 @@ void TQuillonReadAhead::FetchAll() {
 
 /// Starts the thread behind the first bytes, unless there may be no memory for its stack. The blocks' memory is taken
 /// here: the thread would take it from a heap of its own.
-bool TQuillonReadAhead::HasThread() {
+/// @return whether there is a thread; without one the blocks are fetched by who takes them
+bool TQuillonReadAhead::EnsureThread() {
   if (FThread.joinable() || FIsAlone || FSize < BlockSize) {
     return FThread.joinable();
   }
@@ -95,7 +96,7 @@ TQuillonReadAhead::TBlock* TQuillonReadAhead::Next() {
       return nullptr;
     }
   }
-  if (!HasThread()) {
+  if (!EnsureThread()) {
     if (FFetched >= 2) {
       std::swap(At(FFetched).Memory, At(FFetched - 2).Memory);
     }

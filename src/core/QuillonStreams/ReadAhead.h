@@ -13,7 +13,8 @@
 #include "QuillonStreams/OneWay.h"
 
 /// The content of a stream in blocks, fetched ahead by a thread of its own: making the content, and using it, go on at
-/// the same time. The first bytes are fetched without a thread, and so are all where the system starts none.
+/// the same time. The first bytes are fetched without a thread, and so are all where the system starts none, or
+/// memory is limited.
 ///
 /// The source must outlive this, and nobody else may use it meanwhile.
 class TQuillonReadAhead {
@@ -52,7 +53,7 @@ class TQuillonReadAhead {
   void Prepare(TBlock& ABlock) const;
   void Fetch(TBlock& ABlock);
   void FetchAll();
-  bool HasThread();
+  bool EnsureThread();
 
   TQuillonStream& FSource;
   const TRoom FRoom;
@@ -64,7 +65,7 @@ class TQuillonReadAhead {
   bool FIsOver = false;           ///< nobody wants more
   std::condition_variable FChanged;
   std::size_t FSize = 0;  ///< of what was fetched; whoever fetches counts
-  bool FIsAlone = false;  ///< the system starts no thread
+  bool FIsAlone = false;  ///< there is to be no thread
   std::thread FThread;
 };
 
